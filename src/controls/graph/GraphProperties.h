@@ -1,0 +1,127 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <vector>
+
+/// Value types of the graph control: everything a graph holds beside its data arrays. Copyable, comparable, no behaviour.
+namespace graph {
+
+inline constexpr int kYAxes = 4;
+inline constexpr int kTables = 3;
+inline constexpr float kNullValue = -65536.0F;
+
+enum ScaleControl { ScaleLinear = 1, ScaleLogarithmic = 2 };
+enum ManualScaleControl { ScaleAutomatic = 0, ScaleManual = 3 };
+enum ActionCode { Reinitialise = 0, Redraw = 3, UndoZoom = 19 };
+enum MenuState { MenuNormal = 0, MenuGreyed = 1, MenuHidden = 2 };
+enum LegendLocationCode { LegendTop = 0, LegendBottom = 1, LegendLeft = 2, LegendRight = 3 };
+enum LegendStyleCode { LegendOutside = 0, LegendInsideAxis = 1 };
+enum ViewingStyleCode { StyleColour = 0, StyleMonochrome = 1, StyleMonochromeSymbols = 2 };
+enum FontSizeCode { FontLarge = 0, FontMedium = 1, FontSmall = 2 };
+/// A vertical line annotation of this type is not drawn.
+inline constexpr int kLineVanished = 1000;
+/// Subset line types: 0 thin solid, 1 dashed, 2 dotted, 3 dash-dot, 4 dash-dot-dot, 5 points joined, 12 mask line switched off.
+enum LineTypeCode { LineSolid = 0, LineDash = 1, LineDot = 2, LineDashDot = 3, LineDashDotDot = 4, LinePointsJoined = 5 };
+
+struct YAxis
+{
+    QString YAxisLabel = QStringLiteral("X"); ///< "X": the axis is switched off
+    int YAxisScaleControl = ScaleLinear;
+    int ManualScaleControlY = ScaleAutomatic;
+    double ManualMinY = 0;
+    double ManualMaxY = 1;
+    float NullDataValueY = kNullValue;
+    bool PlottingMode = false;
+    bool operator==(const YAxis&) const = default;
+};
+
+/// Limits of the zoom, in the axis unit; exponents to the base 10 where the axis is logarithmic.
+struct ZoomLimits
+{
+    double ZoomMinX = 0, ZoomMaxX = 0; ///< bottom X
+    double ZoomMinY = 0, ZoomMaxY = 0; ///< left Y (axes 0 and 1)
+    double ZoomMinRY = 0, ZoomMaxRY = 0; ///< right Y (axes 2 and 3)
+    double ZoomMinTX = 0, ZoomMaxTX = 0; ///< top X
+    bool operator==(const ZoomLimits&) const = default;
+};
+
+struct TableCell
+{
+    QString TAText;
+    int TAJustification = 0; ///< 0 left, 1 centre, 2 right
+    bool operator==(const TableCell&) const = default;
+};
+
+/// A table annotation; also used as a carrier of data.
+struct TableAnnotation
+{
+    bool ShowTableAnnotation = false;
+    int TARows = 0;
+    int TAColumns = 0;
+    std::vector<TableCell> cells; ///< TARows x TAColumns, row by row
+    int TATextSize = 100;         ///< per cent of the graph's text size
+    QString TAFonts;
+    int TALocation = 4;           ///< 0 top left, 1 top centre, 2 top right, 3 bottom left, 4 bottom centre, 5 bottom right
+    bool TAHeaderColumn = false;
+    int TABorder = 0;             ///< 0 none, 1 thin line, 2 frame with shadow
+    std::uint32_t TABackColor = 0xFFFFFF; ///< 0x00BBGGRR; 1 is transparent
+    bool operator==(const TableAnnotation&) const = default;
+};
+
+struct VerticalLine
+{
+    double position = 0;
+    int type = kLineVanished;
+    std::uint32_t color = 0;
+    bool operator==(const VerticalLine&) const = default;
+};
+
+struct MenuItem
+{
+    QString text; ///< sub-items behind "|"
+    std::map<int, int> states;   ///< sub-item (0 the item itself) to MenuState
+    std::map<int, bool> checked; ///< sub-item to check mark
+    bool operator==(const MenuItem&) const = default;
+};
+
+struct Properties
+{
+    QString MainTitle, SubTitle;
+    QString XAxisLabel, TXAxisLabel; ///< the top X axis is never shown; its title is a carrier
+    int XAxisScaleControl = ScaleLinear;
+    int ManualScaleControlX = ScaleAutomatic;
+    double ManualMinX = 0, ManualMaxX = 1;
+    std::array<YAxis, kYAxes> yAxes;
+    QString AxisUnitPrefixes; ///< "p n u m k M G T ": eight prefixes from 1e-12 up, each followed by a blank
+    bool zoomed = false;
+    ZoomLimits zoom;
+    std::vector<VerticalLine> verticalLines;
+    std::array<TableAnnotation, kTables> tables;
+    std::vector<MenuItem> CustomMenu;
+    QStringList MultiSubTitles;
+    std::map<int, QString> GraphAnnotationText;
+    bool MarkDataPoints = false;
+    bool ShowLegend = true;
+    int LegendStyle = LegendOutside;
+    int LegendLocation = LegendRight;
+    int ViewingStyle = StyleColour;
+    int FontSize = FontMedium;
+    double FontSizeGlobalCntl = 1.0; ///< factor on every text size
+    QString MainTitleFont, SubTitleFont, LabelFont;
+    std::uint32_t MonoGraphForeColor = 0x000000, MonoGraphBackColor = 0xFFFFFF, MonoTextColor = 0x000000,
+                  MonoDeskColor = 0xFFFFFF; ///< 0x00BBGGRR
+    std::uint32_t TickColor = 0xE0E0E0; ///< graticule, 0x00BBGGRR
+    double LineWidth = 1.0;             ///< pen width of the traces, device-independent pixels
+    std::vector<QString> SubsetLabels;
+    std::vector<std::uint32_t> SubsetColors; ///< 0x00BBGGRR
+    std::vector<int> SubsetLineTypes;
+    std::vector<int> RandomSubsetsToGraph; ///< subsets to draw; negative entries name none
+    bool operator==(const Properties&) const = default;
+};
+
+} // namespace graph
