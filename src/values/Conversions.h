@@ -16,7 +16,8 @@ namespace values {
 double tolerantNumber(std::string_view text) noexcept;
 double tolerantNumber(QStringView text);
 
-/// Strict conversion: the whole text, blanks around it allowed, must be one number; anything else is nothing.
+/// Strict conversion: the whole text, blanks around it allowed, must be one number that a double can hold; anything
+/// else is nothing.
 std::optional<double> strictNumber(std::string_view text) noexcept;
 std::optional<double> strictNumber(QStringView text);
 
@@ -38,7 +39,8 @@ std::int32_t roundToInt32(double value) noexcept;
 inline constexpr std::size_t kDecimalTextSize = 32;
 
 /// Ordinary decimal text: the shortest text that reads back to the same value; never an exponent between 1e-7 and 1e15;
-/// "-0" is written "0"; non-finite values are written "inf", "-inf", "nan", which the conversions above do not read back.
+/// "-0" is written "0"; non-finite values are written "inf", "-inf", "nan", which the conversions above do not read
+/// back.
 QString decimalText(double value);
 QString decimalText(float value);
 QString decimalText(int value);

@@ -21,8 +21,7 @@ private:
     Outcome() = default;
     explicit Outcome(QString sentence)
         : m_sentence(sentence.isNull() ? QString(QLatin1String("")) : std::move(sentence))
-    {
-    }
+    {}
     QString m_sentence;
 };
 
@@ -33,12 +32,10 @@ class [[nodiscard]] ValueOr
 public:
     ValueOr(T value)
         : m_content(std::in_place_index<0>, std::move(value))
-    {
-    }
+    {}
     ValueOr(Outcome failed)
         : m_content(std::in_place_index<1>, std::move(failed))
-    {
-    }
+    {}
 
     bool ok() const { return m_content.index() == 0; }
     explicit operator bool() const { return ok(); }
