@@ -1,6 +1,8 @@
 #pragma once
 
+class ClipboardPort;
 class DocumentHost;
+class FilePicker;
 class KorvaLink;
 class Preferences;
 class UserMessages;
@@ -16,4 +18,6 @@ struct DocumentContext
     Preferences& preferences;
     UserMessages& messages;
     DocumentHost& host;
+    ClipboardPort* clipboard = nullptr; ///< null: there is no clipboard, copies go nowhere
+    FilePicker* filePicker = nullptr;   ///< null: a question for a file name counts as cancelled
 };
