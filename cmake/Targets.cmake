@@ -76,7 +76,11 @@ function(mg_bench NAME FILE)
     MG_PROGRAM_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
 endfunction()
 
-# mg_fuzz(NAME FILE USES target...): built only by the fuzz preset; its corpus lies in tests/fuzz/corpus/NAME.
+# mg_fuzz(NAME FILE USES target...): built only by the fuzz preset, where the target "fuzz" builds them all; its corpus
+# lies in tests/fuzz/corpus/NAME.
+if(MG_FUZZ)
+  add_custom_target(fuzz)
+endif()
 function(mg_fuzz NAME FILE)
   cmake_parse_arguments(ARG "" "" "USES" ${ARGN})
   if(NOT MG_FUZZ)
@@ -85,4 +89,5 @@ function(mg_fuzz NAME FILE)
   add_executable(fuzz_${NAME} ${FILE})
   target_link_libraries(fuzz_${NAME} PRIVATE ${ARG_USES})
   target_link_options(fuzz_${NAME} PRIVATE -fsanitize=fuzzer)
+  add_dependencies(fuzz fuzz_${NAME})
 endfunction()
