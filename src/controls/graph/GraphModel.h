@@ -5,16 +5,20 @@
 #include <QObject>
 
 #include <span>
+#include <utility>
 #include <vector>
 
-/// The data model of the graph control: subsets of points in single precision, titles, axes, zoom, annotations, menu and
-/// style, under the control's own property names. It knows no widget; GraphView draws it, GraphFile stores it.
+/// The data model of the graph control: subsets of points in single precision, titles, axes, zoom, annotations, menu
+/// and style, under the control's own property names. It knows no widget; GraphView draws it, GraphFile stores it.
 ///
-/// Data writes take effect in the arrays at once. Everything shown follows at the next PEactions: the view draws the
-/// properties as they were at that moment (shownProperties()).
+/// Data writes take effect in the arrays at once and raise no signal. Everything shown follows at the next PEactions:
+/// the view draws the properties as they were at that moment (shownProperties()).
 ///
 /// Indices are checked: a read outside the graph gives 0 or an empty text, a write outside is refused (false) without
-/// touching other memory.
+/// touching other memory. A value that a property cannot take (an unknown scale or style number, a limit that is not
+/// finite) is refused too: the property keeps what it had.
+///
+/// A fresh graph holds no data: every X is 0, every Y the null value.
 ///
 /// Y properties address the axis chosen by WorkingAxis, table properties the table chosen by WorkingTable.
 class GraphModel : public QObject
@@ -22,6 +26,9 @@ class GraphModel : public QObject
     Q_OBJECT
 
 public:
+    static constexpr int kMaxSubsets = 64;
+    static constexpr int kMaxPoints = 65536;
+    /// Sizes are held to 1 to kMaxSubsets and 1 to kMaxPoints and never change again.
     explicit GraphModel(int subsets = 40, int points = 1024, QObject* parent = nullptr);
     ~GraphModel() override;
 
@@ -30,15 +37,42 @@ public:
     int Points() const { return m_points; }
     float XData(int subset, int point) const { return has(subset, point) ? m_x[index(subset, point)] : 0.0F; }
     float YData(int subset, int point) const { return has(subset, point) ? m_y[index(subset, point)] : 0.0F; }
-    bool setXData(int subset, int point, float value);
-    bool setYData(int subset, int point, float value);
+    bool setXData(int subset, int point, float value)
+    {
+        if (!has(subset, point))
+            return false;
+        m_x[index(subset, point)] = value;
+        touch(subset);
+        return true;
+    }
+    bool setYData(int subset, int point, float value)
+    {
+        if (!has(subset, point))
+            return false;
+        m_y[index(subset, point)] = value;
+        touch(subset);
+        return true;
+    }
     /// X and Y of one point.
-    bool setPoint(int subset, int point, float x, float y);
+    bool setPoint(int subset, int point, float x, float y)
+    {
+        if (!has(subset, point))
+            return false;
+        m_x[index(subset, point)] = x;
+        m_y[index(subset, point)] = y;
+        touch(subset);
+        return true;
+    }
     /// Read-only arrays of one subset, Points() long; empty for a subset the graph does not have.
     std::span<const float> xArray(int subset) const;
     std::span<const float> yArray(int subset) const;
-    enum BulkProperty { PEP_faXDATA = 1, PEP_faYDATA = 2 };
-    /// Bulk write into the flat store of X or Y: start is subset x Points() + point. Refused whole when it does not fit.
+    enum BulkProperty
+    {
+        PEP_faXDATA = 1,
+        PEP_faYDATA = 2
+    };
+    /// Bulk write into the flat store of X or Y: start is subset x Points() + point. Refused whole when it does not
+    /// fit.
     bool PEvsetEx(int property, int start, int count, const float* source);
     /// Bulk read, the twin of PEvsetEx.
     bool PEvgetEx(int property, int start, int count, float* target) const;
@@ -48,8 +82,12 @@ public:
     bool setSubsetColors(int subset, std::uint32_t color);
     int SubsetLineTypes(int subset) const;
     bool setSubsetLineTypes(int subset, int type);
+    /// The i-th subset to draw, i from 0 to Subsets() - 1. While no entry was ever written all subsets are drawn.
     int RandomSubsetsToGraph(int i) const;
     bool setRandomSubsetsToGraph(int i, int subset);
+    /// A subset switched off here is not drawn, whatever RandomSubsetsToGraph names.
+    bool SubsetsToShow(int subset) const;
+    bool setSubsetsToShow(int subset, bool on);
 
     // Titles and axes ------------------------------------------------------------------------------------------------
     const QString& MainTitle() const { return m_properties.MainTitle; }
@@ -84,6 +122,7 @@ public:
     void setManualMaxY(double value);
     bool PlottingMode() const { return axis().PlottingMode; }
     void setPlottingMode(bool on);
+    const QString& AxisUnitPrefixes() const { return m_properties.AxisUnitPrefixes; }
     void setAxisUnitPrefixes(const QString& text);
 
     // Zoom and actions -----------------------------------------------------------------------------------------------
@@ -99,9 +138,12 @@ public:
     void setZoomMaxRY(double value);
     void setZoomMinTX(double value);
     void setZoomMaxTX(double value);
-    /// 0 reinitialise and redraw, 3 redraw, 19 undo all zoom; any other code does nothing.
+    /// 0 reinitialise and redraw, 3 redraw, 19 undo all zoom; any other code does nothing. All three make the
+    /// properties set so far the shown ones. 19 raises ZoomOut if the graph was zoomed.
     void PEactions(int action);
-    /// What the view calls when the user has zoomed or returned to full extent: takes the limits and raises the event.
+    /// What the view calls when the user has zoomed or returned to full extent: takes the limits, which are shown at
+    /// once, and raises the event. Limits that are not finite or leave no span do nothing, nor does a zoom out of full
+    /// extent.
     void userZoom(const graph::ZoomLimits& limits);
     void userZoomOut();
 
@@ -183,7 +225,12 @@ public:
     const graph::Properties& properties() const { return m_properties; }
     /// The properties as they were at the last PEactions.
     const graph::Properties& shownProperties() const { return m_shown; }
-    /// Replaces the whole graph, as after a load. Sizes must fit the graph; false and unchanged otherwise.
+    /// Grows with every change of the shown properties, except those that only moved vertical lines.
+    std::uint64_t shownRevision() const { return m_shownRevision; }
+    /// Grows with every change of the shown vertical line annotations.
+    std::uint64_t shownLinesRevision() const { return m_shownLinesRevision; }
+    /// Replaces the whole graph, as after a load, and shows it; WorkingAxis and WorkingTable become 0. The arrays hold
+    /// Subsets() x Points() floats and every property a value that its setter takes; false and unchanged otherwise.
     bool replaceAll(const graph::Properties& properties, std::vector<float> x, std::vector<float> y);
     /// Subsets with data written since the last call (bit s for subset s, from 0), and forgets them. Up to 64 subsets.
     std::uint64_t takeDirtySubsets();
@@ -191,8 +238,9 @@ public:
     std::uint64_t dataRevision(int subset) const;
 
 Q_SIGNALS:
-    /// The view must be rebuilt (properties or axes may have changed) or repainted (data, annotation lines).
+    /// The shown properties are new (PEactions 0 and 19, a load): the view must be rebuilt where they differ.
     void reinitialised();
+    /// PEactions 3 or a zoom of the user: as above, where most often only data and vertical lines have changed.
     void redrawWanted();
     /// Events of the user, raised through the view.
     void ZoomIn();
@@ -205,6 +253,11 @@ private:
     {
         return subset >= 0 && subset < m_subsets && point >= 0 && point < m_points;
     }
+    void touch(int subset)
+    {
+        ++m_revisions[static_cast<std::size_t>(subset)];
+        m_dirty |= std::uint64_t{1} << subset;
+    }
     std::size_t index(int subset, int point) const
     {
         return static_cast<std::size_t>(subset) * static_cast<std::size_t>(m_points) + static_cast<std::size_t>(point);
@@ -212,7 +265,23 @@ private:
     graph::YAxis& axis() { return m_properties.yAxes[static_cast<std::size_t>(m_workingAxis)]; }
     const graph::YAxis& axis() const { return m_properties.yAxes[static_cast<std::size_t>(m_workingAxis)]; }
     graph::TableAnnotation& table() { return m_properties.tables[static_cast<std::size_t>(m_workingTable)]; }
-    const graph::TableAnnotation& table() const { return m_properties.tables[static_cast<std::size_t>(m_workingTable)]; }
+    const graph::TableAnnotation& table() const
+    {
+        return m_properties.tables[static_cast<std::size_t>(m_workingTable)];
+    }
+
+    template <typename T>
+    void assign(T& member, T value)
+    {
+        if (member == value)
+            return;
+        member = std::move(value);
+        m_changed = true;
+    }
+    graph::VerticalLine* verticalLine(int i);
+    graph::MenuItem* menuItem(int i);
+    void resizeTable(int rows, int columns);
+    void show();
 
     int m_subsets;
     int m_points;
@@ -224,4 +293,8 @@ private:
     std::uint64_t m_dirty = 0;
     graph::Properties m_properties;
     graph::Properties m_shown;
+    std::uint64_t m_shownRevision = 0;
+    std::uint64_t m_shownLinesRevision = 0;
+    bool m_changed = false;      ///< properties differ from the shown ones by more than vertical lines
+    bool m_linesChanged = false; ///< vertical lines differ from the shown ones
 };

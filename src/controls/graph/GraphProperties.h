@@ -8,25 +8,88 @@
 #include <map>
 #include <vector>
 
-/// Value types of the graph control: everything a graph holds beside its data arrays. Copyable, comparable, no behaviour.
+/// Value types of the graph control: everything a graph holds beside its data arrays. Copyable, comparable, no
+/// behaviour but the check of their values.
 namespace graph {
 
 inline constexpr int kYAxes = 4;
 inline constexpr int kTables = 3;
 inline constexpr float kNullValue = -65536.0F;
+/// Colours are 0x00BBGGRR; what a caller sets above these bits is dropped.
+inline constexpr std::uint32_t kColorMask = 0xFFFFFF;
 
-enum ScaleControl { ScaleLinear = 1, ScaleLogarithmic = 2 };
-enum ManualScaleControl { ScaleAutomatic = 0, ScaleManual = 3 };
-enum ActionCode { Reinitialise = 0, Redraw = 3, UndoZoom = 19 };
-enum MenuState { MenuNormal = 0, MenuGreyed = 1, MenuHidden = 2 };
-enum LegendLocationCode { LegendTop = 0, LegendBottom = 1, LegendLeft = 2, LegendRight = 3 };
-enum LegendStyleCode { LegendOutside = 0, LegendInsideAxis = 1 };
-enum ViewingStyleCode { StyleColour = 0, StyleMonochrome = 1, StyleMonochromeSymbols = 2 };
-enum FontSizeCode { FontLarge = 0, FontMedium = 1, FontSmall = 2 };
+/// How far the lists of a graph can grow.
+inline constexpr int kMaxVerticalLines = 100;
+inline constexpr int kMaxMenuItems = 64;
+inline constexpr int kMaxSubItems = 64;
+inline constexpr int kMaxMultiSubTitles = 64;
+inline constexpr int kMaxGraphAnnotations = 4096;
+inline constexpr int kMaxTableRows = 1000;
+inline constexpr int kMaxTableColumns = 100;
+inline constexpr double kMinFontFactor = 0.1;
+inline constexpr double kMaxFontFactor = 10.0;
+inline constexpr double kMaxLineWidth = 50.0;
+
+enum ScaleControl
+{
+    ScaleLinear = 1,
+    ScaleLogarithmic = 2
+};
+enum ManualScaleControl
+{
+    ScaleAutomatic = 0,
+    ScaleManual = 3
+};
+enum ActionCode
+{
+    Reinitialise = 0,
+    Redraw = 3,
+    UndoZoom = 19
+};
+enum MenuState
+{
+    MenuNormal = 0,
+    MenuGreyed = 1,
+    MenuHidden = 2
+};
+enum LegendLocationCode
+{
+    LegendTop = 0,
+    LegendBottom = 1,
+    LegendLeft = 2,
+    LegendRight = 3
+};
+enum LegendStyleCode
+{
+    LegendOutside = 0,
+    LegendInsideAxis = 1
+};
+enum ViewingStyleCode
+{
+    StyleColour = 0,
+    StyleMonochrome = 1,
+    StyleMonochromeSymbols = 2
+};
+enum FontSizeCode
+{
+    FontLarge = 0,
+    FontMedium = 1,
+    FontSmall = 2
+};
 /// A vertical line annotation of this type is not drawn.
 inline constexpr int kLineVanished = 1000;
-/// Subset line types: 0 thin solid, 1 dashed, 2 dotted, 3 dash-dot, 4 dash-dot-dot, 5 points joined, 12 mask line switched off.
-enum LineTypeCode { LineSolid = 0, LineDash = 1, LineDot = 2, LineDashDot = 3, LineDashDotDot = 4, LinePointsJoined = 5 };
+/// Subset line types: 0 thin solid, 1 dashed, 2 dotted, 3 dash-dot, 4 dash-dot-dot, 5 points marked and joined, 12
+/// hairline (a mask line switched off); any other number is drawn as 0.
+enum LineTypeCode
+{
+    LineSolid = 0,
+    LineDash = 1,
+    LineDot = 2,
+    LineDashDot = 3,
+    LineDashDotDot = 4,
+    LinePointsJoined = 5,
+    LineHair = 12
+};
 
 struct YAxis
 {
@@ -43,8 +106,8 @@ struct YAxis
 /// Limits of the zoom, in the axis unit; exponents to the base 10 where the axis is logarithmic.
 struct ZoomLimits
 {
-    double ZoomMinX = 0, ZoomMaxX = 0; ///< bottom X
-    double ZoomMinY = 0, ZoomMaxY = 0; ///< left Y (axes 0 and 1)
+    double ZoomMinX = 0, ZoomMaxX = 0;   ///< bottom X
+    double ZoomMinY = 0, ZoomMaxY = 0;   ///< left Y (axes 0 and 1)
     double ZoomMinRY = 0, ZoomMaxRY = 0; ///< right Y (axes 2 and 3)
     double ZoomMinTX = 0, ZoomMaxTX = 0; ///< top X
     bool operator==(const ZoomLimits&) const = default;
@@ -61,14 +124,14 @@ struct TableCell
 struct TableAnnotation
 {
     bool ShowTableAnnotation = false;
-    int TARows = 0;
-    int TAColumns = 0;
-    std::vector<TableCell> cells; ///< TARows x TAColumns, row by row
-    int TATextSize = 100;         ///< per cent of the graph's text size
+    int TARows = 1;
+    int TAColumns = 1;
+    std::vector<TableCell> cells = std::vector<TableCell>(1); ///< TARows x TAColumns, row by row
+    int TATextSize = 100;                                     ///< per cent of the graph's text size
     QString TAFonts;
-    int TALocation = 4;           ///< 0 top left, 1 top centre, 2 top right, 3 bottom left, 4 bottom centre, 5 bottom right
+    int TALocation = 4; ///< 0 top left, 1 top centre, 2 top right, 3 bottom left, 4 bottom centre, 5 bottom right
     bool TAHeaderColumn = false;
-    int TABorder = 0;             ///< 0 none, 1 thin line, 2 frame with shadow
+    int TABorder = 0;                     ///< 0 none, 1 thin line, 2 frame with shadow
     std::uint32_t TABackColor = 0xFFFFFF; ///< 0x00BBGGRR; 1 is transparent
     bool operator==(const TableAnnotation&) const = default;
 };
@@ -83,7 +146,7 @@ struct VerticalLine
 
 struct MenuItem
 {
-    QString text; ///< sub-items behind "|"
+    QString text;                ///< sub-items behind "|"
     std::map<int, int> states;   ///< sub-item (0 the item itself) to MenuState
     std::map<int, bool> checked; ///< sub-item to check mark
     bool operator==(const MenuItem&) const = default;
@@ -111,17 +174,22 @@ struct Properties
     int LegendLocation = LegendRight;
     int ViewingStyle = StyleColour;
     int FontSize = FontMedium;
-    double FontSizeGlobalCntl = 1.0; ///< factor on every text size
+    double FontSizeGlobalCntl = 1.0; ///< factor on every text size, kMinFontFactor to kMaxFontFactor
     QString MainTitleFont, SubTitleFont, LabelFont;
     std::uint32_t MonoGraphForeColor = 0x000000, MonoGraphBackColor = 0xFFFFFF, MonoTextColor = 0x000000,
                   MonoDeskColor = 0xFFFFFF; ///< 0x00BBGGRR
-    std::uint32_t TickColor = 0xE0E0E0; ///< graticule, 0x00BBGGRR
-    double LineWidth = 1.0;             ///< pen width of the traces, device-independent pixels
+    std::uint32_t TickColor = 0xE0E0E0;     ///< graticule, 0x00BBGGRR
+    double LineWidth = 1.0;                 ///< pen width of the traces, device-independent pixels
     std::vector<QString> SubsetLabels;
     std::vector<std::uint32_t> SubsetColors; ///< 0x00BBGGRR
     std::vector<int> SubsetLineTypes;
-    std::vector<int> RandomSubsetsToGraph; ///< subsets to draw; negative entries name none
+    std::vector<bool> SubsetsToShow;
+    std::vector<int> RandomSubsetsToGraph; ///< subsets to draw; negative entries name none; empty: all are drawn
     bool operator==(const Properties&) const = default;
 };
+
+/// True when every property has a value that the graph's setters take and the lists have the sizes of such a graph:
+/// SubsetLabels, SubsetColors, SubsetLineTypes and SubsetsToShow one entry a subset.
+bool areValid(const Properties& properties, int subsets);
 
 } // namespace graph
