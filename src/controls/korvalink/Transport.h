@@ -8,10 +8,12 @@
 
 /// Moves bytes between KorvaLink and one instrument.
 ///
-/// To add a transport: 1. derive from Transport; 2. list its devices in a DeviceSource (DeviceList.h); 3. hand that source
-/// to KorvaLink. The contract:
+/// To add a transport: 1. derive from Transport; 2. list its devices in a DeviceSource (DeviceList.h); 3. hand that
+/// source to the DeviceList that KorvaLink is given. The contract:
 /// - open() reports exactly once, by its return value; it never raises a dialog and never blocks for long.
-/// - write() takes the whole chunk or part of it and returns how many bytes it took; bytesWritten() tells when more fit.
+/// - write() hands bytes to the system without waiting: it takes the whole chunk or part of it and returns how many
+/// bytes
+///   it took, 0 when there is no room or no link; after a chunk not wholly taken bytesWritten() tells when more fit.
 /// - received() hands over bytes as they come, in order, in chunks of any size.
 /// - lost() is raised at most once per open(), when the other end or the cable is gone; KorvaLink then calls close().
 /// - close() may be called at any time, also inside a signal, and raises nothing.

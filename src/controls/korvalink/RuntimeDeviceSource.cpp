@@ -1,0 +1,69 @@
+#include "controls/korvalink/RuntimeDeviceSource.h"
+
+#include "controls/korvalink/PortAccess.h"
+#include "controls/korvalink/SerialTransport.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <sys/stat.h>
+
+namespace {
+
+// Some file systems keep times in whole seconds only.
+constexpr qint64 kClockGrain = 2;
+
+bool isTerminal(const QString& path)
+{
+    const QString device = QFileInfo(path).canonicalFilePath();
+    return device.startsWith(QLatin1String("/dev/pts/")) || device.startsWith(QLatin1String("/dev/tty"));
+}
+
+bool isLivingLink(const QString& path)
+{
+    const QByteArray file = QFile::encodeName(path);
+    struct stat link
+    {};
+    struct stat device
+    {};
+    return ::lstat(file.constData(), &link) == 0 && S_ISLNK(link.st_mode) && ::stat(file.constData(), &device) == 0 &&
+           S_ISCHR(device.st_mode) && device.st_ctim.tv_sec <= link.st_mtim.tv_sec + kClockGrain && isTerminal(path);
+}
+
+} // namespace
+
+RuntimeDeviceSource::RuntimeDeviceSource(QString folder)
+    : m_folder(std::move(folder))
+{
+    if (!m_folder.isEmpty())
+        return;
+    const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    if (!runtime.isEmpty())
+        m_folder = runtime + QStringLiteral("/marrowick/devices");
+}
+
+std::vector<DeviceEntry> RuntimeDeviceSource::devices() const
+{
+    std::vector<DeviceEntry> found;
+    if (m_folder.isEmpty())
+        return found;
+    const QDir folder(m_folder);
+    const QStringList names = folder.entryList(QDir::Files | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QString& name : names) {
+        const QString path = folder.filePath(name);
+        if (isLivingLink(path))
+            found.push_back({name, path, portAccess(path).sentence()});
+    }
+    return found;
+}
+
+std::unique_ptr<Transport> RuntimeDeviceSource::makeTransport(const DeviceEntry& device) const
+{
+    return std::make_unique<SerialTransport>(device.path);
+}
+
+QStringList RuntimeDeviceSource::foldersToWatch() const
+{
+    return m_folder.isEmpty() ? QStringList() : QStringList(m_folder);
+}
