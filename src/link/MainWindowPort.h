@@ -11,7 +11,8 @@
 class MainWindowPort : public DocumentHost
 {
 public:
-    /// Panel 1 to 12 of the status bar shows the text (UTF-8). Cheap: the window repaints at most once per display frame.
+    /// Panel 1 to 12 of the status bar shows the text (UTF-8). Cheap: the window repaints at most once per display
+    /// frame.
     virtual void setPanel(int index, std::string_view text) = 0;
     /// The pen bar is disabled while plotting.
     virtual void setPenBarEnabled(bool enabled) = 0;

@@ -1,5 +1,7 @@
 #include "instrument/clsTestSettings.h"
 
+#include <QStringList>
+
 #include <cmath>
 #include <gtest/gtest.h>
 #include <random>

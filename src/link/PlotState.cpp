@@ -1,0 +1,36 @@
+#include "link/PlotState.h"
+
+#include "controls/korvalink/KorvaLink.h"
+#include "document/PenDocument.h"
+#include "link/StatusPanels.h"
+#include "shell/ProgramState.h"
+
+void PlotState::GUISetPlotting()
+{
+    PenDocument* const document = m_context.port.activeDocument();
+    if (document == nullptr)
+        return;
+    m_context.state.gstrPlotKey = document->gstrKey;
+    m_context.state.gbfPlotting = true;
+    m_context.port.setPenBarEnabled(false);
+    StatusPanels(m_context.port).show(StatusPanels::State, "Testing");
+
+    GraphModel& peGraph = document->peGraph();
+    const QString version = document->SetVersion();
+    peGraph.setTXAxisLabel(version);
+    const QLatin1String separator(" | ");
+    const qsizetype at = version.indexOf(separator);
+    if (!peGraph.SubTitle().isEmpty() && at >= 0) {
+        // The part up to and including the blank that opens the separator, a blank, the part behind the separator.
+        peGraph.setSubTitle(version.left(at + 1) + QLatin1Char(' ') + version.mid(at + separator.size()));
+    }
+}
+
+void PlotState::GUISetViewing()
+{
+    m_context.port.setPenBarEnabled(true);
+    m_context.state.gbfPlotting = false;
+    StatusPanels(m_context.port).show(StatusPanels::State, m_context.device.Connected() ? "Connected" : "Disconnected");
+    if (PenDocument* const document = m_context.port.activeDocument())
+        document->SetViewing();
+}

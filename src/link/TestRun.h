@@ -1,0 +1,59 @@
+#pragma once
+
+#include "link/LinkContext.h"
+
+#include <QObject>
+
+class DeviceModule;
+class PenDocument;
+
+/// The user's side of a test: start, stop, repeat, and the questions before them. It only commands; the instrument's
+/// messages change the state. frmMain forwards its commands to it.
+///
+/// Every question, chooser and wait here runs a nested event loop. What is needed behind it is looked up again: when
+/// the document or the link is gone, the command ends silently. A start that is asked for while another one is still
+/// asking is ignored. Lives as long as DeviceModule.
+class TestRun : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit TestRun(DeviceModule& device, QObject* parent = nullptr);
+
+    void mnuTestStart_Click();
+    void mnuTestStopTest_Click();
+    /// bfChecked: the state of the item before the click.
+    void mnuTestRepeat_Click(bool bfChecked);
+
+    void GUISetPlotting();
+    void GUISetViewing();
+    /// "Abort test?": false when the test was stopped, true when it goes on and the caller gives up its own action.
+    bool QuestionTestCancel();
+
+    /// Opens the first of ten device indices that can be opened. False: none could; nothing is said.
+    bool OpenFirstDeviceFound();
+
+    /// Sends the limits of the settings dialog that differ from the instrument's, if the sweep follows the graph's
+    /// extents.
+    void SendSweepRange();
+    /// Tells the instrument which output pin belongs to the pen (user's number, 1 to 10), when it is connected, no
+    /// script runs and a document is active: "setpin 2" and the pen for amplitude documents, "setpin 1" and the pen
+    /// otherwise.
+    void writePinCommand(int iPenNumber);
+
+    /// True when any of the points of the pen (index from 0) holds data.
+    static bool PenHasData(const PenDocument& document, int pen);
+
+private:
+    /// Connects if needed and gives the enquire answer time to land. False: no link.
+    bool ensureConnected();
+    bool QuestionOverwritePen(PenDocument& document);
+    void startTest();
+    void endMonitor();
+    void writeTestSettings();
+    int tell(const QString& text, int style, const QString& title);
+
+    DeviceModule& m_device;
+    LinkContext m_context;
+    bool m_starting = false;
+};
