@@ -1,30 +1,70 @@
 #pragma once
 
+#include "prefs/IniText.h"
+
+#include <QDateTime>
+#include <QHash>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 
-/// The settings store: application, section and key to text, one INI file per application title.
+/// The settings store: application, section and key to text, one INI file per application title (see IniText).
 ///
 /// Every reader asks the store at the moment it needs a value. Two copies of the program may write at once: a save
-/// changes its own key only and loses no key of the other. A damaged file is set aside (NAME.damaged-N) and the store
-/// starts empty; damaged() tells so once.
+/// changes its own key only and loses no key of the other. A file is replaced whole or not at all. A damaged file is
+/// set aside (NAME.damaged-N) and the store starts empty; takeDamaged() tells so once.
+///
+/// Where the user's file has no value, a file of the same name in the system's configuration folders
+/// (/etc/xdg/marrowick/, see XDG_CONFIG_DIRS) is asked before the caller's default, so that an administrator can set
+/// values for all users. It is never written.
 class SettingsStore
 {
 public:
-    /// The folder of the INI files; created on the first save. Default: the user's configuration folder.
+    /// The folder of the INI files; created on the first save. Default: the folder "marrowick" in the user's
+    /// configuration folder, with the system's folders behind it; a folder given here stands alone.
     explicit SettingsStore(QString folder = {});
 
     /// The stored text, or the default turned into text when the key is absent (a flag as "True" or "False").
     QString GetSetting(const QString& application, const QString& section, const QString& key,
                        const QVariant& defaultValue) const;
-    /// Writes the text form of the value; false when it could not be written (read-only folder, full disk).
+    /// Writes the text form of the value; false when it could not be written (read-only folder, full disk, a file that
+    /// cannot be read). What was stored before is then still there.
     bool SaveSetting(const QString& application, const QString& section, const QString& key, const QVariant& value);
     bool contains(const QString& application, const QString& section, const QString& key) const;
 
     const QString& folder() const { return m_folder; }
-    /// Path under which a damaged file was set aside since the last call; empty when none was.
+    QString fileOf(const QString& application) const;
+    /// Path under which a damaged file was set aside since the last call (its own path if it could not be moved); empty
+    /// when none was.
     QString takeDamaged();
 
+    /// The text form of a value: a flag as "True" or "False", numbers as ordinary decimal text.
+    static QString textOf(const QVariant& value);
+
 private:
+    struct Snapshot
+    {
+        IniText text;
+        qint64 size = -1;
+        QDateTime modified;
+        bool settled = false; ///< the file was old enough that any later change shows in its time
+    };
+    enum class Content
+    {
+        Absent,
+        Unreadable,
+        Damaged,
+        Whole
+    };
+
+    std::optional<QString> find(const QString& application, const QString& section, const QString& key) const;
+    const IniText& snapshotOf(const QString& path, bool own) const;
+    static Content read(const QString& path, Snapshot& snapshot);
+    bool setAside(const QString& path) const;
+
     QString m_folder;
+    QStringList m_systemFolders;
+    mutable QHash<QString, Snapshot> m_snapshots; ///< by path
+    mutable QString m_damaged;
+    mutable QStringList m_reported; ///< damaged files that could not be moved, told once
 };
