@@ -7,11 +7,32 @@
 class UserMessages
 {
 public:
-    /// Button sets (the low digit of a style).
-    enum Buttons { OkOnly = 0, OkCancel = 1, AbortRetryIgnore = 2, YesNoCancel = 3, YesNo = 4, RetryCancel = 5 };
-    /// Icons (added to the button set).
-    enum Icon { NoIcon = 0, Stop = 16, Question = 32, Exclamation = 48, Information = 64 };
-    enum Reply { ReplyNone = 0, ReplyOk = 1, ReplyCancel = 2, ReplyAbort = 3, ReplyRetry = 4, ReplyIgnore = 5, ReplyYes = 6, ReplyNo = 7 };
+    /// A style is one button set plus one icon.
+    enum Style
+    {
+        OkOnly = 0,
+        OkCancel = 1,
+        AbortRetryIgnore = 2,
+        YesNoCancel = 3,
+        YesNo = 4,
+        RetryCancel = 5,
+        NoIcon = 0,
+        Stop = 16,
+        Question = 32,
+        Exclamation = 48,
+        Information = 64
+    };
+    enum Reply
+    {
+        ReplyNone = 0,
+        ReplyOk = 1,
+        ReplyCancel = 2,
+        ReplyAbort = 3,
+        ReplyRetry = 4,
+        ReplyIgnore = 5,
+        ReplyYes = 6,
+        ReplyNo = 7
+    };
 
     virtual ~UserMessages() = default;
 
