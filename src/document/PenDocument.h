@@ -228,8 +228,10 @@ public:
     /// none); it comes back completed. gsFileName takes it as it was given.
     bool fileSavePlot(QString& sFileName);
     /// Replaces the graph by the file and works out the state. False, with the document as it was, for a file that is
-    /// none. A document of a newer format is view only; the user is told. Processes events.
+    /// none. Processes events.
     bool fileLoadPlot(const QString& sFileName);
+    /// The loaded plot is of another format: the popup offers no entry that changes or exports it.
+    bool isViewOnly() const { return m_viewOnly; }
     void SetFileName(const QString& sFile) { gsFileName = sFile; }
     const QString& GetFileName() const { return gsFileName; }
     /// "major.minor" of the program that saved the plot, "0.0" when unknown.
@@ -282,6 +284,7 @@ private:
     std::array<bool, kPens> m_gbfPenHide{};
     bool m_gbfInitialised = false;
     bool m_gbfClosing = false;
+    bool m_viewOnly = false;
     bool m_canPaste = false;
     double m_gdblTestMinFreq = 0;
     double m_gdblTestMaxFreq = 0;

@@ -1,0 +1,15 @@
+#include "document/PenReader.h"
+
+namespace PenReader {
+
+int pointCount(const GraphModel& graph, int subset)
+{
+    const auto x = graph.xArray(subset);
+    const auto y = graph.yArray(subset);
+    std::size_t point = 0;
+    while (point < x.size() && x[point] != 0.0F && y[point] != graph::kNullValue)
+        ++point;
+    return static_cast<int>(point);
+}
+
+} // namespace PenReader

@@ -1,0 +1,76 @@
+#include "document/PlotFileNames.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace PlotFileNames {
+
+namespace {
+
+constexpr std::int16_t kAmplitude = 1;
+constexpr std::int16_t kImpedance = 2;
+constexpr QLatin1String kForbidden("\\/:*?\"<>|");
+
+QString tr(const char* text)
+{
+    return QCoreApplication::translate("PlotFileNames", text);
+}
+
+} // namespace
+
+QString extension(std::int16_t testType)
+{
+    switch (testType) {
+    case kAmplitude:
+        return QStringLiteral(".gad");
+    case kImpedance:
+        return QStringLiteral(".gzd");
+    default:
+        return QString();
+    }
+}
+
+QString saveFilter(std::int16_t testType)
+{
+    switch (testType) {
+    case kAmplitude:
+        return tr("Amplitude files (*.gad)|*.gad");
+    case kImpedance:
+        return tr("Impedance files (*.gzd)|*.gzd");
+    default:
+        return QString();
+    }
+}
+
+QString openFilter()
+{
+    return tr("All plot files(*.*)|*.*|Amplitude plot files(*.gad)|*.gad|Impedance plot files(*.gzd)|*.gzd");
+}
+
+QString completed(const QString& fileName, std::int16_t testType)
+{
+    return fileName.left(fileName.indexOf(QLatin1Char('.'))) + extension(testType);
+}
+
+QString proposed(const QString& title)
+{
+    const auto isSeparator = [](QChar c) { return c == QLatin1Char('/') || c == QLatin1Char('\\'); };
+    const auto last = std::find_if(title.rbegin(), title.rend(), isSeparator);
+    const QString name = title.right(last - title.rbegin());
+    const bool forbidden = std::any_of(name.begin(), name.end(), [](QChar c) { return kForbidden.contains(c); });
+    return forbidden || name.isEmpty() ? QStringLiteral("fileName") : name;
+}
+
+bool sameFile(const QString& one, const QString& other)
+{
+    if (one.isEmpty() || other.isEmpty())
+        return false;
+    if (one == other)
+        return true;
+    const QString canonical = QFileInfo(one).canonicalFilePath();
+    return !canonical.isEmpty() && canonical == QFileInfo(other).canonicalFilePath();
+}
+
+} // namespace PlotFileNames
