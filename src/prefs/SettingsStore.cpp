@@ -179,7 +179,8 @@ bool SettingsStore::SaveSetting(const QString& application, const QString& secti
 
     QSaveFile file(path);
     const QByteArray bytes = snapshot.text.bytes();
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
+    // flush() reports a disk that fills up in mid-write; commit() alone would put the short file in place.
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush() || !file.commit())
         return false;
     m_snapshots.remove(path);
     return true;
