@@ -1,0 +1,40 @@
+#pragma once
+
+#include "sim/Faults.h"
+#include "sim/InstrumentState.h"
+#include "sim/Pace.h"
+#include "values/Outcome.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace sim {
+
+/// What the user asked of marrowick-sim. The defaults stand here and nowhere else.
+struct Options
+{
+    bool help = false;
+    bool version = false;
+    bool listParts = false;
+    Model model = Model::T46;
+    std::optional<QByteArray> serial; ///< else the first free number of the model, for example T46-0001
+    QString part = QStringLiteral("langevin40k");
+    QString replay; ///< file; empty for none
+    Pace pace;
+    std::uint64_t seed = 1;
+    FaultPlan faults;
+    std::optional<QString> memory; ///< file; empty for no file at all; else MemoryFile::defaultFileName()
+    QString scriptFrames;
+    double idleLevelsPerSecond = 2;
+    int firmwareMajor = 1;
+    int firmwareMinor = 28;
+    bool status = false; ///< also when standard error is no terminal
+
+    /// The arguments without the program's name. The sentence of a failure says what to write instead.
+    static ValueOr<Options> parse(const QStringList& arguments);
+    static QString helpText();
+};
+
+} // namespace sim

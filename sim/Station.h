@@ -1,0 +1,52 @@
+#pragma once
+
+#include "sim/Device.h"
+#include "sim/DeviceEntry.h"
+#include "sim/Faults.h"
+#include "sim/PtyPort.h"
+#include "sim/StatusLine.h"
+
+namespace sim {
+
+/// Joins a device to its port and keeps both going until it is told to end.
+class Station
+{
+public:
+    /// How long the cable stays out after the fault "unplug".
+    static constexpr Duration kUnpluggedTime = std::chrono::milliseconds(1500);
+
+    /// All four outlive the station. The entry has been claimed.
+    Station(Device& device, Line& line, DeviceEntry& entry, StatusLine& status);
+
+    /// Opens the port and publishes the entry.
+    Outcome plugIn();
+    QByteArray devicePath() const { return m_port.devicePath(); }
+    /// Runs until the descriptor becomes readable; that is how a signal or a test ends it. A failure is one of the
+    /// port.
+    Outcome run(int endDescriptor);
+
+private:
+    static Moment clock();
+    void noticeHost(Moment now);
+    void hostGone();
+    void unplug(Moment now);
+    bool readCommands(Moment now);
+    bool writeFrames(Moment now);
+    bool serve(Moment now);
+    /// False when the end was asked for.
+    bool waitForWork(int endDescriptor, Moment now);
+    void showStatus(Moment now);
+
+    Device& m_device;
+    Line& m_line;
+    DeviceEntry& m_entry;
+    StatusLine& m_status;
+    PtyPort m_port;
+    bool m_hostPresent = false;
+    bool m_outputBlocked = false;
+    std::optional<Moment> m_plugInDue;
+    std::uint64_t m_framesAtLastStatus = 0;
+    Moment m_lastStatus{0};
+};
+
+} // namespace sim
