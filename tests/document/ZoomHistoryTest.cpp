@@ -1,0 +1,309 @@
+#include "document/ZoomHistory.h"
+
+#include "document/DocumentBench.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+
+namespace {
+
+graph::ZoomLimits limits(double minX, double maxX)
+{
+    graph::ZoomLimits zoom;
+    zoom.ZoomMinX = minX;
+    zoom.ZoomMaxX = maxX;
+    zoom.ZoomMinY = minX + 1;
+    zoom.ZoomMaxY = maxX + 1;
+    zoom.ZoomMinRY = minX + 2;
+    zoom.ZoomMaxRY = maxX + 2;
+    zoom.ZoomMinTX = minX + 3;
+    zoom.ZoomMaxTX = maxX + 3;
+    return zoom;
+}
+
+struct ZoomHistoryTest : ::testing::Test
+{
+    GraphModel graph;
+    ZoomHistory history{graph};
+
+    void zoom(double minX, double maxX)
+    {
+        graph.userZoom(limits(minX, maxX));
+        history.StoreZoom();
+    }
+};
+
+TEST_F(ZoomHistoryTest, NewNodeIsAllZero)
+{
+    const clsGraphZoomNode node;
+    EXPECT_EQ(node.dblZoomMinX, 0);
+    EXPECT_EQ(node.dblZoomMaxX, 0);
+    EXPECT_EQ(node.dblZoomMinY, 0);
+    EXPECT_EQ(node.dblZoomMaxY, 0);
+    EXPECT_EQ(node.dblZoomMinRY, 0);
+    EXPECT_EQ(node.dblZoomMaxRY, 0);
+    EXPECT_EQ(node.dblZoomMinTX, 0);
+    EXPECT_EQ(node.dblZoomMaxTX, 0);
+}
+
+TEST_F(ZoomHistoryTest, NewZoomAfterTwoUndosDropsTheRedoTail)
+{
+    zoom(1, 6);
+    zoom(2, 5);
+    zoom(3, 4);
+    EXPECT_EQ(history.UndooZoom(), ZoomHistory::Step::Node);
+    EXPECT_EQ(history.UndooZoom(), ZoomHistory::Step::Node);
+    EXPECT_EQ(history.giZoomIndex(), 1);
+    zoom(1.5, 5.5);
+    EXPECT_EQ(history.count(), 2);
+    EXPECT_EQ(history.giZoomIndex(), 2);
+    EXPECT_FALSE(history.canRedo());
+    EXPECT_EQ(history.RedooZoom(), ZoomHistory::Step::None);
+    EXPECT_EQ(history.GetZoomLimits().dblZoomMinX, 1.5);
+}
+
+TEST_F(ZoomHistoryTest, UndoAtPositionOneGoesToFullExtentAndKeepsTheNodes)
+{
+    zoom(1, 6);
+    EXPECT_EQ(history.UndooZoom(), ZoomHistory::Step::Extents);
+    EXPECT_FALSE(graph.Zoomed());
+    EXPECT_EQ(history.giZoomIndex(), 0);
+    EXPECT_EQ(history.count(), 1);
+    EXPECT_TRUE(history.canRedo());
+    EXPECT_EQ(history.RedooZoom(), ZoomHistory::Step::Node);
+    EXPECT_TRUE(graph.Zoomed());
+    EXPECT_EQ(graph.zoomLimits().ZoomMinX, 1);
+}
+
+TEST_F(ZoomHistoryTest, UndoAtPositionZeroOnlyUndoesAllZoomAgain)
+{
+    int actions = 0;
+    QObject::connect(&graph, &GraphModel::reinitialised, &graph, [&] { ++actions; });
+    const auto before = graph.zoomLimits();
+    EXPECT_EQ(history.UndooZoom(), ZoomHistory::Step::Extents);
+    EXPECT_EQ(actions, 1);
+    EXPECT_EQ(history.giZoomIndex(), 0);
+    EXPECT_EQ(graph.zoomLimits(), before);
+}
+
+TEST_F(ZoomHistoryTest, StepsRestoreAllButTheRightLimits)
+{
+    zoom(1, 6);
+    zoom(2, 5);
+    history.UndooZoom();
+    EXPECT_EQ(graph.zoomLimits().ZoomMinX, 1);
+    EXPECT_EQ(graph.zoomLimits().ZoomMaxX, 6);
+    EXPECT_EQ(graph.zoomLimits().ZoomMinY, 2);
+    EXPECT_EQ(graph.zoomLimits().ZoomMaxY, 7);
+    EXPECT_EQ(graph.zoomLimits().ZoomMinTX, 4);
+    EXPECT_EQ(graph.zoomLimits().ZoomMaxTX, 9);
+    EXPECT_EQ(graph.zoomLimits().ZoomMinRY, 4);
+    EXPECT_EQ(graph.zoomLimits().ZoomMaxRY, 7);
+    history.RedooZoom();
+    EXPECT_EQ(graph.zoomLimits().ZoomMinX, 2);
+    EXPECT_EQ(graph.zoomLimits().ZoomMaxTX, 8);
+}
+
+TEST_F(ZoomHistoryTest, NewZoomAtFullExtentReplacesTheWholeList)
+{
+    zoom(1, 6);
+    zoom(2, 5);
+    history.UndooZoom();
+    history.UndooZoom();
+    zoom(3, 4);
+    EXPECT_EQ(history.count(), 1);
+    EXPECT_EQ(history.giZoomIndex(), 1);
+}
+
+TEST_F(ZoomHistoryTest, RemovalCutsFromTheEndAndAtZeroReturnsToFullExtent)
+{
+    zoom(1, 6);
+    zoom(2, 5);
+    zoom(3, 4);
+    history.RemoveStoredZooms(2);
+    EXPECT_EQ(history.count(), 2);
+    history.RemoveStoredZooms(5);
+    EXPECT_EQ(history.count(), 2);
+    history.RemoveStoredZooms(0);
+    EXPECT_EQ(history.count(), 0);
+    EXPECT_EQ(history.giZoomIndex(), 0);
+    EXPECT_TRUE(history.canZoomExtents());
+    graph.PEactions(19);
+    EXPECT_FALSE(history.canZoomExtents());
+}
+
+TEST_F(ZoomHistoryTest, LimitsAreTheNodesOrAtPositionZeroTheGraphs)
+{
+    graph.setZoomLimits(limits(10, 20));
+    EXPECT_EQ(history.GetZoomLimits().dblZoomMinX, 10);
+    EXPECT_EQ(history.GetZoomLimits().dblZoomMaxRY, 22);
+    zoom(1, 6);
+    graph.setZoomLimits(limits(30, 40));
+    EXPECT_EQ(history.GetZoomLimits().dblZoomMinX, 1);
+}
+
+struct PenDocumentZoom : ::testing::Test
+{
+    DocumentBench bench;
+    std::unique_ptr<PenDocument> document;
+
+    void SetUp() override
+    {
+        bench.connect();
+        document = bench.document(PenDocument::Impedance);
+        bench.mirror.bfGraphExtents = true;
+        document->gbfSendZoom = true;
+    }
+    GraphModel& graph() { return document->peGraph(); }
+};
+
+TEST_F(PenDocumentZoom, LogViewStoresExponentsAndSendsHertz)
+{
+    ASSERT_EQ(graph().XAxisScaleControl(), 2);
+    document->gbfSendZoom = true;
+    graph().userZoom(limits(4, 5));
+    EXPECT_EQ(bench.written(), "startfreq 10000\rendfreq 100000\rlinear 0\r");
+    EXPECT_EQ(document->gdblTestMinFreq(), 10000);
+    EXPECT_EQ(document->gdblTestMaxFreq(), 100000);
+    double maxX = 0, maxY = 0, minX = 0, minY = 0, maxTX = 0, minTX = 0;
+    document->GetZoomLimits(maxX, maxY, minX, minY, maxTX, minTX);
+    EXPECT_EQ(minX, 4);
+    EXPECT_EQ(maxX, 5);
+    EXPECT_EQ(minY, 5);
+    EXPECT_EQ(maxY, 6);
+    EXPECT_EQ(minTX, 7);
+    EXPECT_EQ(maxTX, 8);
+    EXPECT_FALSE(document->gbfZoomExtents);
+}
+
+TEST_F(PenDocumentZoom, FirstZoomSendsOnlyWhenToldToAndTellsToFromThenOn)
+{
+    document->gbfSendZoom = false;
+    graph().userZoom(limits(4, 5));
+    EXPECT_TRUE(bench.written().isEmpty());
+    EXPECT_TRUE(document->gbfSendZoom);
+    graph().userZoom(limits(4.1, 4.5));
+    EXPECT_FALSE(bench.written().isEmpty());
+}
+
+TEST_F(PenDocumentZoom, LinearViewSendsPlainLimits)
+{
+    document->graphSetFrequecyLinear(true);
+    bench.written();
+    graph().userZoom(limits(2500, 7500));
+    EXPECT_EQ(bench.written(), "startfreq 2500\rendfreq 7500\rlinear 1\r");
+}
+
+TEST_F(PenDocumentZoom, UndoAndRedoSendTheExtentOnScreen)
+{
+    graph().userZoom(limits(3, 6));
+    graph().userZoom(limits(4, 5));
+    document->gbfModified = false;
+    bench.written();
+    document->UndooZoom();
+    EXPECT_EQ(bench.written(), "startfreq 1000\rendfreq 1000000\rlinear 0\r");
+    EXPECT_TRUE(document->gbfModified);
+    document->gbfModified = false;
+    document->RedooZoom();
+    EXPECT_EQ(bench.written(), "startfreq 10000\rendfreq 100000\rlinear 0\r");
+    EXPECT_TRUE(document->gbfModified);
+    document->gbfModified = false;
+    document->RedooZoom();
+    EXPECT_TRUE(bench.written().isEmpty());
+    EXPECT_FALSE(document->gbfModified);
+}
+
+TEST_F(PenDocumentZoom, UndoToFullExtentSendsTheManualLimits)
+{
+    graph().setManualMinX(20);
+    graph().setManualMaxX(3000);
+    graph().userZoom(limits(2, 3));
+    bench.written();
+    document->UndooZoom();
+    EXPECT_FALSE(graph().Zoomed());
+    EXPECT_TRUE(document->gbfZoomExtents);
+    EXPECT_EQ(bench.written(), "startfreq 20\rendfreq 3000\rlinear 0\r");
+    EXPECT_TRUE(document->canRedoZoom());
+    document->UndooZoom();
+    EXPECT_TRUE(bench.written().isEmpty());
+}
+
+TEST_F(PenDocumentZoom, ZoomOutSendsTheManualLimitsAndKeepsTheHistory)
+{
+    graph().userZoom(limits(4, 5));
+    document->gbfModified = false;
+    bench.written();
+    graph().userZoomOut();
+    EXPECT_TRUE(document->gbfZoomExtents);
+    EXPECT_TRUE(document->gbfModified);
+    EXPECT_EQ(document->zoomHistory().count(), 1);
+    EXPECT_EQ(document->gdblTestMinFreq(), graph().ManualMinX());
+    EXPECT_EQ(document->gdblTestMaxFreq(), graph().ManualMaxX());
+    EXPECT_TRUE(bench.written().startsWith("startfreq "));
+}
+
+TEST_F(PenDocumentZoom, ButtonsFollowTheZoom)
+{
+    const auto expectButtons = [&](bool extents, bool undo, bool redo) {
+        EXPECT_EQ(document->canZoomExtents(), extents);
+        EXPECT_EQ(document->canUndoZoom(), undo);
+        EXPECT_EQ(document->canRedoZoom(), redo);
+        EXPECT_EQ(graph().CustomMenuState(PenDocument::PopupUndoZoom, 0), undo ? 0 : 1);
+        EXPECT_EQ(graph().CustomMenuState(PenDocument::PopupRedoZoom, 0), redo ? 0 : 1);
+    };
+    expectButtons(false, false, false);
+    const int updates = bench.window.toolBarUpdates;
+    graph().userZoom(limits(4, 5));
+    EXPECT_GT(bench.window.toolBarUpdates, updates);
+    expectButtons(true, true, false);
+    document->UndooZoom();
+    expectButtons(true, false, true);
+    document->RemoveStoredZooms(0);
+    expectButtons(false, false, false);
+}
+
+TEST_F(PenDocumentZoom, ChangeOfScaleEmptiesTheHistory)
+{
+    graph().userZoom(limits(4, 5));
+    document->graphSetFrequecyLinear(true);
+    EXPECT_EQ(document->zoomHistory().count(), 0);
+    EXPECT_FALSE(graph().Zoomed());
+    EXPECT_TRUE(document->gbfZoomExtents);
+}
+
+TEST_F(PenDocumentZoom, PowersOfTenComeOutWithoutNoise)
+{
+    graph().userZoom(limits(std::log10(40123.0), std::log10(2000000.0)));
+    EXPECT_EQ(bench.written(), "startfreq 40123\rendfreq 2000000\rlinear 0\r");
+}
+
+TEST_F(PenDocumentZoom, ExtentStaysLocalDuringAMultiPenRun)
+{
+    bench.state.gbfSweepActive = true;
+    const double before = document->gdblTestMinFreq();
+    document->UpdateTestExtents(5, 6);
+    EXPECT_EQ(document->gdblTestMinFreq(), before);
+    EXPECT_TRUE(bench.written().isEmpty());
+}
+
+TEST_F(PenDocumentZoom, NothingIsSentUnlessTheSweepFollowsTheExtents)
+{
+    bench.mirror.bfGraphExtents = false;
+    document->UpdateTestExtents(5, 6);
+    EXPECT_EQ(document->gdblTestMinFreq(), 5);
+    EXPECT_TRUE(bench.written().isEmpty());
+}
+
+TEST_F(PenDocumentZoom, SendGraphExtentsSendsTheFullExtentOrTheStoredLimits)
+{
+    graph().setManualMinX(100);
+    graph().setManualMaxX(900);
+    document->SendGraphExtents();
+    EXPECT_EQ(bench.written(), "startfreq 100\rendfreq 900\rlinear 0\r");
+    graph().userZoom(limits(4, 5));
+    bench.written();
+    document->SendGraphExtents();
+    EXPECT_EQ(bench.written(), "startfreq 10000\rendfreq 100000\rlinear 0\r");
+}
+
+} // namespace
