@@ -1,0 +1,157 @@
+#include "controls/graph/ui/GraphPicture.h"
+
+#include "controls/graph/GraphModel.h"
+#include "controls/graph/ui/GraphPlot.h"
+
+#include <QBuffer>
+#include <QCoreApplication>
+#include <QImage>
+#include <QImageWriter>
+#include <QPaintDevice>
+#include <QPaintEngine>
+#include <QPdfWriter>
+#include <QPicture>
+#include <QSaveFile>
+#include <QSvgGenerator>
+
+#include <algorithm>
+#include <cmath>
+
+namespace graph {
+namespace {
+
+QString tr(const char* text)
+{
+    return QCoreApplication::translate("GraphPicture", text);
+}
+
+// Laid out as a window of a usual size, then enlarged: a picture twice as large shows the same, twice as fine.
+double pictureScale(double width, double height)
+{
+    return std::max(0.75, std::sqrt(width * height) / 900);
+}
+
+void drawPlot(const GraphModel& model, QCPPainter& painter, QSize layoutSize)
+{
+    GraphPlot plot(model, GraphPlot::Look::Picture);
+    plot.setViewport(QRect(QPoint(0, 0), layoutSize));
+    plot.prepare();
+    plot.toPainter(&painter, layoutSize.width(), layoutSize.height());
+}
+
+QSize layoutSizeOf(double width, double height, double scale)
+{
+    return {std::max(1, static_cast<int>(std::lround(width / scale))),
+            std::max(1, static_cast<int>(std::lround(height / scale)))};
+}
+
+bool isUsableSize(int width, int height)
+{
+    return std::min(width, height) >= 16 && std::max(width, height) <= kMaxPictureSide;
+}
+
+void drawScaled(const GraphModel& model, QPaintDevice& device, int width, int height, QCPPainter::PainterModes modes)
+{
+    const double scale = pictureScale(width, height);
+    const QSize layoutSize = layoutSizeOf(width, height, scale);
+    QCPPainter painter(&device);
+    painter.setModes(modes);
+    painter.scale(static_cast<double>(width) / layoutSize.width(), static_cast<double>(height) / layoutSize.height());
+    drawPlot(model, painter, layoutSize);
+}
+
+Outcome writeFile(const QString& fileName, const QByteArray& content)
+{
+    QSaveFile file(fileName);
+    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit())
+        return Outcome::success();
+    return Outcome::failure(tr("The picture could not be written to %1: %2").arg(fileName, file.errorString()));
+}
+
+Outcome encodeImage(const QImage& image, PictureFormat format, QByteArray& content)
+{
+    QBuffer buffer(&content);
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, format == PictureFormat::Png ? "png" : format == PictureFormat::Jpeg ? "jpg" : "bmp");
+    if (format == PictureFormat::Jpeg)
+        writer.setQuality(92);
+    if (writer.write(image))
+        return Outcome::success();
+    return Outcome::failure(tr("The picture could not be made: %1").arg(writer.errorString()));
+}
+
+} // namespace
+
+QImage pictureImage(const GraphModel& model, int width, int height)
+{
+    if (!isUsableSize(width, height))
+        return QImage();
+    QImage image(width, height, QImage::Format_RGB32);
+    if (image.isNull())
+        return image;
+    image.fill(Qt::white);
+    drawScaled(model, image, width, height, QCPPainter::pmNoCaching);
+    return image;
+}
+
+Outcome savePicture(const GraphModel& model, const QString& fileName, PictureFormat format, int width, int height)
+{
+    if (!isUsableSize(width, height))
+        return Outcome::failure(tr("A picture of %1 by %2 pixels cannot be made").arg(width).arg(height));
+    QByteArray content;
+    const QCPPainter::PainterModes vector = QCPPainter::pmVectorized | QCPPainter::pmNoCaching;
+    if (format == PictureFormat::Svg) {
+        QBuffer buffer(&content);
+        buffer.open(QIODevice::WriteOnly);
+        QSvgGenerator generator;
+        generator.setOutputDevice(&buffer);
+        generator.setResolution(96);
+        generator.setSize(QSize(width, height));
+        generator.setViewBox(QRect(0, 0, width, height));
+        generator.setTitle(model.shownProperties().MainTitle);
+        drawScaled(model, generator, width, height, vector);
+    } else if (format == PictureFormat::Pdf) {
+        QBuffer buffer(&content);
+        buffer.open(QIODevice::WriteOnly);
+        QPdfWriter writer(&buffer);
+        writer.setResolution(96);
+        writer.setPageSize(
+            QPageSize(QSizeF(width * 0.75, height * 0.75), QPageSize::Point, QString(), QPageSize::ExactMatch));
+        writer.setPageMargins(QMarginsF(0, 0, 0, 0));
+        writer.setTitle(model.shownProperties().MainTitle);
+        writer.setCreator(QCoreApplication::applicationName());
+        drawScaled(model, writer, width, height, vector);
+    } else {
+        const QImage image = pictureImage(model, width, height);
+        if (image.isNull())
+            return Outcome::failure(
+                tr("There is not enough memory for a picture of %1 by %2 pixels").arg(width).arg(height));
+        if (Outcome encoded = encodeImage(image, format, content); !encoded)
+            return encoded;
+    }
+    return writeFile(fileName, content);
+}
+
+// The library paints with a painter of its own class, so the graph is recorded and played into the caller's.
+void paintPicture(const GraphModel& model, QPainter& painter, const QRectF& target)
+{
+    if (!painter.isActive() || !(target.width() >= 1) || !(target.height() >= 1))
+        return;
+    const double dpi = painter.device() != nullptr ? painter.device()->logicalDpiX() : 96;
+    const double scale = dpi > 120 ? dpi / 96 : pictureScale(target.width(), target.height());
+    const QSize layoutSize = layoutSizeOf(target.width(), target.height(), scale);
+    QPicture picture;
+    {
+        QCPPainter recorder(&picture);
+        recorder.setModes(QCPPainter::pmVectorized | QCPPainter::pmNoCaching);
+        drawPlot(model, recorder, layoutSize);
+    }
+    painter.save();
+    painter.translate(target.topLeft());
+    painter.scale(target.width() / layoutSize.width(), target.height() / layoutSize.height());
+    painter.setClipRect(QRectF(QPointF(0, 0), QSizeF(layoutSize)), Qt::IntersectClip);
+    painter.drawPicture(0, 0, picture);
+    painter.restore();
+}
+
+} // namespace graph

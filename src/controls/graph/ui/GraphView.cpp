@@ -1,0 +1,528 @@
+#include "controls/graph/ui/GraphView.h"
+
+#include "controls/graph/GraphModel.h"
+#include "controls/graph/ui/GraphPlot.h"
+#include "controls/graph/ui/PlotElements.h"
+#include "controls/graph/ui/TracePlottable.h"
+
+#include <QAccessible>
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QScreen>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr int kLeastZoom = 6;     // pixels; a smaller rectangle is a click
+constexpr double kPickReach = 12; // pixels
+constexpr double kKeyZoom = 2;
+constexpr double kLeastSpan = 1e-6; // of the full range: single precision has no finer detail
+
+int frameTime(const QWidget& widget)
+{
+    const QScreen* screen = widget.screen();
+    const double rate = screen != nullptr ? screen->refreshRate() : 60;
+    return std::clamp(static_cast<int>(1000 / std::max(1.0, rate)), 4, 40);
+}
+
+} // namespace
+
+GraphView::GraphView(GraphModel& model, QWidget* parent)
+    : QWidget(parent)
+    , m_model(model)
+    , m_plot(new GraphPlot(model, GraphPlot::Look::Screen, this))
+{
+    setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(true);
+    setCursor(Qt::CrossCursor);
+    setAccessibleName(tr("Graph"));
+    m_plot->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_plot->setFocusPolicy(Qt::NoFocus);
+    m_plot->setGeometry(rect());
+    m_frameTimer.setSingleShot(true);
+    m_frameTimer.setTimerType(Qt::PreciseTimer);
+    connect(&m_frameTimer, &QTimer::timeout, this, &GraphView::drawFrame);
+    connect(&m_model, &GraphModel::reinitialised, this, &GraphView::requestFrame);
+    connect(&m_model, &GraphModel::redrawWanted, this, &GraphView::requestFrame);
+    describe();
+}
+
+GraphView::~GraphView() = default;
+
+// Drawing ------------------------------------------------------------------------------------------------------------
+
+void GraphView::requestFrame()
+{
+    if (m_frameTimer.isActive() || !isVisible())
+        return;
+    const qint64 since = m_sinceFrame.isValid() ? m_sinceFrame.elapsed() : frameTime(*this);
+    m_frameTimer.start(std::max(0, static_cast<int>(frameTime(*this) - since)));
+}
+
+void GraphView::drawFrame()
+{
+    m_frameTimer.stop();
+    m_sinceFrame.start();
+    m_plot->refresh();
+    placeCursor();
+}
+
+void GraphView::flush()
+{
+    drawFrame();
+}
+
+QRect GraphView::plotArea() const
+{
+    return m_plot->plotArea();
+}
+
+QPointF GraphView::toPixel(double x, double y, int axis)
+{
+    flush();
+    const int value = std::clamp(axis, 0, graph::kYAxes - 1);
+    return {m_plot->bottomAxis().coordToPixel(x), m_plot->valueAxis(value).coordToPixel(y)};
+}
+
+QPointF GraphView::toGraph(const QPointF& position, int axis)
+{
+    flush();
+    const int value = std::clamp(axis, 0, graph::kYAxes - 1);
+    return {m_plot->bottomAxis().pixelToCoord(position.x()), m_plot->valueAxis(value).pixelToCoord(position.y())};
+}
+
+Outcome GraphView::savePicture(const QString& fileName, graph::PictureFormat format, int width, int height) const
+{
+    return graph::savePicture(m_model, fileName, format, width, height);
+}
+
+bool GraphView::event(QEvent* event)
+{
+    // A key that walks the cursor must reach the view even where a window has the same key as a shortcut.
+    if (event->type() == QEvent::ShortcutOverride && m_cursorSubset >= 0 &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        event->accept();
+        return true;
+    }
+    if (event->type() == QEvent::ScreenChangeInternal) {
+        m_plot->invalidate();
+        requestFrame();
+    }
+    return QWidget::event(event);
+}
+
+void GraphView::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    m_plot->setGeometry(rect());
+    requestFrame();
+}
+
+void GraphView::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    drawFrame();
+}
+
+void GraphView::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange ||
+        event->type() == QEvent::StyleChange || event->type() == QEvent::LanguageChange) {
+        m_plot->invalidate();
+        requestFrame();
+    }
+}
+
+// Mouse --------------------------------------------------------------------------------------------------------------
+
+void GraphView::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton || !plotArea().contains(event->position().toPoint())) {
+        event->ignore();
+        return;
+    }
+    flush();
+    m_pressed = event->position().toPoint();
+    m_dragging = true;
+}
+
+void GraphView::mouseMoveEvent(QMouseEvent* event)
+{
+    const QPoint position = event->position().toPoint();
+    if (m_dragging && (event->buttons() & Qt::LeftButton) != 0) {
+        setZoomRect(QRect(m_pressed, position).normalized() & plotArea());
+        return;
+    }
+    if (event->buttons() == Qt::NoButton && plotArea().contains(position))
+        pickPoint(event->position());
+}
+
+void GraphView::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton || !m_dragging)
+        return;
+    m_dragging = false;
+    const QRect area = QRect(m_pressed, event->position().toPoint()).normalized() & plotArea();
+    setZoomRect(QRect());
+    if (area.width() >= kLeastZoom && area.height() >= kLeastZoom)
+        zoomTo(QRectF(area.left(), area.top(), area.width() - 1, area.height() - 1));
+    else if (area.width() < kLeastZoom && area.height() < kLeastZoom)
+        pickPoint(event->position());
+}
+
+void GraphView::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton || !plotArea().contains(event->position().toPoint())) {
+        event->ignore();
+        return;
+    }
+    m_dragging = false;
+    setZoomRect(QRect());
+    m_model.userZoomOut();
+}
+
+void GraphView::leaveEvent(QEvent* event)
+{
+    QWidget::leaveEvent(event);
+    if (!hasFocus())
+        clearCursor();
+}
+
+void GraphView::setZoomRect(const QRect& rect)
+{
+    if (m_zoomRect == rect)
+        return;
+    m_zoomRect = rect;
+    m_plot->overlay().setZoomRect(rect);
+    m_plot->redrawOverlay();
+}
+
+// Zoom ---------------------------------------------------------------------------------------------------------------
+
+void GraphView::zoomTo(const QRectF& pixels)
+{
+    const auto limit = [](const QCPAxis& axis, double pixel) {
+        const double value = axis.pixelToCoord(pixel);
+        return axis.scaleType() == QCPAxis::stLogarithmic ? std::log10(value) : value;
+    };
+    const QCPAxis& left = m_plot->valueAxis(m_plot->leadingAxis(false));
+    const QCPAxis& right = m_plot->valueAxis(m_plot->leadingAxis(true));
+    graph::ZoomLimits limits;
+    limits.ZoomMinX = limit(m_plot->bottomAxis(), pixels.left());
+    limits.ZoomMaxX = limit(m_plot->bottomAxis(), pixels.right());
+    limits.ZoomMinY = limit(left, pixels.bottom());
+    limits.ZoomMaxY = limit(left, pixels.top());
+    limits.ZoomMinRY = limit(right, pixels.bottom());
+    limits.ZoomMaxRY = limit(right, pixels.top());
+    limits.ZoomMinTX = limits.ZoomMinX;
+    limits.ZoomMaxTX = limits.ZoomMaxX;
+    const auto isFine = [](double from, double to) {
+        return !(to - from > kLeastSpan * std::max({std::abs(from), std::abs(to), 1e-30}));
+    };
+    if (isFine(limits.ZoomMinX, limits.ZoomMaxX) || isFine(limits.ZoomMinY, limits.ZoomMaxY))
+        return;
+    m_model.userZoom(limits);
+}
+
+void GraphView::zoomAboutCursor(double factor)
+{
+    flush();
+    const QRectF area(plotArea());
+    if (area.width() < 2 || area.height() < 2)
+        return;
+    const QPointF centre = m_plot->overlay().cursor().value_or(area.center());
+    const QSizeF size = area.size() / factor;
+    // The point under the cursor stays where it is.
+    const QPointF share((centre.x() - area.left()) / area.width(), (centre.y() - area.top()) / area.height());
+    zoomTo(QRectF(QPointF(centre.x() - share.x() * size.width(), centre.y() - share.y() * size.height()), size));
+}
+
+// Cursor -------------------------------------------------------------------------------------------------------------
+
+bool GraphView::pickPoint(const QPointF& position)
+{
+    int subset = -1;
+    int point = -1;
+    double nearest = kPickReach;
+    for (const int candidate : m_plot->drawn()) {
+        double distance = 0;
+        const TracePlottable* trace = m_plot->trace(candidate);
+        const int found = trace != nullptr ? trace->nearestPoint(position, nearest, &distance) : -1;
+        if (found >= 0 && (point < 0 || distance < nearest)) {
+            subset = candidate;
+            point = found;
+            nearest = distance;
+        }
+    }
+    if (point < 0)
+        return false;
+    if (subset != m_cursorSubset || point != m_cursorPoint)
+        moveCursor(subset, point);
+    return true;
+}
+
+void GraphView::moveCursor(int subset, int point)
+{
+    m_cursorSubset = subset;
+    m_cursorPoint = point;
+    placeCursor();
+    describe();
+    Q_EMIT m_model.CursorMoved(subset, point);
+}
+
+void GraphView::clearCursor()
+{
+    m_cursorSubset = -1;
+    m_cursorPoint = -1;
+    placeCursor();
+    describe();
+}
+
+// Follows its point when the view or the data moves, and goes when the point does.
+void GraphView::placeCursor()
+{
+    std::optional<QPointF> position;
+    QColor color;
+    if (m_cursorSubset >= 0) {
+        if (const TracePlottable* trace = m_plot->trace(m_cursorSubset)) {
+            position = trace->pixelOf(m_cursorPoint);
+            color = trace->pen().color();
+        }
+        if (!position) {
+            m_cursorSubset = -1;
+            m_cursorPoint = -1;
+        } else if (!QRectF(plotArea()).adjusted(-1, -1, 1, 1).contains(*position)) {
+            position.reset();
+        }
+    }
+    if (position == m_plot->overlay().cursor())
+        return;
+    m_plot->overlay().setCursor(position, color);
+    m_plot->redrawOverlay();
+}
+
+// The next drawn point at or behind from; -1 when there is none.
+int GraphView::seek(int subset, int from, int direction) const
+{
+    const TracePlottable* trace = m_plot->trace(subset);
+    for (int point = from; trace != nullptr && point >= 0 && point < m_model.Points(); point += direction) {
+        if (trace->pixelOf(point))
+            return point;
+    }
+    return -1;
+}
+
+bool GraphView::startCursor()
+{
+    if (m_cursorSubset >= 0)
+        return false;
+    for (const int subset : m_plot->drawn()) {
+        const int first = seek(subset, 0, 1);
+        if (first >= 0) {
+            moveCursor(subset, first);
+            return true;
+        }
+    }
+    return false;
+}
+
+bool GraphView::stepCursor(int points)
+{
+    if (startCursor())
+        return true;
+    if (m_cursorSubset < 0)
+        return false;
+    const int direction = points < 0 ? -1 : 1;
+    int target = m_cursorPoint;
+    for (int i = 0; i < std::abs(points); ++i) {
+        const int next = seek(m_cursorSubset, target + direction, direction);
+        if (next < 0)
+            break;
+        target = next;
+    }
+    if (target != m_cursorPoint)
+        moveCursor(m_cursorSubset, target);
+    return true;
+}
+
+bool GraphView::moveCursorToEnd(bool last)
+{
+    startCursor();
+    if (m_cursorSubset < 0)
+        return false;
+    const int target = last ? seek(m_cursorSubset, m_model.Points() - 1, -1) : seek(m_cursorSubset, 0, 1);
+    if (target >= 0 && target != m_cursorPoint)
+        moveCursor(m_cursorSubset, target);
+    return true;
+}
+
+bool GraphView::changeCurve(int direction)
+{
+    if (startCursor())
+        return true;
+    const std::vector<int>& drawn = m_plot->drawn();
+    const auto here = std::find(drawn.begin(), drawn.end(), m_cursorSubset);
+    if (here == drawn.end())
+        return false;
+    const int count = static_cast<int>(drawn.size());
+    int index = static_cast<int>(here - drawn.begin());
+    for (int i = 1; i < count; ++i) {
+        index = (index + direction + count) % count;
+        const int subset = drawn[static_cast<std::size_t>(index)];
+        int point = seek(subset, m_cursorPoint, 1);
+        if (point < 0)
+            point = seek(subset, m_cursorPoint, -1);
+        if (point >= 0) {
+            moveCursor(subset, point);
+            break;
+        }
+    }
+    return true;
+}
+
+// Keys and menu ------------------------------------------------------------------------------------------------------
+
+void GraphView::keyPressEvent(QKeyEvent* event)
+{
+    const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
+    if (event->key() == Qt::Key_Menu || (event->key() == Qt::Key_F10 && modifiers == Qt::ShiftModifier)) {
+        openMenu(mapToGlobal(plotArea().center()));
+        return;
+    }
+    if ((modifiers & ~Qt::ShiftModifier) != 0) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    flush();
+    bool taken = true;
+    switch (event->key()) {
+    case Qt::Key_Left:
+        taken = stepCursor(-1);
+        break;
+    case Qt::Key_Right:
+        taken = stepCursor(1);
+        break;
+    case Qt::Key_PageUp:
+        taken = stepCursor(-10);
+        break;
+    case Qt::Key_PageDown:
+        taken = stepCursor(10);
+        break;
+    case Qt::Key_Home:
+        taken = moveCursorToEnd(false);
+        break;
+    case Qt::Key_End:
+        taken = moveCursorToEnd(true);
+        break;
+    case Qt::Key_Up:
+        taken = changeCurve(-1);
+        break;
+    case Qt::Key_Down:
+        taken = changeCurve(1);
+        break;
+    case Qt::Key_Plus:
+        zoomAboutCursor(kKeyZoom);
+        break;
+    case Qt::Key_Minus:
+        if (m_model.shownProperties().zoomed)
+            m_model.userZoomOut();
+        break;
+    case Qt::Key_Escape:
+        if (m_dragging) {
+            m_dragging = false;
+            setZoomRect(QRect());
+        } else if (m_cursorSubset >= 0) {
+            clearCursor();
+        } else {
+            taken = false;
+        }
+        break;
+    default:
+        taken = false;
+    }
+    if (!taken)
+        QWidget::keyPressEvent(event);
+}
+
+void GraphView::contextMenuEvent(QContextMenuEvent* event)
+{
+    openMenu(event->reason() == QContextMenuEvent::Keyboard ? mapToGlobal(plotArea().center()) : event->globalPos());
+}
+
+// The menu runs without an event loop of its own: whatever a handler does, nothing here waits on the stack.
+void GraphView::openMenu(const QPoint& globalPosition)
+{
+    const std::vector<graph::MenuItem>& items = m_model.properties().CustomMenu;
+    if (m_menu != nullptr || items.empty())
+        return;
+    auto* menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("graphMenu"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (int item = 0; item < static_cast<int>(items.size()); ++item) {
+        const QStringList texts = m_model.CustomMenu(item).split(QLatin1Char('|'));
+        const int state = m_model.CustomMenuState(item);
+        if (texts.constFirst().isEmpty() || state == graph::MenuHidden)
+            continue;
+        const auto addAction = [this, item](QMenu& target, const QString& text, int sub) {
+            QAction* action = target.addAction(QString(text).replace(QLatin1Char('&'), QLatin1String("&&")));
+            action->setData(QPoint(item, sub));
+            action->setEnabled(m_model.CustomMenuState(item, sub) == graph::MenuNormal);
+            action->setCheckable(m_model.properties().CustomMenu[static_cast<std::size_t>(item)].checked.contains(sub));
+            action->setChecked(m_model.CustomMenuChecked(item, sub));
+            connect(action, &QAction::triggered, &m_model,
+                    [this, item, sub] { Q_EMIT m_model.CustomMenuClicked(item, sub); });
+        };
+        if (texts.size() == 1) {
+            addAction(*menu, texts.constFirst(), 0);
+            continue;
+        }
+        QMenu* subMenu = menu->addMenu(QString(texts.constFirst()).replace(QLatin1Char('&'), QLatin1String("&&")));
+        subMenu->menuAction()->setEnabled(state == graph::MenuNormal);
+        subMenu->menuAction()->setData(QPoint(item, 0));
+        for (int sub = 1; sub < texts.size(); ++sub) {
+            if (m_model.CustomMenuState(item, sub) != graph::MenuHidden)
+                addAction(*subMenu, texts.at(sub), sub);
+        }
+    }
+    if (menu->isEmpty()) {
+        delete menu;
+        return;
+    }
+    m_menu = menu;
+    menu->popup(globalPosition);
+}
+
+void GraphView::focusInEvent(QFocusEvent* event)
+{
+    QWidget::focusInEvent(event);
+    describe();
+}
+
+// For those who cannot see the curves.
+void GraphView::describe()
+{
+    const graph::Properties& properties = m_model.shownProperties();
+    QString text = properties.MainTitle;
+    if (m_cursorSubset >= 0) {
+        const QString unit = graph::unitOf(properties.XAxisLabel);
+        const int axis = graph::yAxisOf(m_cursorSubset);
+        const QString yUnit = graph::unitOf(properties.yAxes[static_cast<std::size_t>(axis)].YAxisLabel);
+        text = tr("%1, point %2: X %3 %4, Y %5 %6")
+                   .arg(m_model.SubsetLabels(m_cursorSubset))
+                   .arg(m_cursorPoint + 1)
+                   .arg(static_cast<double>(m_model.XData(m_cursorSubset, m_cursorPoint)))
+                   .arg(unit)
+                   .arg(static_cast<double>(m_model.YData(m_cursorSubset, m_cursorPoint)))
+                   .arg(yUnit);
+    }
+    if (text == accessibleDescription())
+        return;
+    setAccessibleDescription(text);
+    QAccessibleEvent changed(this, QAccessible::DescriptionChanged);
+    QAccessible::updateAccessibility(&changed);
+}

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "controls/graph/ui/GraphPicture.h"
+
+#include <QElapsedTimer>
+#include <QPointF>
+#include <QPointer>
+#include <QRect>
+#include <QTimer>
+#include <QWidget>
+
+class GraphModel;
+class GraphPlot;
+class QMenu;
+
+/// The graph control as the user sees it: draws a model, at most once per frame of the display, and turns input into
+/// the model's events.
+///
+/// Mouse: dragging with the left button zooms into a rectangle (Escape gives it up, a small one is a click), a double
+/// click returns to full extent, moving near a data point or clicking it moves the read-out cursor, the right button
+/// opens the popup. Keys: left and right walk along a curve, with page up and down by ten points, Home and End to its
+/// ends, up and down change the curve, plus and minus zoom about the cursor, Escape puts the cursor away, Menu or
+/// Shift+F10 opens the popup. Other keys go on to the parent.
+///
+/// The model must outlive the view.
+class GraphView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit GraphView(GraphModel& model, QWidget* parent = nullptr);
+    ~GraphView() override;
+
+    GraphModel& model() const { return m_model; }
+    /// The plotting area inside the axes, in coordinates of the view.
+    QRect plotArea() const;
+    /// Between positions in the view and values on the axes, of a Y axis from 0 to 3. Brings the drawing up to date
+    /// first.
+    QPointF toPixel(double x, double y, int axis = 0);
+    QPointF toGraph(const QPointF& position, int axis = 0);
+    /// The point under the read-out cursor; -1 when there is no cursor.
+    int cursorSubset() const { return m_cursorSubset; }
+    int cursorPoint() const { return m_cursorPoint; }
+    /// Takes up and draws at once what waits for the next frame.
+    void flush();
+    /// See graph::savePicture.
+    Outcome savePicture(const QString& fileName, graph::PictureFormat format, int width, int height) const;
+
+    QSize sizeHint() const override { return {640, 480}; }
+    QSize minimumSizeHint() const override { return {160, 120}; }
+
+protected:
+    bool event(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+private:
+    void requestFrame();
+    void drawFrame();
+    void setZoomRect(const QRect& rect);
+    void zoomTo(const QRectF& pixels);
+    void zoomAboutCursor(double factor);
+    bool pickPoint(const QPointF& position);
+    void moveCursor(int subset, int point);
+    void clearCursor();
+    void placeCursor();
+    bool stepCursor(int points);
+    bool moveCursorToEnd(bool last);
+    bool changeCurve(int direction);
+    bool startCursor();
+    int seek(int subset, int from, int direction) const;
+    void openMenu(const QPoint& globalPosition);
+    void describe();
+
+    GraphModel& m_model;
+    GraphPlot* m_plot;
+    QTimer m_frameTimer;
+    QElapsedTimer m_sinceFrame;
+    QPoint m_pressed;
+    bool m_dragging = false;
+    QRect m_zoomRect;
+    int m_cursorSubset = -1;
+    int m_cursorPoint = -1;
+    QPointer<QMenu> m_menu;
+};

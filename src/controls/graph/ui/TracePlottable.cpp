@@ -1,0 +1,369 @@
+#include "controls/graph/ui/TracePlottable.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr double kNotDrawn = std::numeric_limits<double>::quiet_NaN();
+// The painter clips at the plotting area; lines are cut here only where their pixels would leave its number range.
+constexpr double kReach = 3000;
+constexpr double kMarkSize = 5;
+constexpr double kSymbolSize = 8;
+constexpr double kSymbolDistance = 34;
+
+constexpr std::array<QCPScatterStyle::ScatterShape, 10> kSymbols{QCPScatterStyle::ssCircle,
+                                                                 QCPScatterStyle::ssSquare,
+                                                                 QCPScatterStyle::ssTriangle,
+                                                                 QCPScatterStyle::ssDiamond,
+                                                                 QCPScatterStyle::ssCross,
+                                                                 QCPScatterStyle::ssPlus,
+                                                                 QCPScatterStyle::ssTriangleInverted,
+                                                                 QCPScatterStyle::ssCrossCircle,
+                                                                 QCPScatterStyle::ssPlusSquare,
+                                                                 QCPScatterStyle::ssStar};
+
+// The part of a line within a rectangle; false when there is none.
+bool clipLine(const QRectF& rect, QPointF& from, QPointF& to)
+{
+    double t0 = 0;
+    double t1 = 1;
+    const QPointF d = to - from;
+    const auto cut = [&](double p, double q) {
+        if (p == 0)
+            return q >= 0;
+        const double r = q / p;
+        if (p < 0)
+            t0 = std::max(t0, r);
+        else
+            t1 = std::min(t1, r);
+        return t0 <= t1;
+    };
+    if (!cut(-d.x(), from.x() - rect.left()) || !cut(d.x(), rect.right() - from.x()) ||
+        !cut(-d.y(), from.y() - rect.top()) || !cut(d.y(), rect.bottom() - from.y()))
+        return false;
+    const QPointF start = from;
+    from = start + t0 * d;
+    to = start + t1 * d;
+    return true;
+}
+
+// Collects the points of one pixel column and passes on those that shape it.
+class Column
+{
+public:
+    template <typename Take>
+    void add(const QPointF& point, double columnsPerPixel, const Take& take)
+    {
+        const double column = std::floor(point.x() * columnsPerPixel);
+        if (m_count > 0 && column != m_column)
+            flush(take);
+        if (m_count == 0) {
+            m_column = column;
+            m_first = m_lowest = m_highest = point;
+            m_lowestAt = m_highestAt = 0;
+        } else {
+            if (point.y() > m_lowest.y()) {
+                m_lowest = point;
+                m_lowestAt = m_count;
+            }
+            if (point.y() < m_highest.y()) {
+                m_highest = point;
+                m_highestAt = m_count;
+            }
+        }
+        m_last = point;
+        ++m_count;
+    }
+
+    template <typename Take>
+    void flush(const Take& take)
+    {
+        if (m_count == 0)
+            return;
+        take(m_first);
+        const bool lowestFirst = m_lowestAt < m_highestAt;
+        const std::size_t one = lowestFirst ? m_lowestAt : m_highestAt;
+        const std::size_t two = lowestFirst ? m_highestAt : m_lowestAt;
+        const std::size_t end = m_count - 1;
+        if (one != 0 && one != end)
+            take(lowestFirst ? m_lowest : m_highest);
+        if (two != one && two != 0 && two != end)
+            take(lowestFirst ? m_highest : m_lowest);
+        if (end != 0)
+            take(m_last);
+        m_count = 0;
+    }
+
+private:
+    double m_column = 0;
+    std::size_t m_count = 0;
+    std::size_t m_lowestAt = 0;
+    std::size_t m_highestAt = 0;
+    QPointF m_first, m_lowest, m_highest, m_last;
+};
+
+} // namespace
+
+TracePlottable::TracePlottable(QCPAxis* keyAxis, QCPAxis* valueAxis, const GraphModel& model, int subset)
+    : QCPAbstractPlottable(keyAxis, valueAxis)
+    , m_model(model)
+    , m_subset(subset)
+{
+    setSelectable(QCP::stNone);
+}
+
+bool TracePlottable::update(const graph::PointFilter& filter)
+{
+    const std::uint64_t revision = m_model.dataRevision(m_subset);
+    if (m_filter == filter && m_revision == revision)
+        return false;
+    m_filter = filter;
+    m_revision = revision;
+    m_built.reset();
+    m_extent = graph::extentOf(m_model, m_subset, filter);
+    const std::span<const float> xs = m_model.xArray(m_subset);
+    const std::span<const float> ys = m_model.yArray(m_subset);
+    m_u.resize(xs.size());
+    m_v.resize(xs.size());
+    for (std::size_t i = 0; i < xs.size(); ++i) {
+        if (!filter.isDrawn(xs[i], ys[i])) {
+            m_u[i] = kNotDrawn;
+            continue;
+        }
+        m_u[i] = filter.isLogX() ? std::log10(static_cast<double>(xs[i])) : static_cast<double>(xs[i]);
+        m_v[i] = filter.isLogY() ? std::log10(static_cast<double>(ys[i])) : static_cast<double>(ys[i]);
+    }
+    return true;
+}
+
+TracePlottable::Mapping TracePlottable::mapping(double columnsPerPixel) const
+{
+    Mapping map;
+    const QCPAxis* x = keyAxis();
+    const QCPAxis* y = valueAxis();
+    if (x == nullptr || y == nullptr || !m_filter)
+        return map;
+    map.area = x->axisRect()->rect();
+    map.columnsPerPixel = columnsPerPixel;
+    const auto scaled = [](double value, bool logarithmic) { return logarithmic ? std::log10(value) : value; };
+    const double x0 = scaled(x->range().lower, m_filter->isLogX());
+    const double x1 = scaled(x->range().upper, m_filter->isLogX());
+    const double y0 = scaled(y->range().lower, m_filter->isLogY());
+    const double y1 = scaled(y->range().upper, m_filter->isLogY());
+    map.xFactor = map.area.width() / (x1 - x0);
+    map.xOffset = map.area.left() - x0 * map.xFactor;
+    map.yFactor = -map.area.height() / (y1 - y0);
+    map.yOffset = map.area.bottom() + 1 - y0 * map.yFactor;
+    return map;
+}
+
+void TracePlottable::build(const Mapping& map, bool everyPoint)
+{
+    m_pixels.clear();
+    m_runs.clear();
+    const QRectF reach = QRectF(map.area).adjusted(-kReach, -kReach, kReach, kReach);
+    qsizetype start = 0;
+    const auto endRun = [&] {
+        if (m_pixels.size() > start)
+            m_runs.push_back({start, m_pixels.size() - start});
+        start = m_pixels.size();
+    };
+    bool hasPrevious = false;
+    QPointF previous;
+    const auto take = [&](const QPointF& point) {
+        const bool inside = reach.contains(point);
+        if (hasPrevious && (!inside || !reach.contains(previous))) {
+            QPointF from = previous;
+            QPointF to = point;
+            if (clipLine(reach, from, to)) {
+                if (m_pixels.size() == start)
+                    m_pixels.append(from);
+                m_pixels.append(to);
+            }
+            if (!inside)
+                endRun();
+        } else if (inside) {
+            m_pixels.append(point);
+        }
+        previous = point;
+        hasPrevious = true;
+    };
+    Column column;
+    const auto breakLine = [&] {
+        column.flush(take);
+        endRun();
+        hasPrevious = false;
+    };
+    for (std::size_t i = 0; i < m_u.size(); ++i) {
+        if (std::isnan(m_u[i])) {
+            breakLine();
+            continue;
+        }
+        const QPointF point = map.pixel(m_u[i], m_v[i]);
+        if (everyPoint)
+            take(point);
+        else
+            column.add(point, map.columnsPerPixel, take);
+    }
+    breakLine();
+}
+
+void TracePlottable::draw(QCPPainter* painter)
+{
+    ++m_drawCount;
+    if (!m_filter || m_extent.empty)
+        return;
+    const bool vector = painter->modes().testFlag(QCPPainter::pmVectorized);
+    const double scale = std::hypot(painter->deviceTransform().m11(), painter->deviceTransform().m12());
+    const Mapping map = mapping(scale > 0 ? scale : 1);
+    if (vector || m_built != map) {
+        build(map, vector);
+        m_built = vector ? std::nullopt : std::optional(map);
+    }
+    applyDefaultAntialiasingHint(painter);
+    painter->setPen(mPen);
+    painter->setBrush(Qt::NoBrush);
+    drawRuns(painter, vector ? 0 : mPen.widthF() * scale);
+    if (m_marks != Marks::None)
+        drawMarks(painter, map);
+}
+
+// A polyline wider than one device pixel is turned into one outline and filled, at a cost that grows with its
+// crossings; its single lines, with caps that close the joints, are painted many times faster.
+void TracePlottable::drawRuns(QCPPainter* painter, double deviceWidth) const
+{
+    const bool asLines = deviceWidth > 1.01 && mPen.style() == Qt::SolidLine;
+    m_segments.clear();
+    for (const Run& run : m_runs) {
+        const QPointF* points = m_pixels.constData() + run.start;
+        if (run.count == 1) {
+            painter->save();
+            painter->setPen(QPen(mPen.color(), std::max(2.0, mPen.widthF() * 1.5), Qt::SolidLine, Qt::RoundCap));
+            painter->drawPoint(*points);
+            painter->restore();
+        } else if (asLines) {
+            for (qsizetype i = 1; i < run.count; ++i)
+                m_segments.append(QLineF(points[i - 1], points[i]));
+        } else {
+            painter->drawPolyline(points, static_cast<int>(run.count));
+        }
+    }
+    if (m_segments.isEmpty())
+        return;
+    QPen pen = mPen;
+    pen.setCapStyle(Qt::SquareCap);
+    painter->setPen(pen);
+    painter->drawLines(m_segments);
+    painter->setPen(mPen);
+}
+
+void TracePlottable::drawMarks(QCPPainter* painter, const Mapping& map) const
+{
+    painter->save();
+    painter->setPen(QPen(mPen.color(), 1));
+    const QRectF area = QRectF(map.area).adjusted(-kSymbolSize, -kSymbolSize, kSymbolSize, kSymbolSize);
+    // Symbols of different pens start at different places, so that curves on top of each other show both.
+    double untilNext = kSymbolDistance * (m_subset % 10) / 10;
+    std::optional<QPointF> previous;
+    for (std::size_t i = 0; i < m_u.size(); ++i) {
+        if (std::isnan(m_u[i]))
+            continue;
+        const QPointF point = map.pixel(m_u[i], m_v[i]);
+        if (!area.contains(point))
+            continue;
+        const double distance = previous ? std::hypot(point.x() - previous->x(), point.y() - previous->y()) : 0;
+        if (!previous)
+            previous = point;
+        if (m_marks == Marks::Every ? distance < 1 && previous != point : distance < untilNext)
+            continue;
+        drawMark(painter, point);
+        previous = point;
+        untilNext = kSymbolDistance;
+    }
+    painter->restore();
+}
+
+void TracePlottable::drawMark(QCPPainter* painter, const QPointF& position) const
+{
+    if (m_marks == Marks::Every) {
+        const double size = std::max(kMarkSize, mPen.widthF() * 2.5);
+        painter->setBrush(mPen.color());
+        painter->drawEllipse(position, size / 2, size / 2);
+        return;
+    }
+    QCPScatterStyle symbol(kSymbols[static_cast<std::size_t>(m_subset % 10)], kSymbolSize);
+    symbol.setPen(QPen(mPen.color(), std::max(1.0, mPen.widthF())));
+    symbol.applyTo(painter, mPen);
+    symbol.drawShape(painter, position);
+}
+
+void TracePlottable::drawLegendIcon(QCPPainter* painter, const QRectF& rect) const
+{
+    applyDefaultAntialiasingHint(painter);
+    QPen pen = mPen;
+    pen.setWidthF(std::max(1.5, mPen.widthF()));
+    pen.setCapStyle(Qt::FlatCap);
+    painter->setPen(pen);
+    const double y = rect.center().y();
+    painter->drawLine(QLineF(rect.left(), y, rect.right(), y));
+    if (m_marks == Marks::None)
+        return;
+    painter->save();
+    painter->setPen(QPen(mPen.color(), 1));
+    drawMark(painter, QPointF(rect.center().x(), y));
+    painter->restore();
+}
+
+std::optional<QPointF> TracePlottable::pixelOf(int point) const
+{
+    if (point < 0 || static_cast<std::size_t>(point) >= m_u.size() || std::isnan(m_u[static_cast<std::size_t>(point)]))
+        return std::nullopt;
+    return mapping(1).pixel(m_u[static_cast<std::size_t>(point)], m_v[static_cast<std::size_t>(point)]);
+}
+
+int TracePlottable::nearestPoint(const QPointF& position, double reach, double* distance) const
+{
+    const Mapping map = mapping(1);
+    const QRectF area = QRectF(map.area).adjusted(-1, -1, 1, 1);
+    int nearest = -1;
+    double best = reach * reach;
+    for (std::size_t i = 0; i < m_u.size(); ++i) {
+        if (std::isnan(m_u[i]))
+            continue;
+        const QPointF point = map.pixel(m_u[i], m_v[i]);
+        const QPointF d = point - position;
+        const double square = QPointF::dotProduct(d, d);
+        if (square <= best && area.contains(point)) {
+            best = square;
+            nearest = static_cast<int>(i);
+        }
+    }
+    if (nearest >= 0 && distance != nullptr)
+        *distance = std::sqrt(best);
+    return nearest;
+}
+
+double TracePlottable::selectTest(const QPointF& pos, bool onlySelectable, QVariant* details) const
+{
+    double distance = -1;
+    const int point = onlySelectable ? -1 : nearestPoint(pos, mParentPlot->selectionTolerance(), &distance);
+    if (point >= 0 && details != nullptr)
+        details->setValue(point);
+    return point >= 0 ? distance : -1;
+}
+
+QCPRange TracePlottable::getKeyRange(bool& foundRange, QCP::SignDomain inSignDomain) const
+{
+    foundRange = !m_extent.empty && inSignDomain != QCP::sdNegative;
+    return {m_extent.x.lower, m_extent.x.upper};
+}
+
+QCPRange TracePlottable::getValueRange(bool& foundRange, QCP::SignDomain inSignDomain, const QCPRange& inKeyRange) const
+{
+    Q_UNUSED(inKeyRange)
+    foundRange = !m_extent.empty && inSignDomain != QCP::sdNegative;
+    return {m_extent.y.lower, m_extent.y.upper};
+}
