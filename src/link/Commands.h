@@ -42,6 +42,8 @@ inline constexpr QLatin1String kPhase("phase");
 inline constexpr QLatin1String kSamples("samples");
 inline constexpr QLatin1String kAmpSpot("ampspot");
 inline constexpr QLatin1String kImpSpot("impspot");
+inline constexpr QLatin1String kAmpTest("amptest");
+inline constexpr QLatin1String kImpTest("imptest");
 inline constexpr QLatin1String kEnquire("enquire");
 /// Ends what runs in the instrument. Written on its own, never behind a lone blank.
 inline constexpr QLatin1String kStop("y");

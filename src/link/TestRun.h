@@ -41,6 +41,10 @@ public:
     /// otherwise.
     void writePinCommand(int iPenNumber);
 
+    /// Milliseconds of each of the kAnswerRounds waits that a start gives the answer to "enquire"; 5 unless set.
+    void setAnswerWait(int milliseconds) { m_answerWait = milliseconds; }
+    static constexpr int kAnswerRounds = 51;
+
     /// True when any of the points of the pen (index from 0) holds data.
     static bool PenHasData(const PenDocument& document, int pen);
 
@@ -56,4 +60,5 @@ private:
     DeviceModule& m_device;
     LinkContext m_context;
     bool m_starting = false;
+    int m_answerWait = 5;
 };

@@ -1,0 +1,189 @@
+#include "link/DeviceModule.h"
+
+#include "controls/korvalink/KorvaLink.h"
+#include "instrument/InstrumentMirror.h"
+#include "link/Commands.h"
+#include "prefs/Preferences.h"
+#include "shell/MainModule.h"
+#include "shell/ProgramState.h"
+#include "shell/UserMessages.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+/// Stands in while no settings dialog is open.
+SettingsDialogPort& noDialog()
+{
+    static SettingsDialogPort none;
+    return none;
+}
+
+/// As many bytes as can wait without a whole frame being there.
+constexpr qint64 kLessThanAFrame = static_cast<qint64>(Frame::kLength) - 1;
+
+} // namespace
+
+DeviceModule::DeviceModule(const LinkContext& context, QObject* parent)
+    : QObject(parent)
+    , m_context(context)
+    , m_plotState(context)
+    , m_panels(context.port)
+    , m_dialog(&noDialog())
+{
+    registerOwnHandlers();
+    KorvaLink* const device = &m_context.device;
+    connect(device, &KorvaLink::DeviceConnected, this, &DeviceModule::deviceConnected);
+    connect(device, &KorvaLink::DataReceived, this, &DeviceModule::DeviceReadInput);
+    connect(device, &KorvaLink::Disconnected, this, &DeviceModule::deviceDisconnected);
+    connect(device, &KorvaLink::DeviceAttached, this, &DeviceModule::deviceAttached);
+    connect(device, &KorvaLink::WriteBufferFull, this, &DeviceModule::writeBufferFull);
+}
+
+DeviceModule::~DeviceModule() = default;
+
+void DeviceModule::setSettingsDialog(SettingsDialogPort* dialog)
+{
+    m_dialog = dialog != nullptr ? dialog : &noDialog();
+}
+
+void DeviceModule::registerHandler(char code, Handler handler)
+{
+    m_handlers[static_cast<unsigned char>(code)] = std::move(handler);
+}
+
+void DeviceModule::DeviceReadInput()
+{
+    KorvaLink& device = m_context.device;
+    device.DisableDataEvent();
+    // An inner pass begins with what the outer one has read and not handled yet: frames keep their order.
+    bool good = handleBuffered();
+    qint64 n = device.BytesAvailable();
+    while (good && n > kLessThanAFrame) {
+        n = device.Read(m_strRxBuffer.data(), std::min<qint64>(n, kRxBufferSize - 1));
+        if (n <= 0)
+            break;
+        m_rxBegin = 0;
+        m_rxEnd = static_cast<std::size_t>(n);
+        good = handleBuffered();
+        n = device.BytesAvailable();
+    }
+    device.EnableDataEvent();
+}
+
+bool DeviceModule::handleBuffered()
+{
+    // Handlers may run an inner pass or lose the link: the buffer's bounds are read anew for each frame.
+    while (m_rxBegin < m_rxEnd) {
+        const char* const first = m_strRxBuffer.data() + m_rxBegin;
+        const std::size_t waiting = m_rxEnd - m_rxBegin;
+        const void* const found = std::memchr(first, '\r', waiting);
+        if (found == nullptr) {
+            m_rxBegin = m_rxEnd;
+            break;
+        }
+        const auto p = static_cast<std::size_t>(static_cast<const char*>(found) - first) + 1;
+        m_rxBegin += std::min(p + 1, waiting);
+        if (!DeviceFrameReceived(first, p + 1)) {
+            m_rxBegin = m_rxEnd = 0;
+            return false;
+        }
+    }
+    return true;
+}
+
+bool DeviceModule::DeviceFrameReceived(const char* bytes, std::size_t p1)
+{
+    if (p1 != Frame::kLength || bytes[0] == ':' || bytes[1] != ':')
+        return true;
+    if (bytes[0] != 'O' && m_context.port.firmwareWizardReadsVersion())
+        return true;
+    return DeviceDispatch(Frame(bytes));
+}
+
+bool DeviceModule::DeviceDispatch(const Frame& frame)
+{
+    const Handler& handler = m_handlers[static_cast<unsigned char>(frame.code())];
+    return !handler || handler(frame);
+}
+
+void DeviceModule::DeviceEnquire()
+{
+    DeviceSendSettings();
+    const QString enquire = command::text(command::kEnquire, QString::number(MG_VERSION_MAJOR) + QLatin1Char('.') +
+                                                                 QString::number(MG_VERSION_MINOR));
+    // Twice on purpose: the first may be eaten by what the instrument still has in its own input.
+    for (int i = 0; i < 2; ++i) {
+        m_context.device.Flush();
+        m_context.device.Write(enquire);
+    }
+}
+
+void DeviceModule::DeviceInitialise()
+{
+    m_context.mirror.reset();
+    m_context.device.SetDeviceType(0);
+    m_context.state.gbfDeviceReady = false;
+    DeviceLoadSettings();
+}
+
+void DeviceModule::DeviceReset()
+{
+    m_context.device.Close();
+    m_rxBegin = m_rxEnd = 0;
+    m_context.state.gbfDeviceReady = false;
+    DeviceInitialise();
+}
+
+void DeviceModule::deviceConnected()
+{
+    m_rxBegin = m_rxEnd = 0;
+    if (m_context.mirror.strDeviceSerial != InstrumentMirror().strDeviceSerial) {
+        // Another instrument was opened without the first having been unplugged: nothing of the first goes to it.
+        if (m_context.state.gbfDeviceReady)
+            DeviceSaveSettings();
+        m_context.state.gbfScriptRunning = false;
+        if (m_context.state.gbfPlotting)
+            m_plotState.GUISetViewing();
+        DeviceInitialise();
+    }
+    m_panels.show(StatusPanels::State, "Connected");
+    DeviceEnquire();
+    m_context.port.unloadDeviceChooser();
+    if (m_context.preferences.value(options::kOpenSettings))
+        m_context.port.showSettings();
+}
+
+void DeviceModule::deviceDisconnected()
+{
+    m_context.device.Close();
+    m_panels.show(StatusPanels::State, "Disconnected");
+    m_panels.show(StatusPanels::Pen, "1");
+    for (const auto panel :
+         {StatusPanels::StartFrequency, StatusPanels::EndFrequency, StatusPanels::Phase, StatusPanels::Points,
+          StatusPanels::Period, StatusPanels::IdleFrequency, StatusPanels::SweepMode, StatusPanels::Attenuation})
+        m_panels.show(panel, {});
+    if (m_context.state.gbfPlotting)
+        m_plotState.GUISetViewing();
+    m_context.state.gbfScriptRunning = false;
+    DeviceReset();
+    m_context.port.unloadDeviceWindows();
+    if (m_context.preferences.value(options::kNotifyDevice))
+        m_context.messages.message(tr("Device link disconnected"), UserMessages::OkOnly | UserMessages::Information,
+                                   tr("Device disconnected"));
+    else
+        m_context.port.processEvents();
+}
+
+void DeviceModule::deviceAttached()
+{
+    if (m_context.preferences.value(options::kPromptDevice))
+        m_context.port.mnuTestDevice_Click();
+}
+
+void DeviceModule::writeBufferFull()
+{
+    m_context.messages.message(tr("Device_WriteBufferFull"), UserMessages::OkOnly | UserMessages::Exclamation,
+                               tr("Device Communications"));
+}

@@ -1,0 +1,249 @@
+#include "link/TestRun.h"
+
+#include "controls/korvalink/KorvaLink.h"
+#include "document/PenDocument.h"
+#include "instrument/InstrumentMirror.h"
+#include "link/Commands.h"
+#include "link/DeviceModule.h"
+#include "prefs/Preferences.h"
+#include "shell/MainModule.h"
+#include "shell/ProgramState.h"
+#include "shell/UserMessages.h"
+#include "values/Conversions.h"
+
+#include <QPointer>
+#include <QScopeGuard>
+
+namespace {
+
+constexpr int kDeviceIndices = 10;
+
+} // namespace
+
+TestRun::TestRun(DeviceModule& device, QObject* parent)
+    : QObject(parent)
+    , m_device(device)
+    , m_context(device.context())
+{}
+
+int TestRun::tell(const QString& text, int style, const QString& title)
+{
+    return m_context.messages.message(text, style, title);
+}
+
+bool TestRun::ensureConnected()
+{
+    if (!m_context.device.Connected())
+        m_context.port.mnuTestDevice_Click();
+    for (int i = 0; i < kAnswerRounds && m_context.device.Connected(); ++i) {
+        m_context.device.Wait(m_answerWait);
+        m_context.port.processEvents();
+    }
+    return m_context.device.Connected();
+}
+
+void TestRun::mnuTestStart_Click()
+{
+    if (m_starting)
+        return;
+    m_starting = true;
+    const auto done = qScopeGuard([this] { m_starting = false; });
+
+    if (!m_context.state.gbfPlotting) {
+        if (!ensureConnected())
+            return;
+        m_device.DeviceSaveSettings();
+        SendSweepRange();
+        if (m_context.port.activeDocument() == nullptr) {
+            m_context.port.fileNew();
+            return;
+        }
+    }
+    startTest();
+}
+
+void TestRun::startTest()
+{
+    const QPointer<PenDocument> document = m_context.port.activeDocument();
+    if (document == nullptr)
+        return;
+    if (document->gbfSendZoom)
+        document->SendGraphExtents(); // processes events
+    if (document == nullptr)
+        return;
+    if (document->peGraph().XAxisLabel().compare(QLatin1String("Frequency - Hz"), Qt::CaseInsensitive) != 0) {
+        tell(tr("Graph not suitable for data!"), UserMessages::OkOnly | UserMessages::Exclamation,
+             tr("Wrong graph type!"));
+        return;
+    }
+    if (document->GetPenLock(document->gCurrentPen) == 1 && !document->SelectNextPen()) {
+        tell(tr("All pens are locked!"), UserMessages::OkOnly | UserMessages::Information, tr("Information"));
+        return;
+    }
+    endMonitor();
+    if (document->giDocumentVersion > 1) {
+        tell(tr("New data format. Please check for updates."), UserMessages::OkOnly | UserMessages::Information,
+             tr("Data acquisition not possible"));
+        return;
+    }
+    // Before the overwrite question on purpose: a refusal leaves them in force.
+    writeTestSettings();
+    if (!QuestionOverwritePen(*document))
+        return;
+    // The answer to the question was about this document and this link.
+    if (document == nullptr || m_context.port.activeDocument() != document || !m_context.device.Connected())
+        return;
+    document->peGraph().PEactions(0);
+
+    // The leading stop ends whatever still runs in the instrument.
+    QString start = command::text(command::kStop);
+    switch (document->pgiTestType) {
+    case PenDocument::Amplitude:
+        start += command::text(command::kAmpTest);
+        break;
+    case PenDocument::Impedance:
+        start += command::text(command::kImpTest);
+        break;
+    default:
+        m_context.device.Write(command::text(command::kPhase, true));
+        start += command::text(command::kImpTest);
+        break;
+    }
+    m_context.device.Write(start);
+}
+
+void TestRun::endMonitor()
+{
+    SettingsDialogPort& dialog = m_device.settingsDialog();
+    if (!dialog.monitorChecked())
+        return;
+    dialog.uncheckMonitor();
+    dialog.SetInputLevel(0, 0, true);
+}
+
+void TestRun::writeTestSettings()
+{
+    const InstrumentMirror& mirror = m_context.mirror;
+    const QString commands[] = {
+        command::text(command::kIdleFreq, mirror.dblIdleFrequency),
+        command::text(command::kPoints, int{mirror.iNumPoints}),
+        command::text(command::kAtten, int{mirror.iAttenuationCode}),
+        command::text(command::kRepeat, mirror.bfRepeat),
+        command::text(command::kSweepMode, int{mirror.iSweepMode}),
+        command::text(command::kPeriod, int{mirror.iTestPeriod}),
+        command::text(command::kPhase, mirror.bfPhaseOn),
+    };
+    for (const QString& text : commands)
+        m_context.device.Write(text);
+}
+
+void TestRun::SendSweepRange()
+{
+    if (!m_context.mirror.bfGraphExtents)
+        return;
+    const SettingsDialogPort& dialog = m_device.settingsDialog();
+    const QString lowText = dialog.lowFrequencyText();
+    const QString highText = dialog.highFrequencyText();
+    // Without a settings dialog there are no texts, and no limits to take from them.
+    const auto send = [this](const QString& text, QLatin1String word, double present) {
+        if (text.isEmpty())
+            return;
+        QString trimmed = text;
+        const double value = values::tolerantNumber(MainModule::ParseEngineeringValue(trimmed));
+        if (value != present)
+            m_context.device.Write(command::text(word, value));
+    };
+    send(lowText, command::kStartFreq, m_context.mirror.dblStartFrequency);
+    send(highText, command::kEndFreq, m_context.mirror.dblEndFrequency);
+}
+
+bool TestRun::PenHasData(const PenDocument& document, int pen)
+{
+    const GraphModel& graph = document.peGraph();
+    const float null = graph.NullDataValueY();
+    for (const float y : graph.yArray(pen)) {
+        if (y != null)
+            return true;
+    }
+    return false;
+}
+
+bool TestRun::QuestionOverwritePen(PenDocument& document)
+{
+    // Never equal: a lock reads as 1 or 0. The start has dealt with locked pens before.
+    constexpr int kTrue = -1;
+    if (document.GetPenLock(document.gCurrentPen) == kTrue)
+        return false;
+    if (!m_context.preferences.value(options::kPromptOverwrite))
+        return true;
+    if (!PenHasData(document, document.gCurrentPen))
+        return true;
+    return tell(tr("Do you want to overwrite this pen?"), UserMessages::OkCancel | UserMessages::Question,
+                tr("Overwrite existing?")) != UserMessages::ReplyCancel;
+}
+
+void TestRun::GUISetPlotting()
+{
+    m_device.plotState().GUISetPlotting();
+}
+
+void TestRun::GUISetViewing()
+{
+    m_device.plotState().GUISetViewing();
+}
+
+void TestRun::mnuTestStopTest_Click()
+{
+    if (!m_context.device.Connected())
+        OpenFirstDeviceFound();
+    endMonitor();
+    m_context.device.Write(command::text(command::kStop));
+    m_context.state.gbfScriptRunning = false;
+    if (PenDocument* const document = m_context.port.activeDocument())
+        document->gbfSendZoom = true;
+}
+
+void TestRun::mnuTestRepeat_Click(bool bfChecked)
+{
+    m_context.device.Write(command::text(command::kRepeat, !bfChecked));
+    m_context.mirror.bfRepeat = !bfChecked;
+    m_device.DeviceSaveSettings();
+    m_context.port.SetRepeatStatus(m_context.mirror.bfRepeat);
+}
+
+bool TestRun::QuestionTestCancel()
+{
+    const int reply = tell(tr("This action will stop the test, click Cancel to continue testing"),
+                           UserMessages::OkCancel | UserMessages::Question, tr("Abort test?"));
+    if (reply == UserMessages::ReplyOk) {
+        mnuTestStopTest_Click();
+        m_context.port.processEvents();
+        GUISetViewing();
+        m_context.port.processEvents();
+        return false;
+    }
+    m_context.device.EnableDataEvent();
+    m_context.port.processEvents();
+    return true;
+}
+
+bool TestRun::OpenFirstDeviceFound()
+{
+    KorvaLink& device = m_context.device;
+    for (int index = 0; index < kDeviceIndices; ++index) {
+        device.Configure(QStringLiteral("KorvaLink"), 1, 0, index);
+        if (device.Open())
+            return true;
+        device.Close();
+    }
+    return false;
+}
+
+void TestRun::writePinCommand(int iPenNumber)
+{
+    const PenDocument* const document = m_context.port.activeDocument();
+    if (!m_context.device.Connected() || m_context.state.gbfScriptRunning || document == nullptr)
+        return;
+    const QLatin1String word(document->pgiTestType == PenDocument::Amplitude ? "setpin 2" : "setpin 1");
+    m_context.device.Write(word + QString::number(iPenNumber) + QLatin1Char('\r'));
+}

@@ -1,0 +1,188 @@
+#pragma once
+
+#include "controls/korvalink/DeviceList.h"
+#include "controls/korvalink/KorvaLink.h"
+#include "controls/korvalink/MemoryTransport.h"
+#include "document/PenDocument.h"
+#include "instrument/InstrumentMirror.h"
+#include "link/DeviceModule.h"
+#include "link/TestRun.h"
+#include "prefs/Preferences.h"
+#include "prefs/SettingsStore.h"
+#include "shell/ProgramState.h"
+#include "support/FrameText.h"
+#include "support/RecordingMainWindow.h"
+#include "support/RecordingMessages.h"
+
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <memory>
+
+/// Devices that a test plugs in: each opens a memory transport to its peer.
+class PeerSource : public DeviceSource
+{
+public:
+    std::vector<DeviceEntry> devices() const override { return *entries; }
+    std::unique_ptr<Transport> makeTransport(const DeviceEntry& device) const override
+    {
+        ++*opened;
+        const auto number = static_cast<std::size_t>(device.path.toInt());
+        return std::make_unique<MemoryTransport>(peers->at(number));
+    }
+
+    std::shared_ptr<std::vector<DeviceEntry>> entries = std::make_shared<std::vector<DeviceEntry>>();
+    std::shared_ptr<std::vector<std::shared_ptr<MemoryPeer>>> peers =
+        std::make_shared<std::vector<std::shared_ptr<MemoryPeer>>>();
+    std::shared_ptr<int> opened = std::make_shared<int>(0);
+};
+
+/// A settings dialog that records.
+class RecordingDialog : public SettingsDialogPort
+{
+public:
+    struct Level
+    {
+        double level = 0, phase = 0;
+        bool showPhase = false;
+        bool operator==(const Level&) const = default;
+    };
+
+    void RefreshDialog() override { calls << QStringLiteral("RefreshDialog"); }
+    void SetInputLevel(double level, double phase, bool showPhase) override
+    {
+        levels.push_back({level, phase, showPhase});
+    }
+    bool monitorChecked() const override { return monitor; }
+    void uncheckMonitor() override { monitor = false; }
+    QString lowFrequencyText() const override { return low; }
+    QString highFrequencyText() const override { return high; }
+    void showSweepRange(double start, double end) override { note("showSweepRange", start, end); }
+    void showCalSlope(double value) override { note("showCalSlope", value); }
+    void showTrimCodes(int iVrefCode, int iVdutCode) override { note("showTrimCodes", iVrefCode, iVdutCode); }
+    void showLoopBack(bool on) override { note("showLoopBack", on ? 1 : 0); }
+    void showApplyCal(bool on) override { note("showApplyCal", on ? 1 : 0); }
+    void showCalibrated(bool calibrated) override { note("showCalibrated", calibrated ? 1 : 0); }
+    void showSerialNumber(const QString& text) override { calls << QStringLiteral("showSerialNumber ") + text; }
+    void showFreqComp(double value) override { note("showFreqComp", value); }
+
+    QStringList calls;
+    std::vector<Level> levels;
+    bool monitor = false;
+    QString low, high;
+
+private:
+    void note(const char* name, double first)
+    {
+        calls << QLatin1String(name) + QLatin1Char(' ') + QString::number(first);
+    }
+    void note(const char* name, double first, double second)
+    {
+        calls << QLatin1String(name) + QLatin1Char(' ') + QString::number(first) + QLatin1Char(' ') +
+                     QString::number(second);
+    }
+};
+
+/// The instrument's side of the program on a memory transport, with real documents and a real settings store.
+class LinkFixture : public ::testing::Test
+{
+protected:
+    LinkFixture()
+    {
+        plug();
+        run.setAnswerWait(0);
+    }
+
+    /// One more instrument to be found.
+    std::shared_ptr<MemoryPeer> plug()
+    {
+        auto peer = std::make_shared<MemoryPeer>();
+        m_peers->push_back(peer);
+        const int number = static_cast<int>(m_peers->size()) - 1;
+        m_entries->push_back({QStringLiteral("SN%1").arg(number), QString::number(number), {}});
+        return peer;
+    }
+    MemoryPeer& peer(std::size_t number = 0) { return *m_peers->at(number); }
+
+    /// Opens the instrument and forgets what the connection wrote.
+    void connectDevice(int index = 0)
+    {
+        device.Configure(QStringLiteral("KorvaLink"), 1, 0, index);
+        ASSERT_TRUE(device.Open()) << device.LastError().toStdString();
+        peer(static_cast<std::size_t>(index)).takeWritten();
+    }
+
+    /// Frames arrive, and the event loop runs until they are handled.
+    void send(const QByteArray& bytes, std::size_t number = 0)
+    {
+        peer(number).send(bytes);
+        settle();
+    }
+    static void settle()
+    {
+        for (int i = 0; i < 4; ++i)
+            QCoreApplication::processEvents();
+    }
+    QStringList written(std::size_t number = 0)
+    {
+        QStringList commands = QString::fromLatin1(peer(number).takeWritten()).split(u'\r');
+        if (!commands.isEmpty() && commands.constLast().isEmpty())
+            commands.removeLast();
+        return commands;
+    }
+
+    std::unique_ptr<PenDocument> makeDocument(std::int16_t type)
+    {
+        auto document =
+            std::make_unique<PenDocument>(DocumentContext{device, mirror, state, preferences, messages, window});
+        document->gstrKey = QStringLiteral("Doc%1").arg(++state.giDocumentCounter);
+        document->PrepareNew(type, QStringLiteral("Document %1").arg(state.giDocumentCounter));
+        return document;
+    }
+    void activate(const std::unique_ptr<PenDocument>& document) { window.active = document.get(); }
+
+    /// A test has started on the active document.
+    void startPlotting(double start = 1000, double end = 1000000)
+    {
+        send(frametext::numbers('D', '1', 1, start, end, 0, 0));
+        ASSERT_TRUE(state.gbfPlotting);
+    }
+    QString panel(int index) { return window.panels[index]; }
+    bool setting(const char* section, const char* key, const QVariant& value)
+    {
+        return store.SaveSetting(state.gstrAppTitle, QLatin1String(section), QLatin1String(key), value);
+    }
+    QString saved(const QString& section, const char* key)
+    {
+        return store.GetSetting(state.gstrAppTitle, section, QLatin1String(key), QStringLiteral("(none)"));
+    }
+
+    std::vector<std::unique_ptr<DeviceSource>> sources()
+    {
+        auto source = std::make_unique<PeerSource>();
+        m_entries = source->entries;
+        m_peers = source->peers;
+        m_opened = source->opened;
+        std::vector<std::unique_ptr<DeviceSource>> list;
+        list.push_back(std::move(source));
+        return list;
+    }
+
+    std::shared_ptr<std::vector<DeviceEntry>> m_entries;
+    std::shared_ptr<std::vector<std::shared_ptr<MemoryPeer>>> m_peers;
+    std::shared_ptr<int> m_opened;
+
+    QTemporaryDir folder;
+    SettingsStore store{folder.path()};
+    ProgramState state;
+    Preferences preferences{store, state.gstrAppTitle};
+    InstrumentMirror mirror;
+    RecordingMessages messages;
+    RecordingMainWindow window;
+    DeviceList devices{sources()};
+    KorvaLink device{devices};
+    DeviceModule module{LinkContext{device, mirror, state, preferences, messages, window}};
+    TestRun run{module};
+    RecordingDialog dialog;
+};
