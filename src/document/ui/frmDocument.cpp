@@ -1,0 +1,94 @@
+#include "document/ui/frmDocument.h"
+
+#include "controls/graph/ui/GraphView.h"
+#include "controls/korvalink/KorvaLink.h"
+#include "shell/ProgramState.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QPointer>
+
+frmDocument::frmDocument(const DocumentContext& context, QWidget* parent)
+    : QMdiSubWindow(parent)
+    , m_context(context)
+    , m_document(context)
+    , m_view(new GraphView(m_document.peGraph(), this))
+{
+    setObjectName(QStringLiteral("frmDocument"));
+    setAttribute(Qt::WA_DeleteOnClose, false);
+    m_view->setObjectName(QStringLiteral("peGraph"));
+    m_view->setFocusPolicy(Qt::StrongFocus);
+    m_view->installEventFilter(this);
+    setWidget(m_view);
+    setFocusProxy(m_view);
+    connect(&m_document, &PenDocument::captionChanged, this, &QWidget::setWindowTitle);
+}
+
+frmDocument::~frmDocument()
+{
+    // The view reads the document's graph while it is taken down, and members go before child widgets do.
+    delete m_view;
+}
+
+bool frmDocument::unload()
+{
+    if (m_unloading)
+        return true;
+    const QPointer<frmDocument> self(this);
+    m_document.setClosing(true);
+    const bool agreed = m_document.QueryClose();
+    if (!self)
+        return true;
+    if (!agreed) {
+        m_document.setClosing(false);
+        return false;
+    }
+    m_unloading = true;
+    close();
+    deleteLater();
+    return true;
+}
+
+bool frmDocument::deactivated()
+{
+    const ProgramState& state = m_context.state;
+    if (!state.gbfPlotting || state.gbfSweepActive || state.gstrPlotKey != m_document.gstrKey)
+        return false;
+    m_context.device.Write(QStringLiteral("x\r"));
+    m_document.SetViewing();
+    return true;
+}
+
+void frmDocument::closeEvent(QCloseEvent* event)
+{
+    if (m_unloading) {
+        QMdiSubWindow::closeEvent(event);
+        return;
+    }
+    event->ignore();
+    Q_EMIT closeWanted();
+}
+
+bool frmDocument::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_view && event->type() == QEvent::KeyPress && takeKey(static_cast<QKeyEvent&>(*event)))
+        return true;
+    return QMdiSubWindow::eventFilter(watched, event);
+}
+
+bool frmDocument::takeKey(QKeyEvent& event)
+{
+    // The tenth function key is swallowed: some desktops would open the menu with it in the middle of a measurement.
+    if (event.key() == Qt::Key_F10 && event.modifiers() == Qt::NoModifier)
+        return true;
+    if (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
+        return false;
+    const QString text = event.text();
+    if (text.size() != 1)
+        return false;
+    const QChar key = text.front();
+    if (!key.isDigit() && key.toLower() != QLatin1Char('l') && key.toLower() != QLatin1Char('v'))
+        return false;
+    m_document.KeyPressed(key);
+    return true;
+}
