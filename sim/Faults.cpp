@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <utility>
 
 namespace sim {
 
@@ -170,6 +171,17 @@ void Line::send(const Frame& frame)
         }
     } else {
         append(bytes, pause);
+    }
+}
+
+void Line::sendRaw(std::string_view bytes)
+{
+    if (bytes.size() == kFrameSize) {
+        Frame frame;
+        std::copy(bytes.begin(), bytes.end(), frame.begin());
+        send(frame);
+    } else if (!m_unplugged) {
+        append(bytes, Duration(0));
     }
 }
 

@@ -53,6 +53,8 @@ public:
     Line(const FaultPlan& plan, std::uint64_t seed);
 
     void send(const Frame& frame) override;
+    /// Bytes that are no frame of the right length pass without faults.
+    void sendRaw(std::string_view bytes) override;
 
     /// What may be written now; empty while the line stalls or nothing waits. Stays valid until the next call that
     /// changes the line.

@@ -46,6 +46,8 @@ class FrameSink
 public:
     virtual ~FrameSink() = default;
     virtual void send(const Frame& frame) = 0;
+    /// Bytes as they stand, which need not be a frame.
+    virtual void sendRaw(std::string_view bytes) = 0;
 };
 
 } // namespace sim

@@ -35,7 +35,7 @@ std::optional<Moment> earlier(std::optional<Moment> first, std::optional<Moment>
 Instrument::Instrument(Setup setup, FrameSink& sink)
     : m_sink(sink)
     , m_setup(std::move(setup))
-    , m_measurement(m_setup.specimen, m_setup.seed)
+    , m_measurement(m_setup.specimen, m_setup.seed, m_setup.noise)
 {
     m_state.facts = &ModelFacts::of(m_setup.model);
     m_state.firmwareMajor = m_setup.firmwareMajor;
@@ -44,11 +44,20 @@ Instrument::Instrument(Setup setup, FrameSink& sink)
         m_kept = std::move(*m_setup.memory);
         m_setup.memory.reset();
     } else {
+        m_kept.model = m_setup.model;
         m_kept.constants = m_measurement.factoryConstants(*m_state.facts, m_setup.serial);
     }
     if (!m_setup.serial.isEmpty())
         m_kept.constants.serial = m_setup.serial;
-    m_state.settings = m_kept.settings;
+    const ModelFacts& facts = *m_state.facts;
+    SweepSettings& settings = m_state.settings;
+    settings = m_kept.settings;
+    // A memory file is a text that anybody may have edited.
+    for (double* frequency : {&settings.startFrequency, &settings.endFrequency, &settings.spotFrequency})
+        *frequency = std::clamp(*frequency, facts.minFrequency, facts.maxFrequency);
+    if (settings.idleFrequency != 0 && settings.idleFrequency != -1)
+        settings.idleFrequency = std::clamp(settings.idleFrequency, facts.minFrequency, facts.maxFrequency);
+    settings.attenuation = std::clamp(settings.attenuation, 0, facts.attenuationSteps);
     m_state.constants = m_kept.constants;
     m_state.pointsInTest = m_state.settings.points;
     m_state.idleOutput = m_state.settings.idleFrequency != 0;
@@ -65,6 +74,11 @@ bool Instrument::isSerialNumber(const QByteArray& text)
     };
     return !text.isEmpty() && text.size() <= 32 && text.front() != '.' &&
            std::all_of(text.begin(), text.end(), allowed);
+}
+
+void Instrument::send(const Frame& frame)
+{
+    m_sink.send(frame);
 }
 
 void Instrument::hostArrived(Moment now)

@@ -25,10 +25,12 @@ public:
         QByteArray serial; ///< valid by isSerialNumber()
         std::shared_ptr<const Specimen> specimen;
         std::uint64_t seed = 1;
+        double noise = 1; ///< times that of a good instrument
         Pace pace;
         double idleLevelsPerSecond = 2; ///< level frames between tests; 0 for none
         int firmwareMajor = 1, firmwareMinor = 28;
-        std::optional<KeptMemory> memory; ///< as kept at the last run; the state of a new instrument when there is none
+        std::optional<KeptMemory>
+            memory; ///< of the same model, as kept at the last run; the state of a new instrument when there is none
         /// Called whenever something is to survive switching off. May be empty.
         std::function<Outcome(const KeptMemory&)> keep;
         /// Called before a new serial number is taken over; a failure leaves the old one. May be empty.
@@ -57,7 +59,7 @@ public:
     /// Lines that were no command since the start.
     int unknownCommands() const { return m_unknownCommands; }
     /// Sends any frame as it stands, for demonstrations and tests.
-    void send(const Frame& frame) override { m_sink.send(frame); }
+    void send(const Frame& frame) override;
 
     /// 1 to 32 letters, digits, ".", "_" and "-", not beginning with ".".
     static bool isSerialNumber(const QByteArray& text);

@@ -93,6 +93,7 @@ struct InstrumentConstants
 /// What survives switching off.
 struct KeptMemory
 {
+    Model model = Model::T46;
     SweepSettings settings;
     InstrumentConstants constants;
     QByteArray script;

@@ -48,9 +48,10 @@ double foldDegrees(double degrees)
 
 } // namespace
 
-Measurement::Measurement(std::shared_ptr<const Specimen> specimen, std::uint64_t seed)
+Measurement::Measurement(std::shared_ptr<const Specimen> specimen, std::uint64_t seed, double noise)
     : m_specimen(std::move(specimen))
     , m_noise(seed)
+    , m_noiseFactor(noise)
 {
     Random works(seed);
     m_frequencyAtOneMegahertz = 1e6 + std::round(works.uniform(-20, 20));
@@ -97,7 +98,7 @@ double Measurement::phaseError(int vrefCode, int vdutCode) const
 double Measurement::noiseScale(const InstrumentState& state) const
 {
     // Less signal through the attenuator, more noise; averaging takes it down by the square root of the count.
-    double scale = std::pow(10.0, state.settings.attenuation * state.facts->attenuationStep / 20.0);
+    double scale = m_noiseFactor * std::pow(10.0, state.settings.attenuation * state.facts->attenuationStep / 20.0);
     if (state.facts->samples)
         scale /= std::sqrt(static_cast<double>(std::max(1, state.settings.samples)));
     return scale;

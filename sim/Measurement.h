@@ -20,8 +20,9 @@ public:
         double phase = 0; ///< degrees, -180 to 180
     };
 
-    /// The seed fixes the noise and the faults of this very instrument.
-    Measurement(std::shared_ptr<const Specimen> specimen, std::uint64_t seed);
+    /// The seed fixes the noise and the faults of this very instrument; the noise is that of a good instrument times
+    /// noise.
+    Measurement(std::shared_ptr<const Specimen> specimen, std::uint64_t seed, double noise = 1);
 
     /// Gain through the specimen as a two-port divider: source and receiver have 50 Ohm each and the specimen is in
     /// series between them, so that a plain wire reads 0 dB: H = 100 / (100 + Z).
@@ -50,6 +51,7 @@ private:
 
     std::shared_ptr<const Specimen> m_specimen;
     Noise m_noise;
+    double m_noiseFactor;
     double m_frequencyAtOneMegahertz; ///< Hz, of this crystal
     double m_detectorSlope;
     int m_phaseImbalance; ///< trim codes

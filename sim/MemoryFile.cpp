@@ -91,6 +91,7 @@ QByteArray MemoryFile::toJson(const KeptMemory& memory)
         {"calibrationDeviation", deviation},
     };
     return QJsonDocument(QJsonObject{{"format", kFormat},
+                                     {"model", QLatin1String(ModelFacts::of(memory.model).name)},
                                      {"version", 1},
                                      {"settings", settings},
                                      {"constants", constants},
@@ -104,6 +105,11 @@ ValueOr<KeptMemory> MemoryFile::fromJson(const QByteArray& text)
     if (root.value(QLatin1String("format")).toString() != kFormat || root.value(QLatin1String("version")).toInt() != 1)
         return Outcome::failure(tr("This is not the memory of a simulated instrument."));
     KeptMemory memory;
+    const QString model = root.value(QLatin1String("model")).toString();
+    if (model == QLatin1String(ModelFacts::of(Model::DT46).name))
+        memory.model = Model::DT46;
+    else if (model != QLatin1String(ModelFacts::of(Model::T46).name))
+        return Outcome::failure(tr("The memory is of an unknown model."));
     SweepSettings& s = memory.settings;
     const QJsonObject settings = root.value(QLatin1String("settings")).toObject();
     take(settings, "startFrequency", s.startFrequency, 1, 1e9);

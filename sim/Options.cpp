@@ -1,11 +1,11 @@
 #include "sim/Options.h"
 
 #include "sim/Instrument.h"
+#include "values/Conversions.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
-#include <cmath>
 #include <vector>
 
 namespace sim {
@@ -32,11 +32,10 @@ Outcome wrong(const char* expected, const QString& value)
     return Outcome::failure(tr(expected).arg(value));
 }
 
-std::optional<double> positive(const QString& value)
+std::optional<double> numberWithin(const QString& value, double low, double high)
 {
-    bool ok = false;
-    const double number = value.toDouble(&ok);
-    return ok && std::isfinite(number) && number > 0 ? std::optional(number) : std::nullopt;
+    const std::optional<double> number = values::strictNumber(value);
+    return number && *number >= low && *number <= high ? number : std::nullopt;
 }
 
 Outcome applyModel(Options& options, const QString& value)
@@ -61,10 +60,13 @@ Outcome applySerial(Options& options, const QString& value)
 
 Outcome applyRate(Options& options, const QString& value)
 {
-    const std::optional<double> number = positive(value);
-    if (!number || *number > 1e6)
-        return wrong("Behind --rate stands the number of points a second, from 0.01 to 1000000, not \"%1\".", value);
-    options.pace = {Pace::Kind::Rate, std::max(*number, 0.01)};
+    const std::optional<double> number = numberWithin(value, 0, 1e6);
+    if (!number || (*number > 0 && *number < 0.01))
+        return wrong(
+            "Behind --rate stands the number of points a second, from 0.01 to 1000000, or 0 for the pace of a real "
+            "instrument, not \"%1\".",
+            value);
+    options.pace = *number == 0 ? Pace() : Pace{Pace::Kind::Rate, *number};
     return Outcome::success();
 }
 
@@ -90,11 +92,18 @@ Outcome applyFirmware(Options& options, const QString& value)
 
 Outcome applyIdleLevels(Options& options, const QString& value)
 {
-    bool ok = false;
-    options.idleLevelsPerSecond = value.toDouble(&ok);
-    if (!ok || !(options.idleLevelsPerSecond >= 0 && options.idleLevelsPerSecond <= 100))
+    const std::optional<double> number = numberWithin(value, 0, 100);
+    if (!number)
         return wrong("Behind --idle-levels stands a number from 0 to 100, not \"%1\".", value);
+    options.idleLevelsPerSecond = *number;
     return Outcome::success();
+}
+
+Outcome applyNoise(Options& options, const QString& value)
+{
+    options.noise = numberWithin(value, 0, 1000);
+    return options.noise ? Outcome::success()
+                         : wrong("Behind --noise stands a number from 0 to 1000, not \"%1\".", value);
 }
 
 const std::vector<Declaration>& declarations()
@@ -124,7 +133,10 @@ const std::vector<Declaration>& declarations()
              return Outcome::success();
          }},
         {"rate", "POINTS",
-         QT_TRANSLATE_NOOP("sim::Options", "Measure that many points a second, whatever the host sets."), applyRate},
+         QT_TRANSLATE_NOOP(
+             "sim::Options",
+             "Measure that many points a second, whatever the host sets; 0 for the pace of a real instrument."),
+         applyRate},
         {"fast", nullptr, QT_TRANSLATE_NOOP("sim::Options", "Measure as fast as the link carries."),
          [](Options& options, const QString&) {
              options.pace = {Pace::Kind::Fast, 0};
@@ -134,6 +146,10 @@ const std::vector<Declaration>& declarations()
          QT_TRANSLATE_NOOP("sim::Options",
                            "Fixes the noise, the faults and the temper of this instrument. Default: 1."),
          applySeed},
+        {"noise", "FACTOR",
+         QT_TRANSLATE_NOOP("sim::Options",
+                           "Noise, times that of a good instrument; 0 for none. Default: 1, with a table 0."),
+         applyNoise},
         {"fault", "KIND[:N],...",
          QT_TRANSLATE_NOOP("sim::Options",
                            "Misbehave, on average once in N frames. May be given several times; see below."),

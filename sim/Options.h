@@ -24,6 +24,7 @@ struct Options
     QString replay; ///< file; empty for none
     Pace pace;
     std::uint64_t seed = 1;
+    std::optional<double> noise; ///< else 1, and 0 with a replayed table, which has its own
     FaultPlan faults;
     std::optional<QString> memory; ///< file; empty for no file at all; else MemoryFile::defaultFileName()
     QString scriptFrames;
