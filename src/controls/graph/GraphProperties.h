@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
@@ -185,6 +186,8 @@ struct Properties
     std::vector<int> SubsetLineTypes;
     std::vector<bool> SubsetsToShow;
     std::vector<int> RandomSubsetsToGraph; ///< subsets to draw; negative entries name none; empty: all are drawn
+    std::map<QString, QByteArray>
+        otherEntries; ///< entries of a plot file that this program does not know: name to CBOR
     bool operator==(const Properties&) const = default;
 };
 

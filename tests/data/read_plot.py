@@ -1,0 +1,30 @@
+#!/usr/bin/python3
+"""Prints format, title and the first curve of a plot file, with a stock CBOR library and nothing of this project."""
+import struct
+import sys
+import zlib
+
+import cbor2
+
+with open(sys.argv[1], "rb") as file:
+    envelope = cbor2.load(file)
+if isinstance(envelope, cbor2.CBORTag):  # the self-described tag, kept by some releases of the library
+    envelope = envelope.value
+content = envelope["content"]
+if isinstance(content, cbor2.CBORTag):
+    content = content.value
+if zlib.crc32(content) != envelope["crc32"]:
+    sys.exit("the checksum does not match")
+content = cbor2.loads(content)
+
+
+def floats(entry):
+    assert entry.tag == 85, "an array of 32-bit floats, little endian"
+    return struct.unpack(f"<{len(entry.value) // 4}f", entry.value)
+
+
+points = content["Points"]
+print(envelope["format"], envelope["version"])
+print(content["MainTitle"])
+for x, y in zip(floats(content["XData"])[:points], floats(content["YData"])[:points]):
+    print(repr(x), repr(y))
