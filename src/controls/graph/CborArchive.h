@@ -9,6 +9,7 @@
 #include <QStringList>
 
 #include <array>
+#include <cmath>
 #include <concepts>
 #include <limits>
 #include <map>
@@ -126,19 +127,31 @@ public:
     }
     bool read(int& value) { return readInteger(value); }
     bool read(std::uint32_t& value) { return readInteger(value); }
-    bool read(float& value)
-    {
-        if (!m_reader.isFloat())
-            return false;
-        value = m_reader.toFloat();
-        return m_reader.next();
-    }
+    /// Other writers shorten numbers to any width that keeps the value, so every width is read.
     bool read(double& value)
     {
-        if (!m_reader.isDouble())
-            return false;
-        value = m_reader.toDouble();
+        if (m_reader.isDouble())
+            value = m_reader.toDouble();
+        else if (m_reader.isFloat())
+            value = static_cast<double>(m_reader.toFloat());
+        else if (m_reader.isFloat16())
+            value = static_cast<double>(static_cast<float>(m_reader.toFloat16()));
+        else {
+            int integer = 0;
+            if (!readInteger(integer))
+                return false;
+            value = integer;
+            return true;
+        }
         return m_reader.next();
+    }
+    bool read(float& value)
+    {
+        double wide = 0;
+        if (!read(wide) || std::isnan(wide))
+            return false;
+        value = static_cast<float>(wide);
+        return static_cast<double>(value) == wide;
     }
     bool read(QString& value);
     bool read(QByteArray& value);

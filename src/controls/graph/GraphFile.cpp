@@ -2,11 +2,11 @@
 
 #include "controls/graph/CborArchive.h"
 #include "controls/graph/GraphModel.h"
+#include "values/SafeFile.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QtEndian>
 
 #include <algorithm>
@@ -225,14 +225,7 @@ Outcome PEload(GraphModel& model, const QByteArray& bytes)
 
 Outcome PEsavetofile(const GraphModel& model, const QString& fileName)
 {
-    QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly))
-        return Outcome::failure(tr("Cannot write %1: %2.").arg(fileName, file.errorString()));
-    const QByteArray bytes = PEstore(model);
-    if (file.write(bytes) != bytes.size() || !file.commit())
-        return Outcome::failure(
-            tr("Cannot save %1: %2. The file is as it was before.").arg(fileName, file.errorString()));
-    return Outcome::success();
+    return values::writeFile(fileName, PEstore(model));
 }
 
 Outcome PEloadfromfile(GraphModel& model, const QString& fileName)

@@ -13,9 +13,11 @@
 
 #include <bit>
 #include <cmath>
+#include <csignal>
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
+#include <sys/resource.h>
 #include <zlib.h>
 
 namespace {
@@ -330,10 +332,53 @@ TEST(GraphFile, SavesToAFileAndSaysWhatFailed)
     EXPECT_FALSE(GraphFile::PEloadfromfile(loaded, QStringLiteral("/dev/zero")).ok());
 }
 
-TEST(GraphFile, AFullDiskKeepsTheOldFile)
+TEST(GraphFile, AFullDiskKeepsTheOldFileAndLeavesNoOther)
 {
+    QTemporaryDir folder;
+    const QString name = folder.filePath(QStringLiteral("plot.gzd"));
     GraphModel model(4, 4);
-    EXPECT_FALSE(GraphFile::PEsavetofile(model, QStringLiteral("/dev/full")).ok());
+    ASSERT_TRUE(GraphFile::PEsavetofile(model, name).ok());
+    const QByteArray before = GraphFile::PEstore(model);
+    model.setMainTitle(QStringLiteral("new"));
+
+    // A limit on the size of files fails a write as a full disk does.
+    rlimit unlimited{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &unlimited), 0);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit limit = unlimited;
+    limit.rlim_cur = 512;
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+    const Outcome outcome = GraphFile::PEsavetofile(model, name);
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &unlimited), 0);
+    std::signal(SIGXFSZ, handler);
+
+    EXPECT_FALSE(outcome.ok());
+    EXPECT_TRUE(outcome.sentence().contains(name));
+    QFile file(name);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), before);
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
+}
+
+TEST(GraphFile, ADeviceIsNotReplacedByAFile)
+{
+    const GraphModel model(4, 4);
+    EXPECT_FALSE(GraphFile::PEsavetofile(model, QStringLiteral("/dev/null")).ok());
+    EXPECT_FALSE(QFileInfo(QStringLiteral("/dev/null")).isFile());
+}
+
+TEST(GraphFile, NumbersOfAnyWidthAreReadWhenTheyKeepTheirValue)
+{
+    const GraphModel model(2, 2);
+    QCborMap content = contentOf(model);
+    content[QStringLiteral("ManualMaxX")] = 1000;
+    content[QStringLiteral("LineWidth")] = 2;
+    GraphModel loaded(2, 2);
+    ASSERT_TRUE(GraphFile::PEload(loaded, envelope(content.toCborValue().toCbor(QCborValue::EncodingOption(
+                                              QCborValue::UseFloat16 | QCborValue::UseIntegers))))
+                    .ok());
+    EXPECT_EQ(loaded.ManualMaxX(), 1000.0);
+    EXPECT_EQ(loaded.NullDataValueY(), -65536.0F);
 }
 
 TEST(GraphFile, AHugeFileIsRefusedUnread)
