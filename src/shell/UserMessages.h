@@ -42,4 +42,7 @@ public:
 
     /// The plain system message box, used for the instrument's own notices and prompts.
     virtual int systemBox(const QString& strMessage, int style, const QString& strTitle) = 0;
+
+    /// Takes down the program's own message dialogs that are on the screen; each answers as on Escape.
+    virtual void dismiss() {}
 };
