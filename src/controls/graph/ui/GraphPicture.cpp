@@ -146,10 +146,13 @@ void paintPicture(const GraphModel& model, QPainter& painter, const QRectF& targ
         recorder.setModes(QCPPainter::pmVectorized | QCPPainter::pmNoCaching);
         drawPlot(model, recorder, layoutSize);
     }
+    // Playing a picture enlarges it by the resolution of the device, which the scale already holds.
+    const double enlarged = dpi / picture.logicalDpiX();
     painter.save();
     painter.translate(target.topLeft());
     painter.scale(target.width() / layoutSize.width(), target.height() / layoutSize.height());
     painter.setClipRect(QRectF(QPointF(0, 0), QSizeF(layoutSize)), Qt::IntersectClip);
+    painter.scale(1 / enlarged, 1 / enlarged);
     painter.drawPicture(0, 0, picture);
     painter.restore();
 }

@@ -42,7 +42,9 @@ GraphPlot::GraphPlot(const GraphModel& model, Look look, QWidget* parent)
 
     plotLayout()->clear();
     m_area = new QCPAxisRect(this, false);
+    m_area->setLayer(QStringLiteral("background"));
     m_area->setMinimumMargins(QMargins(10, 8, 12, 6));
+    m_area->insetLayout()->setMargins(QMargins(8, 8, 8, 8));
     createAxes();
     legend = new QCPLegend;
     m_legendHolder = new LegendHolder(legend);
@@ -60,8 +62,8 @@ GraphPlot::GraphPlot(const GraphModel& model, Look look, QWidget* parent)
     plotLayout()->addElement(3, 0, m_centre);
     plotLayout()->addElement(4, 0, m_bottomTables);
     m_centre->addElement(0, 0, m_area);
-    m_legendHolder->addElement(legend, Qt::AlignCenter);
     m_centre->addElement(0, 1, m_legendHolder);
+    m_legendHolder->addElement(legend, Qt::AlignCenter);
     legend->setLayer(QStringLiteral("legend"));
 }
 
@@ -225,6 +227,7 @@ void GraphPlot::applyAxes()
         axis->grid()->setSubGridVisible(logarithmic);
     };
     style(m_bottom, *m_bottomTicker, properties.XAxisLabel, properties.XAxisScaleControl);
+    m_bottom->grid()->setVisible(true);
     bool gridTaken = false;
     bool rightVisible = false;
     for (int i = 0; i < graph::kYAxes; ++i) {

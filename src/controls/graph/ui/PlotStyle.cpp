@@ -1,5 +1,7 @@
 #include "controls/graph/ui/PlotStyle.h"
 
+#include "controls/graph/AxisRange.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -75,7 +77,7 @@ PlotStyle plotStyle(const graph::Properties& properties, const QPalette* palette
         style.desk = palette->color(QPalette::Window);
         style.text = palette->color(QPalette::WindowText);
     }
-    style.frame = mixed(style.text, style.desk, 0.25);
+    style.frame = mixed(style.ink, style.paper, 0.3);
     style.grid = colorOf(properties.TickColor);
     style.minorGrid = mixed(style.grid, style.paper, 0.55);
 
@@ -97,9 +99,13 @@ QPen tracePen(const graph::Properties& properties, const PlotStyle& style, int s
                                                   graph::LineDashDotDot};
     if (style.monochrome && !style.symbols && type == graph::LineSolid)
         type = kPatterns[static_cast<std::size_t>(subset % 10) % kPatterns.size()];
+    const bool right = graph::isRightAxis(graph::yAxisOf(subset));
     const double width = type == graph::LineHair ? properties.LineWidth * 0.5 : properties.LineWidth;
     QPen pen(style.monochrome ? colorOf(properties.MonoGraphForeColor) : colorOf(properties.SubsetColors[s]), width,
              penStyleOf(type));
     pen.setJoinStyle(Qt::RoundJoin);
+    // Both curves of a pen have its colour: the one read on the right is broken, as in printed plots of two scales.
+    if (!style.monochrome && right && type == graph::LineSolid)
+        pen.setDashPattern({8, 3});
     return pen;
 }

@@ -34,7 +34,8 @@ struct PlotStyle
 /// palette: of the desktop; null for a picture.
 PlotStyle plotStyle(const graph::Properties& properties, const QPalette* palette);
 
-/// Pen of a trace: its colour and line type, in the monochrome styles the foreground with a pattern by pen.
+/// Pen of a trace: its colour and line type, in the monochrome styles the foreground with a pattern by pen. A solid
+/// curve of a right axis has long dashes, which tells it from the curve of the same pen on the left.
 QPen tracePen(const graph::Properties& properties, const PlotStyle& style, int subset);
 
 /// 0x00BBGGRR.

@@ -65,7 +65,9 @@ private:
 
     Mapping mapping(double columnsPerPixel) const;
     void build(const Mapping& map, bool everyPoint);
-    void drawRuns(QCPPainter* painter, double deviceWidth) const;
+    void drawRuns(QCPPainter* painter, double scale) const;
+    void drawBundle(QCPPainter* painter, const QPointF* points, qsizetype count, double deviceWidth,
+                    double scale) const;
     void drawMarks(QCPPainter* painter, const Mapping& map) const;
     void drawMark(QCPPainter* painter, const QPointF& position) const;
 
@@ -80,6 +82,7 @@ private:
     std::optional<Mapping> m_built;
     QVector<QPointF> m_pixels;
     std::vector<Run> m_runs;
-    mutable QVector<QLineF> m_segments;
+    mutable QVector<QPointF> m_normals; ///< of the run being drawn
+    mutable QVector<QPointF> m_shifted;
     std::uint64_t m_drawCount = 0;
 };
