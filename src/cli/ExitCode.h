@@ -1,0 +1,17 @@
+#pragma once
+
+namespace cli {
+
+/// Exit codes of marrowick; part of its interface, documented in its manual page and its help.
+enum class ExitCode
+{
+    Done = 0,
+    Usage = 1,        ///< the command line cannot be carried out as it stands
+    NoInstrument = 2, ///< none found, none of that name, or it does not open or answer
+    Lost = 3,         ///< the link went down in mid-sweep
+    Refused = 4,      ///< the instrument or a rule of the program refused the test
+    FileError = 5,    ///< a result could not be written
+    Stopped = 6       ///< ended before the last point: Ctrl-C, --timeout, or by the instrument
+};
+
+} // namespace cli

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QObject>
+
+class QSocketNotifier;
+
+namespace cli {
+
+/// Ctrl-C, a hang-up and a termination request as a signal of the event loop. A second one ends the program at once, as
+/// if nobody listened. One object at a time.
+class Interrupts : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Interrupts(QObject* parent = nullptr);
+    ~Interrupts() override;
+
+Q_SIGNALS:
+    void interrupted();
+
+private:
+    void readWakeUp();
+
+    QSocketNotifier* m_notifier = nullptr;
+};
+
+} // namespace cli

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "cli/CommandLine.h"
+#include "cli/Console.h"
+#include "cli/ExitCode.h"
+#include "cli/Session.h"
+#include "cli/SweepResult.h"
+#include "values/Outcome.h"
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QObject>
+#include <QSize>
+#include <QTimer>
+
+#include <functional>
+#include <vector>
+
+class GraphModel;
+
+namespace cli {
+
+/// Draws a graph into a picture file. Pictures need a windowing library, so the program brings this along.
+using PictureWriter = std::function<Outcome(const GraphModel& graph, const QString& fileName, const QSize& size)>;
+
+/// "marrowick sweep": one or more sweeps into the pens of one document, then its files and its results. Runs event
+/// loops of its own; what ends it early keeps the points that have arrived.
+class SweepCommand : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// An instrument that sends nothing for that long, with the time of two points added, is taken for stuck.
+    static constexpr int kLongestSilence = 30000;
+    /// Time for the instrument to tell its complete state, to report a start, to report an end after a stop.
+    static constexpr int kAnswerTime = 5000;
+
+    SweepCommand(const SweepOptions& options, Console& console, PictureWriter writePicture);
+
+    ExitCode run();
+    /// Ends the sweep in the instrument and then run(), with what has been measured.
+    void stop();
+
+private:
+    enum class End
+    {
+        None,    ///< still going
+        Done,    ///< the instrument has sent all points it wanted to
+        Lost,    ///< the link is down
+        Stopped, ///< by stop()
+        TimeUp,  ///< --timeout
+        Silent   ///< nothing was heard for too long
+    };
+
+    ExitCode failed(ExitCode code, const QString& sentence);
+    ExitCode connectInstrument();
+    ExitCode applyOptions();
+    ExitCode sweepOnce(int number);
+    ExitCode judge(const SweepResult& result);
+    ExitCode writeFiles(PenDocument& document);
+    void printResults();
+    /// Runs events until the condition holds, the sweep has ended early or the time is over. The answer is the
+    /// condition.
+    bool waitFor(const std::function<bool()>& condition, int milliseconds);
+    void endBy(End reason);
+    void stopInstrument();
+    void showProgress();
+
+    SweepOptions m_options;
+    Console& m_console;
+    PictureWriter m_writePicture;
+    Session m_session;
+    QTimer m_timeout;
+    QTimer m_silence;
+    QElapsedTimer m_sinceProgress;
+    QEventLoop m_loop;
+    End m_end = End::None;
+    bool m_plotting = false; ///< the instrument has reported the start of the present sweep
+    bool m_viewing = false;  ///< and its end
+    bool m_penMoved = false; ///< and that all points have been sent
+    std::vector<SweepResult> m_results;
+};
+
+} // namespace cli

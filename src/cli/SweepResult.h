@@ -1,0 +1,58 @@
+#pragma once
+
+#include "values/Outcome.h"
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QString>
+
+#include <cstdint>
+#include <vector>
+
+class PenDocument;
+
+namespace cli {
+
+/// One measured point. Frequency in Hz; the quantities are those of the document's four views.
+struct MeasuredPoint
+{
+    float frequency = 0;
+    float value = 0;                        ///< gain in dB, modulus of Z in Ohm, or reactance in Ohm
+    float phase = 0;                        ///< signed, degrees; of no meaning for a reactance document
+    float resistance = 0;                   ///< Ohm; reactance documents only
+    float susceptance = 0, conductance = 0; ///< Siemens; reactance documents only
+
+    /// What the extremes of a sweep are told by: the gain, or the modulus of the impedance.
+    double modulus(std::int16_t testType) const;
+};
+
+/// What a pen of a document holds after its sweep. Unmeasured points do not count.
+struct SweepResult
+{
+    std::int16_t testType = 0; ///< 1 amplitude, 2 impedance, 3 reactance
+    bool phase = true;         ///< the phase was measured
+    int wanted = 0;            ///< points asked for
+    QString serial;            ///< of the instrument
+    std::vector<MeasuredPoint> points;
+
+    bool complete() const { return static_cast<int>(points.size()) >= wanted; }
+};
+
+/// Reads the pen (0 to 9) of a document.
+SweepResult readPen(const PenDocument& document, int pen);
+
+/// "1024 points from 38 kHz to 42 kHz, lowest impedance 24.1 Ohm at 39.982 kHz, highest 41.7 kOhm at 41.12 kHz".
+QString resultLine(const SweepResult& result);
+/// The same and every point, for other programs.
+QJsonObject resultObject(const SweepResult& result);
+/// Table with a heading, values separated by commas, "." as decimal point; sweeps below one another, numbered in the
+/// first column.
+QByteArray resultTable(const std::vector<SweepResult>& results);
+/// Four significant digits or more with an engineering prefix: "39.982 kHz", "24.1 Ohm". The significant digits are at
+/// most that many; trailing zeros go.
+QString engineeringText(double value, const QString& unit, int significant);
+
+/// Writes the whole file or nothing.
+Outcome writeFile(const QString& fileName, const QByteArray& content);
+
+} // namespace cli

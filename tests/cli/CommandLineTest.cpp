@@ -1,0 +1,158 @@
+#include "cli/CommandLine.h"
+
+#include <gtest/gtest.h>
+
+using namespace cli;
+
+namespace {
+
+QStringList arguments(const char* text)
+{
+    return QStringList(QStringLiteral("marrowick")) + QString::fromUtf8(text).split(u' ', Qt::SkipEmptyParts);
+}
+
+SweepOptions sweepOf(const char* text)
+{
+    const ValueOr<CommandLine> result = readCommandLine(arguments(text));
+    EXPECT_TRUE(result) << result.sentence().toStdString();
+    SweepOptions wrong;
+    wrong.points = -1;
+    return result && result.value().sweep ? *result.value().sweep : wrong;
+}
+
+std::string problemOf(const char* text)
+{
+    return readCommandLine(arguments(text)).sentence().toStdString();
+}
+
+} // namespace
+
+TEST(CommandLine, ASweepWithoutOptionsHasTheDocumentedDefaults)
+{
+    const SweepOptions options = sweepOf("sweep");
+    EXPECT_EQ(options.device, QString());
+    EXPECT_EQ(options.type, 2);
+    EXPECT_EQ(options.from, 1000);
+    EXPECT_EQ(options.to, 1000000);
+    EXPECT_EQ(options.points, 100);
+    EXPECT_EQ(options.period, 0);
+    EXPECT_EQ(options.attenuation, 0);
+    EXPECT_EQ(options.direction, SweepOptions::Up);
+    EXPECT_TRUE(options.phase);
+    EXPECT_FALSE(options.linear);
+    EXPECT_EQ(options.repeat, 1);
+    EXPECT_TRUE(options.output.isEmpty() && options.csv.isEmpty() && options.picture.isEmpty());
+    EXPECT_EQ(options.pictureSize, QSize(1280, 800));
+    EXPECT_EQ(options.timeout, 0);
+    EXPECT_FALSE(options.quiet);
+    EXPECT_FALSE(options.json);
+}
+
+TEST(CommandLine, EveryOptionOfASweepIsRead)
+{
+    const SweepOptions options =
+        sweepOf("sweep --device T46-7 --type reactance --from 38k --to 4.2e4 --points 512 --period 3 --attenuation 20 "
+                "--direction down --no-phase --linear --repeat 4 --output a.gxd --csv b.csv --picture c.png "
+                "--picture-size 640x480 --link-log d.log --timeout 2.5 --quiet --json");
+    EXPECT_EQ(options.device, QStringLiteral("T46-7"));
+    EXPECT_EQ(options.type, 3);
+    EXPECT_EQ(options.from, 38000);
+    EXPECT_EQ(options.to, 42000);
+    EXPECT_EQ(options.points, 512);
+    EXPECT_EQ(options.period, 3);
+    EXPECT_EQ(options.attenuation, 20);
+    EXPECT_EQ(options.direction, SweepOptions::Down);
+    EXPECT_FALSE(options.phase);
+    EXPECT_TRUE(options.linear);
+    EXPECT_EQ(options.repeat, 4);
+    EXPECT_EQ(options.output, QStringLiteral("a.gxd"));
+    EXPECT_EQ(options.csv, QStringLiteral("b.csv"));
+    EXPECT_EQ(options.picture, QStringLiteral("c.png"));
+    EXPECT_EQ(options.pictureSize, QSize(640, 480));
+    EXPECT_EQ(options.linkLog, QStringLiteral("d.log"));
+    EXPECT_EQ(options.timeout, 2.5);
+    EXPECT_TRUE(options.quiet);
+    EXPECT_TRUE(options.json);
+    EXPECT_EQ(sweepOf("sweep --type amplitude").type, 1);
+    EXPECT_EQ(sweepOf("sweep --direction alternate").direction, SweepOptions::Alternate);
+}
+
+TEST(CommandLine, FrequenciesAreReadAsPeopleWriteThem)
+{
+    EXPECT_EQ(frequencyOf(QStringLiteral("40000")), 40000);
+    EXPECT_EQ(frequencyOf(QStringLiteral("4.2e4")), 42000);
+    EXPECT_EQ(frequencyOf(QStringLiteral("42k")), 42000);
+    EXPECT_EQ(frequencyOf(QStringLiteral("4k7")), 4700);
+    EXPECT_EQ(frequencyOf(QStringLiteral("2.2M")), 2200000);
+    EXPECT_EQ(frequencyOf(QStringLiteral(".5M")), 500000);
+    EXPECT_EQ(frequencyOf(QStringLiteral("42 kHz")), 42000);
+    EXPECT_EQ(frequencyOf(QStringLiteral("50Hz")), 50);
+}
+
+TEST(CommandLine, ATextThatIsNoFrequencyIsRefusedInsteadOfGuessed)
+{
+    for (const char* text : {"", "k", ".k", "Hz", "4x2", "1kk", "1.5k2", "4k7k", "abc", "1..2", "0x10", "1,5", "nan"})
+        EXPECT_FALSE(frequencyOf(QString::fromUtf8(text))) << text;
+}
+
+TEST(CommandLine, AWrongValueIsToldWithItsOptionAndWhatIsWanted)
+{
+    EXPECT_EQ(problemOf("sweep --points 1"), "--points needs a whole number from 2 to 1024, not \"1\".");
+    EXPECT_EQ(problemOf("sweep --points 1025"), "--points needs a whole number from 2 to 1024, not \"1025\".");
+    EXPECT_EQ(problemOf("sweep --points 10.5"), "--points needs a whole number from 2 to 1024, not \"10.5\".");
+    EXPECT_EQ(problemOf("sweep --type gain"), "--type needs one of amplitude, impedance, reactance, not \"gain\".");
+    EXPECT_EQ(problemOf("sweep --direction left"), "--direction needs one of up, down, alternate, not \"left\".");
+    EXPECT_EQ(problemOf("sweep --from 0"), "--from needs a frequency above 0, not \"0\".");
+    EXPECT_EQ(problemOf("sweep --to fast"), "--to needs a frequency above 0, not \"fast\".");
+    EXPECT_EQ(problemOf("sweep --period 32768"), "--period needs a whole number from 0 to 32767, not \"32768\".");
+    EXPECT_EQ(problemOf("sweep --attenuation=-3"), "--attenuation needs a number of dB from 0, not \"-3\".");
+    EXPECT_EQ(problemOf("sweep --repeat 11"), "--repeat needs a whole number from 1 to 10, not \"11\".");
+    EXPECT_EQ(problemOf("sweep --timeout soon"), "--timeout needs a number of seconds from 0, not \"soon\".");
+    EXPECT_EQ(problemOf("sweep --picture-size 99x800"),
+              "--picture-size needs a width and a height from 100 to 16384, as 1280x800, not \"99x800\".");
+    EXPECT_EQ(problemOf("sweep --picture sweep.doc"),
+              "--picture needs a name that ends in one of .png, .jpg, .jpeg, .bmp, .svg, .pdf, not \"sweep.doc\".");
+    EXPECT_EQ(problemOf("sweep --output="), "--output needs a file name, not \"\".");
+}
+
+TEST(CommandLine, TheRangeMustRise)
+{
+    EXPECT_EQ(problemOf("sweep --from 2k --to 2k"), "--from must be below --to; --direction down sweeps downward.");
+    EXPECT_EQ(problemOf("sweep --from 2M"), "--from must be below --to; --direction down sweeps downward.");
+}
+
+TEST(CommandLine, UnknownWordsAreRefused)
+{
+    EXPECT_EQ(problemOf(""), "A command is missing; marrowick --help lists them.");
+    EXPECT_EQ(problemOf("measure"), "\"measure\" is no command; marrowick --help lists them.");
+    EXPECT_EQ(problemOf("sweep 38k"), "\"38k\" has no place here; options begin with \"--\".");
+    EXPECT_EQ(problemOf("devices --points 3"), "Unknown option 'points'.");
+    EXPECT_FALSE(problemOf("sweep --device").empty());
+}
+
+TEST(CommandLine, DevicesKnowsItsOwnOption)
+{
+    const ValueOr<CommandLine> plain = readCommandLine(arguments("devices"));
+    ASSERT_TRUE(plain && plain.value().devices);
+    EXPECT_FALSE(plain.value().devices->json);
+    const ValueOr<CommandLine> json = readCommandLine(arguments("devices --json"));
+    ASSERT_TRUE(json && json.value().devices);
+    EXPECT_TRUE(json.value().devices->json);
+    EXPECT_FALSE(json.value().sweep);
+}
+
+TEST(CommandLine, HelpListsEveryOptionOfTheCommandAndTheExitCodes)
+{
+    const ValueOr<CommandLine> sweep = readCommandLine(arguments("sweep --help --points 3"));
+    ASSERT_TRUE(sweep);
+    EXPECT_FALSE(sweep.value().sweep);
+    for (const char* text :
+         {"--device",       "--type",     "--from",    "--to",     "--points", "--period",  "--attenuation",
+          "--direction",    "--no-phase", "--linear",  "--repeat", "--output", "--csv",     "--picture ",
+          "--picture-size", "--link-log", "--timeout", "--quiet",  "--json",   "Exit codes"})
+        EXPECT_TRUE(sweep.value().text.contains(QLatin1String(text))) << text;
+    EXPECT_TRUE(sweep.value().text.startsWith(QStringLiteral("Usage: marrowick sweep ")));
+    const ValueOr<CommandLine> overview = readCommandLine(arguments("--help"));
+    ASSERT_TRUE(overview);
+    EXPECT_TRUE(overview.value().text.contains(QStringLiteral("devices")));
+}

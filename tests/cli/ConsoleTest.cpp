@@ -1,0 +1,64 @@
+#include "cli/Console.h"
+
+#include <gtest/gtest.h>
+
+using namespace cli;
+
+namespace {
+
+class ConsoleTest : public ::testing::Test
+{
+protected:
+    std::string results() { return m_results.toStdString(); }
+    std::string problems() { return m_problems.toStdString(); }
+
+    QString m_results, m_problems;
+    QTextStream m_resultStream{&m_results};
+    QTextStream m_problemStream{&m_problems};
+};
+
+} // namespace
+
+TEST_F(ConsoleTest, ResultsAndProblemsGoTheirOwnWays)
+{
+    Console console(m_resultStream, m_problemStream, false);
+    console.result(QStringLiteral("3 points"));
+    console.progress(QStringLiteral("1 of 3 points"));
+    console.problem(QStringLiteral("No instrument was found."));
+    EXPECT_EQ(results(), "3 points\n");
+    EXPECT_EQ(problems(), "marrowick: No instrument was found.\n");
+}
+
+TEST_F(ConsoleTest, ProgressIsTakenAwayBeforeALine)
+{
+    Console console(m_resultStream, m_problemStream, true);
+    console.progress(QStringLiteral("1 of 3 points"));
+    console.result(QStringLiteral("3 points"));
+    console.endProgress();
+    EXPECT_EQ(results(), "3 points\n");
+    EXPECT_EQ(problems(), "\r\033[K1 of 3 points\r\033[K");
+}
+
+TEST_F(ConsoleTest, MessagesArePrintedWithTheirTitle)
+{
+    Console console(m_resultStream, m_problemStream, false);
+    ConsoleMessages messages(console);
+    EXPECT_FALSE(messages.takeSaid());
+    messages.message(QStringLiteral("All pens are locked!"), UserMessages::Information, QStringLiteral("Information"));
+    EXPECT_EQ(problems(), "marrowick: Information: All pens are locked!\n");
+    EXPECT_TRUE(messages.takeSaid());
+    EXPECT_FALSE(messages.takeSaid());
+}
+
+TEST_F(ConsoleTest, QuestionsAreAnsweredSoThatAnUnattendedRunGoesOn)
+{
+    Console console(m_resultStream, m_problemStream, false);
+    ConsoleMessages messages(console);
+    const auto reply = [&messages](int style) { return messages.message(QStringLiteral("?"), style, QString()); };
+    EXPECT_EQ(reply(UserMessages::OkOnly | UserMessages::Stop), UserMessages::ReplyOk);
+    EXPECT_EQ(reply(UserMessages::OkCancel | UserMessages::Question), UserMessages::ReplyOk);
+    EXPECT_EQ(reply(UserMessages::YesNo | UserMessages::Question), UserMessages::ReplyYes);
+    EXPECT_EQ(reply(UserMessages::YesNoCancel), UserMessages::ReplyYes);
+    EXPECT_EQ(reply(UserMessages::AbortRetryIgnore), UserMessages::ReplyIgnore);
+    EXPECT_EQ(reply(UserMessages::RetryCancel), UserMessages::ReplyCancel);
+}

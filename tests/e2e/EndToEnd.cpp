@@ -1,0 +1,162 @@
+#include "e2e/EndToEnd.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QEventLoop>
+#include <QFile>
+#include <QFileInfo>
+#include <QTimer>
+
+#include <cstdlib>
+
+namespace e2e {
+namespace {
+
+QByteArray unescaped(const QByteArray& text)
+{
+    QByteArray bytes;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i] != '\\' || i + 1 == text.size()) {
+            bytes += text[i];
+            continue;
+        }
+        switch (text[++i]) {
+        case 'r':
+            bytes += '\r';
+            break;
+        case 'n':
+            bytes += '\n';
+            break;
+        case 't':
+            bytes += '\t';
+            break;
+        case 'x':
+            bytes += static_cast<char>(text.mid(i + 1, 2).toInt(nullptr, 16));
+            i += 2;
+            break;
+        default:
+            bytes += text[i];
+        }
+    }
+    return bytes;
+}
+
+} // namespace
+
+QString programPath(const QString& name)
+{
+    return QStringLiteral(MG_PROGRAM_DIR "/") + name;
+}
+
+bool waitFor(const std::function<bool()>& condition, int milliseconds)
+{
+    // The timer wakes the loop for conditions that no event of this process tells of, such as a file.
+    QTimer wake;
+    wake.start(5);
+    QEventLoop loop;
+    const QDeadlineTimer deadline(milliseconds);
+    while (!condition()) {
+        if (deadline.hasExpired())
+            return false;
+        loop.processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    return true;
+}
+
+Ended runProgram(const QString& name, const QStringList& arguments)
+{
+    QProcess process;
+    process.start(programPath(name), arguments);
+    Ended ended;
+    if (process.waitForFinished(kPatience) && process.exitStatus() == QProcess::NormalExit)
+        ended.exitCode = process.exitCode();
+    else
+        process.kill();
+    ended.output = process.readAllStandardOutput();
+    ended.errors = process.readAllStandardError();
+    return ended;
+}
+
+Simulator::Simulator(const QString& serial, const QStringList& options)
+    : m_serial(serial)
+{
+    m_process.start(programPath(QStringLiteral("marrowick-sim")),
+                    QStringList{QStringLiteral("--serial"), serial, QStringLiteral("--no-memory")} + options);
+    const QString link = qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/marrowick/devices/") + serial;
+    m_started = waitFor([&] { return QFileInfo(link).isSymLink() || m_process.state() == QProcess::NotRunning; }) &&
+                m_process.state() == QProcess::Running;
+    EXPECT_TRUE(m_started) << errors().toStdString();
+}
+
+Simulator::~Simulator()
+{
+    if (m_process.state() != QProcess::NotRunning && !end())
+        ADD_FAILURE() << "the simulated instrument did not end well: " << errors().toStdString();
+}
+
+bool Simulator::end()
+{
+    m_process.terminate();
+    if (m_process.waitForFinished(kPatience))
+        return m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
+    m_process.kill();
+    m_process.waitForFinished(-1);
+    return false;
+}
+
+QByteArray Simulator::errors()
+{
+    return m_process.readAllStandardError();
+}
+
+std::vector<LoggedFrame> pointsOfLastTest(const QString& linkLog)
+{
+    constexpr int kFrameLength = 67;
+    QFile file(linkLog);
+    std::vector<LoggedFrame> points;
+    if (!file.open(QFile::ReadOnly))
+        return points;
+    for (const QByteArray& line : file.readAll().split('\n')) {
+        const qsizetype arrow = line.indexOf(" < ");
+        if (line.startsWith('#') || arrow < 0)
+            continue;
+        const QByteArray frame = unescaped(line.mid(arrow + 3));
+        if (frame.size() != kFrameLength || frame[1] != ':' || frame[65] != '\r')
+            continue;
+        if (frame[0] == 'D')
+            points.clear();
+        if (frame[0] != 'F' && frame[0] != 'H')
+            continue;
+        const auto number = [&frame](int column, int width) {
+            return std::strtod(frame.mid(column - 1, width).constData(), nullptr);
+        };
+        points.push_back({frame[0], static_cast<int>(number(3, 1)), number(5, 13), number(19, 13), number(33, 13),
+                          number(47, 13), static_cast<int>(number(61, 5))});
+    }
+    return points;
+}
+
+void EndToEndTest::TearDown()
+{
+    if (!HasFailure())
+        return;
+    const auto* const info = ::testing::UnitTest::GetInstance()->current_test_info();
+    const QString kept =
+        QStringLiteral(MG_BINARY_DIR "/e2e-failures/%1.%2")
+            .arg(QLatin1String(info->test_suite_name()), QLatin1String(info->name()).replace(u'/', u'_'));
+    QDir(kept).removeRecursively();
+    QDir().mkpath(kept);
+    for (const QString& name : QDir(m_folder.path()).entryList(QDir::Files))
+        QFile::copy(path(name), kept + u'/' + name);
+    RecordProperty("kept", kept.toStdString());
+    std::fprintf(stderr, "what the test wrote is kept in %s\n", qPrintable(kept));
+}
+
+QString EndToEndTest::freshSerial()
+{
+    static int number = 0;
+    return QStringLiteral("E2E-%1").arg(++number, 4, 10, QLatin1Char('0'));
+}
+
+} // namespace e2e

@@ -1,0 +1,115 @@
+// What a bad cable and a bad instrument can do to a sweep: it ends in viewing, and no point is stored that was not
+// sent.
+#include "cli/Console.h"
+#include "cli/Session.h"
+#include "e2e/EndToEnd.h"
+
+#include <QTextStream>
+
+#include <map>
+
+using namespace e2e;
+
+namespace {
+
+constexpr int kPoints = 256;
+constexpr int kSeeds = 6;
+/// Nothing from the instrument for that long: it has nothing left to say. Longer than any stall it plays.
+constexpr int kSilence = 2000;
+
+class FaultTest : public EndToEndTest, public ::testing::WithParamInterface<const char*>
+{
+protected:
+    /// Runs events until the condition holds or the instrument has been silent for a while.
+    static bool waitWhileHeard(cli::Session& session, const std::function<bool()>& condition)
+    {
+        QElapsedTimer silence;
+        silence.start();
+        const auto heard = QObject::connect(&session.device(), &KorvaLink::DataReceived, [&] { silence.start(); });
+        const bool held = waitFor([&] { return condition() || silence.elapsed() > kSilence; }) && condition();
+        QObject::disconnect(heard);
+        return held;
+    }
+
+    static void sweepThroughFault(const QString& fault, int seed, const QString& log)
+    {
+        const Simulator simulator(freshSerial(), {QStringLiteral("--fast"), QStringLiteral("--fault"), fault,
+                                                  QStringLiteral("--idle-levels"), QStringLiteral("0"),
+                                                  QStringLiteral("--seed"), QString::number(seed)});
+        ASSERT_TRUE(simulator.started());
+        QString results, problems;
+        QTextStream resultStream(&results), problemStream(&problems);
+        cli::Console console(resultStream, problemStream, false);
+        cli::Session session(console);
+        ASSERT_TRUE(session.device().SetLogFile(log));
+        ASSERT_TRUE(session.open(simulator.serial()));
+        // The complete state may be lost on this line; the test can be started all the same.
+        waitWhileHeard(session, [&] { return session.state().gbfDeviceReady; });
+        session.mirror().dblStartFrequency = 35000;
+        session.mirror().dblEndFrequency = 45000;
+        session.mirror().iNumPoints = kPoints;
+        session.mirror().iSweepMode = 0;
+        session.mirror().bfRepeat = false;
+        session.deviceModule().DeviceSendSettings();
+        PenDocument& document = session.newDocument(PenDocument::Impedance);
+
+        bool plotted = false;
+        session.window().onPlotting = [&] { plotted = true; };
+        session.testRun().mnuTestStart_Click();
+        const auto viewing = [&] { return plotted && !session.state().gbfPlotting; };
+        waitWhileHeard(session, viewing);
+        // The report of the end may be lost too; then it is for the user to stop, once or more often.
+        for (int attempt = 0; attempt < 50 && session.state().gbfPlotting; ++attempt) {
+            ASSERT_TRUE(session.device().Connected()) << "a lost link is the end of plotting";
+            session.testRun().mnuTestStopTest_Click();
+            waitFor([&] { return !session.state().gbfPlotting; }, 200);
+        }
+        EXPECT_FALSE(session.state().gbfPlotting) << problems.toStdString();
+        session.device().Close();
+        (void)session.device().SetLogFile({});
+
+        expectOnlySentPoints(document, log);
+    }
+
+    static void expectOnlySentPoints(const PenDocument& document, const QString& log)
+    {
+        std::map<int, LoggedFrame> sent;
+        for (const LoggedFrame& frame : pointsOfLastTest(log))
+            sent[frame.point] = frame;
+        const GraphModel& graph = document.peGraph();
+        int strange = 0;
+        for (int i = 0; i < graph.Points(); ++i) {
+            if (graph.YData(0, i) == graph::kNullValue)
+                continue;
+            const auto frame = sent.find(i);
+            strange += frame == sent.end() || graph.XData(0, i) != static_cast<float>(frame->second.n1) ||
+                       graph.YData(0, i) != static_cast<float>(frame->second.n2) ||
+                       graph.YData(20, i) != static_cast<float>(-frame->second.n3) ||
+                       graph.YData(30, i) != static_cast<float>(frame->second.n3 * frame->second.n4);
+        }
+        EXPECT_EQ(strange, 0);
+    }
+};
+
+} // namespace
+
+TEST_P(FaultTest, ASweepEndsInViewingAndStoresOnlyWhatWasSent)
+{
+    for (int seed = 1; seed <= kSeeds; ++seed) {
+        SCOPED_TRACE(seed);
+        sweepThroughFault(QLatin1String(GetParam()), seed, path(QStringLiteral("link-%1.log").arg(seed)));
+        if (HasFailure())
+            break;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(EachKind, FaultTest,
+                         ::testing::Values("garbage", "lost", "split", "stall", "unplug", "flood", "wrong-length",
+                                           "non-numeric", "garbage,lost,split,stall,flood,wrong-length,non-numeric"),
+                         [](const auto& info) {
+                             std::string name = info.param;
+                             if (name.find(',') != std::string::npos)
+                                 return std::string("AllTogether");
+                             std::erase(name, '-');
+                             return name;
+                         });
