@@ -496,6 +496,12 @@ void KorvaLink::disconnectNotify(const QMetaMethod& signal)
     // An invalid method stands for a disconnect of everything.
     if (signal.isValid() && signal != QMetaMethod::fromSignal(&KorvaLink::DeviceAttached))
         return;
-    if (!isSignalConnected(QMetaMethod::fromSignal(&KorvaLink::DeviceAttached)))
-        d->devices.stopWatching();
+    // Who is still connected can only be asked when the disconnecting is over.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (!isSignalConnected(QMetaMethod::fromSignal(&KorvaLink::DeviceAttached)))
+                d->devices.stopWatching();
+        },
+        Qt::QueuedConnection);
 }

@@ -39,6 +39,9 @@ public:
     std::vector<DeviceEntry> devices() const override;
     std::unique_ptr<Transport> makeTransport(const DeviceEntry& device) const override;
 
+    /// Built-in identities and those of the files, as they were when this object was made.
+    const std::vector<UsbIdentity>& table() const { return m_table; }
+
     static const std::vector<UsbIdentity>& builtInTable();
     /// The identities of such a file's text; lines that are none are left out.
     static std::vector<UsbIdentity> parseTable(const QString& text);
