@@ -1,0 +1,53 @@
+#include "shell/ui/FileDialogs.h"
+
+#include <QFileDialog>
+#include <QPointer>
+
+QStringList FileDialogs::nameFilters(const QString& filters)
+{
+    QStringList result;
+    const QStringList parts = filters.split(QLatin1Char('|'));
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+        // The toolkit reads the pattern from the last pair of brackets.
+        QString text = parts[i];
+        const QString pattern = parts[i + 1];
+        const QString named = QStringLiteral("(%1)").arg(pattern);
+        text.remove(named);
+        // "*.*" is every file here, also one without a dot in its name.
+        const QString wanted = pattern == QLatin1String("*.*") ? QStringLiteral("*") : pattern;
+        result.append(QStringLiteral("%1 (%2)").arg(text.trimmed(), wanted));
+    }
+    return result;
+}
+
+QString FileDialogs::saveFileName(const QString& title, const QString& filters, const QString& folder,
+                                  const QString& proposedName)
+{
+    const QPointer<QFileDialog> dialog = new QFileDialog(&m_owner, title, folder);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setFileMode(QFileDialog::AnyFile);
+    dialog->setOption(QFileDialog::DontConfirmOverwrite);
+    if (const QStringList names = nameFilters(filters); !names.isEmpty())
+        dialog->setNameFilters(names);
+    dialog->selectFile(proposedName);
+    const bool accepted = dialog->exec() == QDialog::Accepted;
+    if (!dialog)
+        return {};
+    const QStringList files = dialog->selectedFiles();
+    delete dialog;
+    return accepted && !files.isEmpty() ? files.first() : QString();
+}
+
+QStringList FileDialogs::openFileNames(const QString& title, const QString& filters, const QString& folder)
+{
+    const QPointer<QFileDialog> dialog = new QFileDialog(&m_owner, title, folder);
+    dialog->setAcceptMode(QFileDialog::AcceptOpen);
+    dialog->setFileMode(QFileDialog::ExistingFiles);
+    dialog->setNameFilters(nameFilters(filters));
+    const bool accepted = dialog->exec() == QDialog::Accepted;
+    if (!dialog)
+        return {};
+    const QStringList files = dialog->selectedFiles();
+    delete dialog;
+    return accepted ? files : QStringList();
+}

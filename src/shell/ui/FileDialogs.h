@@ -1,0 +1,28 @@
+#pragma once
+
+#include "document/FilePicker.h"
+
+#include <QStringList>
+
+class QWidget;
+
+/// The file dialogs of the program over its main window.
+class FileDialogs : public FilePicker
+{
+public:
+    explicit FileDialogs(QWidget& owner)
+        : m_owner(owner)
+    {}
+
+    QString saveFileName(const QString& title, const QString& filters, const QString& folder,
+                         const QString& proposedName) override;
+    /// Existing files; empty when the user cancelled.
+    QStringList openFileNames(const QString& title, const QString& filters, const QString& folder);
+
+    /// "Text|pattern|Text|pattern" as the dialogs of the toolkit want it. A text that does not name its pattern keeps
+    /// it in brackets behind it.
+    static QStringList nameFilters(const QString& filters);
+
+private:
+    QWidget& m_owner;
+};

@@ -1,0 +1,179 @@
+#include "shell/ui/StartUp.h"
+
+#include "controls/korvalink/DeviceList.h"
+#include "controls/korvalink/KorvaLink.h"
+#include "document/DocumentList.h"
+#include "instrument/InstrumentMirror.h"
+#include "prefs/Preferences.h"
+#include "prefs/SettingsStore.h"
+#include "shell/CommandLine.h"
+#include "shell/EventSounds.h"
+#include "shell/InstanceTitle.h"
+#include "shell/ProgramState.h"
+#include "shell/ui/frmMain.h"
+#include "shell/ui/frmQuorrelMessage.h"
+#include "shell/ui/frmSplash.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QPointer>
+
+StartUpOptions StartUpOptions::parse(const QStringList& arguments)
+{
+    StartUpOptions options;
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QString& argument = arguments[i];
+        if (argument == QLatin1String("--help") || argument == QLatin1String("-h")) {
+            options.help = true;
+        } else if (argument == QLatin1String("--version")) {
+            options.version = true;
+        } else if (argument.startsWith(QLatin1String("--link-log="))) {
+            options.linkLogFile = argument.section(QLatin1Char('='), 1);
+        } else if (argument == QLatin1String("--link-log")) {
+            if (i + 1 == arguments.size())
+                options.problem = QCoreApplication::translate("StartUp", "--link-log needs the name of a file.");
+            else
+                options.linkLogFile = arguments[++i];
+        } else {
+            options.arguments.append(argument);
+        }
+    }
+    return options;
+}
+
+QString StartUpOptions::helpText()
+{
+    return QCoreApplication::translate("StartUp",
+                                       "Usage: marrowickgraph [PLOT FILE] [-rerun] [--link-log FILE]\n"
+                                       "\n"
+                                       "Draws what a T46 or DT46 analyser measures.\n"
+                                       "\n"
+                                       "  PLOT FILE         opened at the start: .gad amplitude, .gzd impedance, "
+                                       ".gxd reactance\n"
+                                       "  -rerun            the instrument runs the script that it holds\n"
+                                       "  --link-log FILE   log everything that passes the link to the instrument\n"
+                                       "  --version         print the version and end\n"
+                                       "  -h, --help        print this text and end\n"
+                                       "\n"
+                                       "The toolkit's own options, such as -style and -platform, work too.\n");
+}
+
+struct StartUp::Program
+{
+    explicit Program(const QString& settingsFolder)
+        : store(settingsFolder)
+        , preferences(store, state.gstrAppTitle)
+        , device(devices)
+        , messages(&sounds)
+    {}
+
+    ProgramState state;
+    SettingsStore store;
+    Preferences preferences;
+    LockedTitles titles;
+    DeviceList devices;
+    KorvaLink device;
+    InstrumentMirror mirror;
+    DesktopSounds sounds;
+    QuorrelMessages messages;
+    std::unique_ptr<frmSplash> splash;
+    std::unique_ptr<frmMain> main;
+};
+
+StartUp::StartUp(const QString& settingsFolder)
+    : m_program(std::make_unique<Program>(settingsFolder))
+{}
+
+StartUp::~StartUp() = default;
+
+frmMain* StartUp::mainWindow() const
+{
+    return m_program->main.get();
+}
+
+void StartUp::run(const StartUpOptions& options)
+{
+    Program& program = *m_program;
+    ProgramState& state = program.state;
+
+    state.gbfSplashShown = program.preferences.value(options::kSplashScreen);
+    if (state.gbfSplashShown) {
+        program.splash = std::make_unique<frmSplash>();
+        program.splash->showAndRefresh();
+    }
+
+    const CommandLine request = CommandLine::parse(options.arguments);
+
+    state.gstrInstanceTitle = settleInstanceTitle(state.gstrAppTitle, program.titles);
+    program.preferences.setInstanceTitle(state.gstrInstanceTitle);
+
+    state.giNewDocType = 1;
+    state.giDocumentCounter = 0;
+    state.gbfPlotting = false;
+    state.gbfSuppressPrompts = false;
+    state.gbfSweepActive = false;
+    state.gbfScriptRunning = false;
+
+    Outcome log = Outcome::success();
+    if (!options.linkLogFile.isEmpty())
+        log = program.device.SetLogFile(options.linkLogFile);
+
+    program.main = std::make_unique<frmMain>(
+        ShellContext{state, program.preferences, program.devices, program.device, program.mirror, program.messages});
+    program.messages.setMainWindow(program.main.get());
+    const QPointer<frmMain> window = program.main.get();
+    window->load([&program] { program.splash.reset(); });
+    window->show();
+    window->setWindowTitle(state.gstrInstanceTitle);
+
+    if (const QString damaged = program.store.takeDamaged(); !damaged.isEmpty())
+        program.messages.message(
+            frmMain::tr(
+                "The settings could not be read and were set aside as %1. The program starts with its defaults.")
+                .arg(damaged),
+            UserMessages::OkOnly | UserMessages::Exclamation, frmMain::tr("Settings"));
+    if (!log)
+        program.messages.message(log.sentence(), UserMessages::OkOnly | UserMessages::Exclamation,
+                                 frmMain::tr("Link log"));
+    if (window->isVisible())
+        actOnCommandLine(request);
+}
+
+void StartUp::actOnCommandLine(const CommandLine& request)
+{
+    const QPointer<frmMain> window = m_program->main.get();
+    if (request.plotFile) {
+        for (const QString& file : filesToOpen(request)) {
+            window->gcolDocuments().LoadExistingDocument(file);
+            if (!window->isVisible())
+                return;
+        }
+    }
+    if (request.rerun) {
+        KorvaLink& device = m_program->device;
+        if (!device.Connected()) {
+            window->mnuTestDevice_Click();
+            window->waitRounds(50, 5);
+        }
+        window->waitRounds(50, 5);
+        window->unloadSettings();
+        m_program->state.gbfScriptRunning = true;
+        device.Write(QStringLiteral("run\r"));
+        window->processEvents();
+    }
+}
+
+QStringList StartUp::filesToOpen(const CommandLine& request)
+{
+    // The line as a whole is the name, blanks and all. Only where there is no such file the words are names of their
+    // own.
+    QStringList names{request.strFileName};
+    if (!QFileInfo::exists(request.strFileName) && request.files.size() > 1)
+        names = request.files;
+    // A relative name means the folder that the program was started from; a document keeps the full path.
+    for (QString& name : names) {
+        if (const QFileInfo file(name); file.exists())
+            name = file.absoluteFilePath();
+    }
+    return names;
+}

@@ -1,0 +1,268 @@
+#include "shell/ui/frmMain.h"
+
+#include "controls/korvalink/KorvaLink.h"
+#include "document/DocumentList.h"
+#include "document/PenDocument.h"
+#include "document/QuickFileList.h"
+#include "document/SystemClipboard.h"
+#include "document/ui/DocumentArea.h"
+#include "link/DeviceModule.h"
+#include "link/TestRun.h"
+#include "prefs/Preferences.h"
+#include "shell/CommandLine.h"
+#include "shell/ProgramState.h"
+#include "shell/UserMessages.h"
+#include "shell/ui/Commands.h"
+#include "shell/ui/FileDialogs.h"
+#include "shell/ui/PenBar.h"
+#include "shell/ui/StatusBar.h"
+#include "shell/ui/TintedIcon.h"
+#include "shell/ui/WindowPosition.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QTimer>
+#include <QToolBar>
+
+namespace {
+
+constexpr int kSplashMilliseconds = 2200;
+
+} // namespace
+
+frmMain::frmMain(const ShellContext& context)
+    : m_context(context)
+    , m_clipboard(std::make_unique<SystemClipboard>())
+    , m_fileDialogs(std::make_unique<FileDialogs>(*this))
+    , m_documentContext{context.device,   context.mirror, context.state,     context.preferences,
+                        context.messages, *this,          m_clipboard.get(), m_fileDialogs.get()}
+    , m_commands(std::make_unique<CommandSet>(*this))
+    , m_area(new DocumentArea(m_documentContext, this))
+    , m_penBar(new PenBar(this))
+    , m_statusBar(new StatusBar(this))
+    , m_documents(std::make_unique<DocumentList>(m_documentContext, *m_area))
+    , m_quickFiles(std::make_unique<QuickFileList>(context.preferences))
+    , m_deviceModule(std::make_unique<DeviceModule>(
+          LinkContext{context.device, context.mirror, context.state, context.preferences, context.messages, *this}))
+    , m_testRun(std::make_unique<TestRun>(*m_deviceModule))
+{
+    setObjectName(QStringLiteral("frmMain"));
+    setWindowTitle(m_context.state.gstrInstanceTitle);
+    setWindowIcon(programIcon());
+    setAcceptDrops(true);
+    setCentralWidget(m_area);
+    setStatusBar(m_statusBar);
+    buildMenus();
+
+    connect(m_area, &DocumentArea::documentActivated, this, &frmMain::documentActivated);
+    connect(m_area, &DocumentArea::closeWanted, this, [this](PenDocument* document) { closeDocument(*document); });
+    connect(m_area, &DocumentArea::popupCommand, this, &frmMain::popupCommand);
+    connect(m_area, &DocumentArea::cursorRead, this, [this](const QString& x, const QString& y) {
+        m_statusBar->setPanel(11, x.toStdString());
+        m_statusBar->setPanel(12, y.toStdString());
+    });
+    connect(m_windowMenu, &QMenu::aboutToShow, this, &frmMain::rebuildWindowMenu);
+    connect(m_area, &DocumentArea::sweepAbandoned, this, [this] { m_testRun->GUISetViewing(); });
+    connect(m_penBar, &PenBar::penSelected, this, [this](int pen) { penSetActive(pen + 1); });
+    connect(m_penBar, &PenBar::penColourWanted, this, &frmMain::penColourWanted);
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, [this] {
+        if (PenDocument* document = activeDocument())
+            document->SniffClipboardData();
+    });
+    m_statusBar->setPanel(1, tr("Disconnected").toStdString());
+    m_statusBar->setPanel(2, "1");
+    defaultToolBars();
+}
+
+frmMain::~frmMain()
+{
+    // Documents use the services below, which are members and would go before the child widgets do.
+    disconnect(m_area, nullptr, this, nullptr);
+    delete m_area;
+}
+
+void frmMain::buildMenus()
+{
+    m_fileMenu = menuBar()->addMenu(tr("&File"));
+    m_commands->fillMenu(*m_fileMenu, Command::Menu::File);
+    m_commands->fillMenu(*menuBar()->addMenu(tr("&Edit")), Command::Menu::Edit);
+    QMenu* view = menuBar()->addMenu(tr("&View"));
+    m_commands->fillMenu(*view, Command::Menu::View);
+    m_commands->fillMenu(*menuBar()->addMenu(tr("&Test")), Command::Menu::Test);
+    m_windowMenu = menuBar()->addMenu(tr("&Window"));
+    m_commands->fillMenu(*m_windowMenu, Command::Menu::Window);
+    m_commands->fillMenu(*menuBar()->addMenu(tr("&Help")), Command::Menu::Help);
+
+    auto* toolBar = new QToolBar(tr("Toolbar"), this);
+    toolBar->setObjectName(QStringLiteral("tbToolBar"));
+    m_commands->fillToolBar(*toolBar, toolBarButtons());
+    addToolBar(Qt::TopToolBarArea, toolBar);
+    m_commands->fillToolBar(*m_penBar, penBarButtons());
+    addToolBarBreak(Qt::TopToolBarArea);
+    addToolBar(Qt::TopToolBarArea, m_penBar);
+
+    view->addSeparator();
+    view->addAction(toolBar->toggleViewAction());
+    view->addAction(m_penBar->toggleViewAction());
+}
+
+void frmMain::load(const std::function<void()>& takeSplashDown)
+{
+    m_context.state.gbfPlotting = false;
+    m_context.device.SetTestMode(m_context.preferences.value(options::kTestSchedule) ? 1 : 0);
+    restorePosition();
+    if (!boolArePathsSet())
+        askForPaths();
+    penInitialise();
+    UpdateQuickFileList({});
+    if (m_context.state.gbfSplashShown) {
+        m_context.device.Wait(kSplashMilliseconds);
+        show();
+        takeSplashDown();
+    } else {
+        show();
+    }
+    m_deviceModule->DeviceInitialise();
+    if (m_context.preferences.value(options::kPromptDevice))
+        mnuTestDevice_Click();
+    else
+        OpenFirstDeviceFound();
+}
+
+void frmMain::restorePosition()
+{
+    const Preferences& preferences = m_context.preferences;
+    windowposition::apply({preferences.value(options::kWindowLeft), preferences.value(options::kWindowTop),
+                           preferences.value(options::kWindowWidth), preferences.value(options::kWindowHeight),
+                           preferences.value(options::kWindowState)},
+                          *this);
+}
+
+void frmMain::SaveMainWindowPosition()
+{
+    const windowposition::Position position = windowposition::positionOf(*this);
+    if (position.state == windowposition::Minimised)
+        return;
+    Preferences& preferences = m_context.preferences;
+    preferences.setValue(options::kWindowState, position.state);
+    preferences.setValue(options::kWindowLeft, position.left);
+    preferences.setValue(options::kWindowTop, position.top);
+    if (position.state == windowposition::Normal) {
+        preferences.setValue(options::kWindowWidth, position.width);
+        preferences.setValue(options::kWindowHeight, position.height);
+    }
+}
+
+bool frmMain::OpenFirstDeviceFound()
+{
+    return m_testRun->OpenFirstDeviceFound();
+}
+
+bool frmMain::boolArePathsSet()
+{
+    const Preferences& preferences = m_context.preferences;
+    return std::none_of(options::kFolders.begin(), options::kFolders.end(),
+                        [&preferences](const auto& folder) { return preferences.value(folder.option).isEmpty(); });
+}
+
+void frmMain::askForPaths()
+{
+    showMessage(tr("Please enter the paths to your files."), UserMessages::OkOnly | UserMessages::Stop,
+                tr("Paths not set"));
+}
+
+void frmMain::showMessage(const QString& strMessage, int style, const QString& strTitle)
+{
+    m_context.messages.message(strMessage, style, strTitle);
+}
+
+void frmMain::processEvents()
+{
+    QApplication::processEvents();
+}
+
+void frmMain::setPanel(int index, std::string_view text)
+{
+    m_statusBar->setPanel(index, text);
+}
+
+void frmMain::endProgram()
+{
+    // The instrument's word is final: no question is asked, but the unload sequence runs as always.
+    m_ending = true;
+    QTimer::singleShot(0, this, [this] { close(); });
+}
+
+void frmMain::closeEvent(QCloseEvent* event)
+{
+    if (m_unloaded) {
+        event->accept();
+        return;
+    }
+    const QPointer<frmMain> self(this);
+    if (!closeDocumentsForExit()) {
+        event->ignore();
+        return;
+    }
+    if (!self)
+        return;
+    unload();
+    event->accept();
+}
+
+void frmMain::unload()
+{
+    m_unloaded = true;
+    m_deviceModule->DeviceSaveSettings();
+    m_context.device.Close();
+    SaveMainWindowPosition();
+    processEvents();
+    unloadDeviceWindows();
+    unloadDeviceChooser();
+    Q_EMIT unloaded();
+}
+
+void frmMain::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::NoModifier) {
+        event->accept();
+        return;
+    }
+    QMainWindow::keyPressEvent(event);
+}
+
+void frmMain::resizeEvent(QResizeEvent* event)
+{
+    QMainWindow::resizeEvent(event);
+    windowposition::bringBackLost(*this);
+}
+
+void frmMain::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (event->mimeData()->hasUrls())
+        event->acceptProposedAction();
+}
+
+void frmMain::dropEvent(QDropEvent* event)
+{
+    const QPointer<frmMain> self(this);
+    const QList<QUrl> urls = event->mimeData()->urls();
+    event->acceptProposedAction();
+    for (const QUrl& url : urls) {
+        if (url.isLocalFile())
+            OpenFromCommand(url.toLocalFile());
+        if (!self)
+            return;
+    }
+}
+
+void frmMain::OpenFromCommand(const QString& strFileName)
+{
+    if (FileKind::isPlotFile(strFileName))
+        m_documents->LoadExistingDocument(strFileName);
+}
