@@ -4,6 +4,7 @@ class ClipboardPort;
 class DocumentHost;
 class FilePicker;
 class KorvaLink;
+class PlotStorage;
 class Preferences;
 class UserMessages;
 struct InstrumentMirror;
@@ -20,4 +21,5 @@ struct DocumentContext
     DocumentHost& host;
     ClipboardPort* clipboard = nullptr; ///< null: there is no clipboard, copies go nowhere
     FilePicker* filePicker = nullptr;   ///< null: a question for a file name counts as cancelled
+    PlotStorage* storage = nullptr;     ///< null: nothing can be saved or loaded
 };

@@ -6,9 +6,9 @@
 #include <QGuiApplication>
 
 #include <cmath>
+#include <cstring>
 #include <gtest/gtest.h>
 #include <limits>
-#include <cstring>
 #include <random>
 
 namespace {
