@@ -4,7 +4,6 @@ class ClipboardPort;
 class DocumentHost;
 class FilePicker;
 class KorvaLink;
-class PlotStorage;
 class Preferences;
 class UserMessages;
 struct InstrumentMirror;
@@ -21,5 +20,4 @@ struct DocumentContext
     DocumentHost& host;
     ClipboardPort* clipboard = nullptr; ///< null: there is no clipboard, copies go nowhere
     FilePicker* filePicker = nullptr;   ///< null: a question for a file name counts as cancelled
-    PlotStorage* storage = nullptr;     ///< null: nothing can be saved or loaded
 };

@@ -3,6 +3,7 @@
 #include "controls/graph/GraphModel.h"
 #include "document/DocumentContext.h"
 #include "document/ZoomHistory.h"
+#include "values/Outcome.h"
 
 #include <QObject>
 #include <QString>
@@ -227,9 +228,9 @@ public:
     /// Writes the graph. sFileName is cut at its first "." anywhere and gets the extension of the type (reactance:
     /// none); it comes back completed. gsFileName takes it as it was given.
     bool fileSavePlot(QString& sFileName);
-    /// Replaces the graph by the file and works out the state. False, with the document as it was, for a file that is
+    /// Replaces the graph by the file and works out the state. Fails, with the document as it was, for a file that is
     /// none. Processes events.
-    bool fileLoadPlot(const QString& sFileName);
+    Outcome fileLoadPlot(const QString& sFileName);
     /// The loaded plot is of another format: the popup offers no entry that changes or exports it.
     bool isViewOnly() const { return m_viewOnly; }
     void SetFileName(const QString& sFile) { gsFileName = sFile; }

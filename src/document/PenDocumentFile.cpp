@@ -1,20 +1,19 @@
 // Saving, loading and closing.
+#include "controls/graph/GraphFile.h"
 #include "document/DocumentHost.h"
 #include "document/FilePicker.h"
 #include "document/GraphScope.h"
 #include "document/GraphTexts.h"
 #include "document/PenDocument.h"
 #include "document/PlotFileNames.h"
-#include "document/PlotStorage.h"
 #include "instrument/clsTestSettings.h"
 #include "prefs/Preferences.h"
+#include "shell/MainModule.h"
 #include "shell/ProgramState.h"
 #include "shell/UserMessages.h"
 #include "values/Conversions.h"
 
 #include <QCoreApplication>
-#include <QDir>
-#include <QFileInfo>
 #include <QPointer>
 
 using namespace graphtexts;
@@ -29,15 +28,9 @@ QString subTitleOf(const QString& versionText)
     return versionText.left(at + 1) + QLatin1Char(' ') + versionText.mid(at + mark.size());
 }
 
-/// May the file be written? True at once when no such file exists.
-bool QuestionOverwriteFile(UserMessages& messages, const QString& strFileName)
+Outcome closedMeanwhile()
 {
-    if (!QFileInfo::exists(strFileName))
-        return true;
-    const QString text =
-        PenDocument::tr("%1 exists already. Do you want to overwrite it?").arg(QDir::toNativeSeparators(strFileName));
-    return messages.message(text, UserMessages::YesNo | UserMessages::Question,
-                            PenDocument::tr("Overwrite existing?")) == UserMessages::ReplyYes;
+    return Outcome::failure(PenDocument::tr("The document was closed while its file was read."));
 }
 
 } // namespace
@@ -70,7 +63,7 @@ bool PenDocument::fileSave(bool bfAs, bool bfOverwrite)
             return false;
         if (!bfOverwrite) {
             const QString target = PlotFileNames::completed(picked, pgiTestType);
-            const bool replace = QuestionOverwriteFile(m_context.messages, target);
+            const bool replace = MainModule::QuestionOverwriteFile(target, m_context.messages);
             if (!self || !replace)
                 return false;
         }
@@ -111,34 +104,32 @@ bool PenDocument::fileSavePlot(QString& sFileName)
             shown.setSubTitle(subTitleOf(shown.TXAxisLabel()));
     }
     m_graph.PEactions(graph::Reinitialise);
-    if (m_context.storage == nullptr || !m_context.storage->PEsavetofile(m_graph, target)) {
+    if (const Outcome saved = GraphFile::PEsavetofile(m_graph, target); !saved) {
         m_graph.setMainTitle(titleBefore);
         m_graph.setTXAxisLabel(versionBefore);
         m_graph.PEactions(graph::Reinitialise);
-        m_context.messages.message(tr("Could not save the plot to %1. Nothing was lost: save it to another place or "
-                                      "make room there.")
-                                       .arg(QDir::toNativeSeparators(target)),
-                                   UserMessages::Stop, tr("Save File Error"));
+        m_context.messages.message(tr("The plot is not saved. %1").arg(saved.sentence()), UserMessages::Stop,
+                                   tr("Save File Error"));
         return false;
     }
     gbfModified = false;
     return true;
 }
 
-bool PenDocument::fileLoadPlot(const QString& sFileName)
+Outcome PenDocument::fileLoadPlot(const QString& sFileName)
 {
-    if (m_context.storage == nullptr || !m_context.storage->PEloadfromfile(m_graph, sFileName))
-        return false;
+    if (const Outcome loaded = GraphFile::PEloadfromfile(m_graph, sFileName); !loaded)
+        return loaded;
     m_zooms.RemoveStoredZooms(0);
     const QPointer<PenDocument> self(this);
     m_context.host.processEvents();
     if (!self)
-        return false;
+        return closedMeanwhile();
     graphUpdateStyle();
     m_context.host.UpdateQuickFileList(sFileName);
     InitialiseSettings(sFileName, sFileName);
     if (!self)
-        return false;
+        return closedMeanwhile();
 
     m_graph.setWorkingTable(kFormatTable);
     if (m_graph.TAColumns() != 2) {
@@ -157,7 +148,7 @@ bool PenDocument::fileLoadPlot(const QString& sFileName)
                 m_graph.setCustomMenuState(item, 0, graph::MenuGreyed);
         }
     }
-    return true;
+    return Outcome::success();
 }
 
 bool PenDocument::QueryClose()

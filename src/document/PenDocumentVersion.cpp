@@ -3,6 +3,7 @@
 #include "document/PenDocument.h"
 #include "document/VersionText.h"
 #include "instrument/InstrumentMirror.h"
+#include "shell/MainModule.h"
 #include "shell/ProgramState.h"
 #include "values/Conversions.h"
 
@@ -34,11 +35,7 @@ QString PenDocument::GetVersion() const
 
 QString PenDocument::SetVersion() const
 {
-    const QString software = QStringLiteral("%1 V%2.%3.%4")
-                                 .arg(m_context.state.gstrAppTitle)
-                                 .arg(MG_VERSION_MAJOR)
-                                 .arg(MG_VERSION_MINOR)
-                                 .arg(MG_VERSION_REVISION);
+    const QString software = QStringLiteral("%1 V%2").arg(m_context.state.gstrAppTitle, MainModule::versionText());
     return VersionText::next(m_graph.TXAxisLabel(), software, instrumentPart(m_context.device, m_context.mirror),
                              QLocale().toString(QDate::currentDate(), QLocale::ShortFormat));
 }

@@ -1,9 +1,9 @@
 #include "document/PlotFileNames.h"
 
+#include "shell/MainModule.h"
+
 #include <QCoreApplication>
 #include <QFileInfo>
-
-#include <algorithm>
 
 namespace PlotFileNames {
 
@@ -11,7 +11,6 @@ namespace {
 
 constexpr std::int16_t kAmplitude = 1;
 constexpr std::int16_t kImpedance = 2;
-constexpr QLatin1String kForbidden("\\/:*?\"<>|");
 
 QString tr(const char* text)
 {
@@ -56,11 +55,8 @@ QString completed(const QString& fileName, std::int16_t testType)
 
 QString proposed(const QString& title)
 {
-    const auto isSeparator = [](QChar c) { return c == QLatin1Char('/') || c == QLatin1Char('\\'); };
-    const auto last = std::find_if(title.rbegin(), title.rend(), isSeparator);
-    const QString name = title.right(last - title.rbegin());
-    const bool forbidden = std::any_of(name.begin(), name.end(), [](QChar c) { return kForbidden.contains(c); });
-    return forbidden || name.isEmpty() ? QStringLiteral("fileName") : name;
+    const QString name = MainModule::FileOfPath(title);
+    return name.isEmpty() || !MainModule::IsValidFileName(name) ? QStringLiteral("fileName") : name;
 }
 
 bool sameFile(const QString& one, const QString& other)

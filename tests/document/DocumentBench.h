@@ -7,7 +7,6 @@
 #include "document/FilePicker.h"
 #include "document/GraphScope.h"
 #include "document/PenDocument.h"
-#include "document/PlotStorage.h"
 #include "instrument/InstrumentMirror.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
@@ -51,35 +50,6 @@ public:
     QString title, filters, folder, name;
 };
 
-/// Keeps graphs under the names of files that it makes; a file that it did not make holds no graph.
-class MemoryStorage : public PlotStorage
-{
-public:
-    bool PEsavetofile(const GraphModel& graph, const QString& fileName) override
-    {
-        QFile file(fileName);
-        if (!file.open(QIODevice::WriteOnly))
-            return false;
-        Graph& kept = graphs[fileName];
-        kept.properties = graph.properties();
-        kept.x.assign(graph.xArray(0).data(), graph.xArray(0).data() + graph.Subsets() * graph.Points());
-        kept.y.assign(graph.yArray(0).data(), graph.yArray(0).data() + graph.Subsets() * graph.Points());
-        return true;
-    }
-    bool PEloadfromfile(GraphModel& graph, const QString& fileName) override
-    {
-        const auto kept = graphs.find(fileName);
-        return kept != graphs.end() && graph.replaceAll(kept->second.properties, kept->second.x, kept->second.y);
-    }
-
-    struct Graph
-    {
-        graph::Properties properties;
-        std::vector<float> x, y;
-    };
-    std::map<QString, Graph> graphs;
-};
-
 /// Everything around a document, with an instrument in memory.
 struct DocumentBench
 {
@@ -106,8 +76,7 @@ struct DocumentBench
     Window window;
     MemoryClipboard clipboard;
     RecordingFilePicker picker;
-    MemoryStorage storage;
-    DocumentContext context{link, mirror, state, preferences, messages, window, &clipboard, &picker, &storage};
+    DocumentContext context{link, mirror, state, preferences, messages, window, &clipboard, &picker};
 
     /// An instrument is plugged in.
     void connect()

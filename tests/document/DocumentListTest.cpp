@@ -172,7 +172,6 @@ TEST_F(DocumentListTest, ReloadOfADamagedFileKeepsTheOpenDocument)
 {
     const QString path = savedPlot("run");
     ASSERT_TRUE(list.LoadExistingDocument(path));
-    bench.storage.graphs.clear();
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
     file.write("damaged");
