@@ -14,7 +14,8 @@ struct Range
     bool operator==(const Range&) const = default;
 };
 
-/// Where an axis has its ticks, all within the range, ascending. labels belong to major, one each.
+/// Where an axis has its ticks, all within the range (to a millionth of its span), ascending. labels belong to major,
+/// one each.
 struct AxisTicks
 {
     std::vector<double> major;

@@ -247,8 +247,12 @@ void GraphModel::setCustomMenuChecked(int i, int sub, bool checked)
     if (!isIn(sub, 0, graph::kMaxSubItems - 1))
         return;
     graph::MenuItem* item = menuItem(i);
-    if (item != nullptr && checked != valueOr(item->checked, sub, false))
-        assign(item->checked[sub], checked);
+    if (item == nullptr)
+        return;
+    // An entry of its own, even when off, makes the item one that can be checked.
+    if (item->checked.try_emplace(sub, checked).second)
+        m_changed = true;
+    assign(item->checked[sub], checked);
 }
 
 QString GraphModel::MultiSubTitles(int i) const

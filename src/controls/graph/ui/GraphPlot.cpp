@@ -197,9 +197,8 @@ void GraphPlot::applyProperties()
     m_drawn = graph::drawnSubsets(properties, m_model.Subsets());
     applyAxes();
     applyTraces();
-    m_legendEntries.clear();
-    legend->clearItems();
-    arrangeLayout();
+    // Fonts, names and places may all be new.
+    m_legendEntries.reset();
 }
 
 void GraphPlot::applyAxes()
@@ -339,7 +338,7 @@ void GraphPlot::applyLegend()
     if (!properties.ShowLegend)
         entries.clear();
     std::sort(entries.begin(), entries.end());
-    if (entries == m_legendEntries && !m_stale)
+    if (entries == m_legendEntries)
         return;
     m_legendEntries = entries;
     legend->setVisible(!entries.empty());
@@ -366,7 +365,7 @@ void GraphPlot::arrangeLegend()
     if (sideways) {
         double widest = 1;
         const QFontMetrics metrics(m_style.legend);
-        for (const int subset : m_legendEntries)
+        for (const int subset : *m_legendEntries)
             widest = std::max(widest, m_style.textSize * 2 + 7.0 +
                                           metrics.horizontalAdvance(m_traces[at(subset)]->name()) + 14);
         wrap = std::max(1, static_cast<int>((viewport().width() - 40) / widest));
@@ -377,7 +376,7 @@ void GraphPlot::arrangeLegend()
     legend->clearItems();
     legend->setFillOrder(sideways ? QCPLayoutGrid::foColumnsFirst : QCPLayoutGrid::foRowsFirst);
     legend->setWrap(wrap);
-    for (const int subset : m_legendEntries)
+    for (const int subset : *m_legendEntries)
         m_traces[at(subset)]->addToLegend(legend);
     m_legendHolder->setVertical(!sideways);
 }
@@ -385,7 +384,7 @@ void GraphPlot::arrangeLegend()
 void GraphPlot::arrangeLayout()
 {
     const graph::Properties& properties = m_model.shownProperties();
-    const bool hasLegend = !m_legendEntries.empty();
+    const bool hasLegend = m_legendEntries && !m_legendEntries->empty();
     const bool inside = properties.LegendStyle == graph::LegendInsideAxis;
 
     if (legend->layout() != nullptr)
@@ -436,7 +435,7 @@ void GraphPlot::arrangeLayout()
 void GraphPlot::resizeEvent(QResizeEvent* event)
 {
     setViewport(rect());
-    if (m_shownRevision)
+    if (m_legendEntries)
         arrangeLegend();
     QCustomPlot::resizeEvent(event);
 }

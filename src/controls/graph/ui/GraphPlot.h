@@ -100,7 +100,7 @@ private:
     std::vector<TracePlottable*> m_traces; ///< by subset; null where not drawn
     std::vector<graph::Extent> m_extents;  ///< by subset
     std::vector<int> m_live;
-    std::vector<int> m_legendEntries;
+    std::optional<std::vector<int>> m_legendEntries; ///< nothing until arranged
     int m_legendWrap = 0;
     graph::ShownRanges m_ranges;
     std::optional<std::uint64_t> m_shownRevision;
