@@ -153,7 +153,9 @@ CommandSet::CommandSet(frmMain& window)
         action->setCheckable((command.flags & Command::Checkable) != 0);
         if (*command.icon)
             action->setIcon(tintedIcon(QLatin1String(command.icon)));
-        action->setShortcuts(QKeySequence::listFromString(QLatin1String(command.shortcut), QKeySequence::PortableText));
+        if (*command.shortcut)
+            action->setShortcuts(
+                QKeySequence::listFromString(QLatin1String(command.shortcut), QKeySequence::PortableText));
         QString plain = action->text();
         plain.remove(QLatin1Char('&')).remove(QLatin1String("..."));
         action->setToolTip(

@@ -1,0 +1,56 @@
+// marrowickgraph: the desktop program.
+#include "app/FirstPaintMark.h"
+#include "shell/ui/StartUp.h"
+#include "shell/ui/TintedIcon.h"
+#include "shell/ui/frmMain.h"
+
+#include <QApplication>
+
+#include <cstdio>
+
+namespace {
+
+/// Answers what needs no display; -1 when the program shall start.
+int answerWithoutWindow(int argc, char** argv)
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    const StartUpOptions options = StartUpOptions::parse(arguments);
+    if (!options.problem.isEmpty()) {
+        std::fprintf(stderr, "marrowickgraph: %s\n", qPrintable(options.problem));
+        return 2;
+    }
+    if (options.help) {
+        std::fputs(qPrintable(StartUpOptions::helpText()), stdout);
+        return 0;
+    }
+    if (options.version) {
+        std::puts("MarrowickGraph " MG_VERSION);
+        return 0;
+    }
+    return -1;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (const int status = answerWithoutWindow(argc, argv); status >= 0)
+        return status;
+
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("MarrowickGraph"));
+    QApplication::setApplicationVersion(QStringLiteral(MG_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("marrowickgraph"));
+    QApplication::setWindowIcon(programIcon());
+
+    const FirstPaintMark mark;
+    StartUp startUp;
+    startUp.run(StartUpOptions::parse(QApplication::arguments().mid(1)));
+    // The window may have been closed already, from a question at the start: then there is no loop to wait in.
+    if (!startUp.mainWindow()->isVisible())
+        return 0;
+    QObject::connect(startUp.mainWindow(), &frmMain::unloaded, &application, &QApplication::quit, Qt::QueuedConnection);
+    return QApplication::exec();
+}

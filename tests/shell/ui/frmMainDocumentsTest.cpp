@@ -1,0 +1,277 @@
+#include "document/ui/frmOptionsTestType.h"
+#include "shell/ui/FileDialogs.h"
+#include "shell/ui/MainWindowHarness.h"
+
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QTimer>
+
+namespace {
+
+class FrmMainDocumentsTest : public MainWindowHarness
+{
+protected:
+    void SetUp() override { load(); }
+
+    /// Answers the test type dialog when it opens; says whether it did.
+    void answerTypeDialog(const std::function<void(QDialog&)>& answer)
+    {
+        m_poll.setInterval(5);
+        QObject::connect(&m_poll, &QTimer::timeout, [this, answer] {
+            auto* dialog = qobject_cast<frmOptionsTestType*>(QApplication::activeModalWidget());
+            if (!dialog)
+                return;
+            m_poll.stop();
+            dialogSeen = true;
+            answer(*dialog);
+        });
+        m_poll.start();
+    }
+
+    QTimer m_poll;
+    bool dialogSeen = false;
+};
+
+TEST_F(FrmMainDocumentsTest, anInstrumentForAmplitudeOnlyGetsAnAmplitudeDocument)
+{
+    mirror.bfAmplitudeTest = true;
+    mirror.bfImpedanceTest = false;
+    trigger("mnuFileNew");
+    ASSERT_NE(main->activeDocument(), nullptr);
+    EXPECT_EQ(main->activeDocument()->pgiTestType, PenDocument::Amplitude);
+    EXPECT_TRUE(main->activeDocument()->gbfSendZoom);
+    EXPECT_EQ(main->activeDocument()->caption(), QStringLiteral("Document 1"));
+}
+
+TEST_F(FrmMainDocumentsTest, anInstrumentForImpedanceOnlyGetsAnImpedanceDocument)
+{
+    mirror.bfAmplitudeTest = false;
+    mirror.bfImpedanceTest = true;
+    trigger("mnuFileNew");
+    ASSERT_NE(main->activeDocument(), nullptr);
+    EXPECT_EQ(main->activeDocument()->pgiTestType, PenDocument::Impedance);
+}
+
+TEST_F(FrmMainDocumentsTest, anInstrumentForBothLetsTheUserChoose)
+{
+    mirror.bfAmplitudeTest = mirror.bfImpedanceTest = true;
+    answerTypeDialog([](QDialog& dialog) {
+        QTest::mouseClick(dialog.findChild<QWidget*>(QStringLiteral("optReactVsFreq")), Qt::LeftButton);
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    trigger("mnuFileNew");
+    EXPECT_TRUE(dialogSeen);
+    ASSERT_NE(main->activeDocument(), nullptr);
+    EXPECT_EQ(main->activeDocument()->pgiTestType, PenDocument::Reactance);
+}
+
+TEST_F(FrmMainDocumentsTest, escapeInTheTypeDialogCreatesNoDocument)
+{
+    mirror.bfAmplitudeTest = mirror.bfImpedanceTest = false;
+    answerTypeDialog([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+    trigger("mnuFileNew");
+    EXPECT_TRUE(dialogSeen);
+    EXPECT_EQ(main->gcolDocuments().count(), 0);
+    EXPECT_EQ(state.giNewDocType, 0);
+}
+
+TEST_F(FrmMainDocumentsTest, fileNewDuringATestAsksFirst)
+{
+    connectInstrument();
+    PenDocument* first = newDocument(PenDocument::Impedance);
+    receive(frame('D', 0, 1, 1000, 2000, 0, 0));
+    ASSERT_TRUE(state.gbfPlotting);
+    messages.replies = {UserMessages::ReplyCancel};
+    mirror.bfAmplitudeTest = false;
+    trigger("mnuFileNew");
+    ASSERT_EQ(messages.shown.size(), 1U);
+    EXPECT_EQ(messages.shown[0].title, QStringLiteral("Abort test?"));
+    EXPECT_EQ(messages.shown[0].text,
+              QStringLiteral("This action will stop the test, click Cancel to continue testing"));
+    EXPECT_EQ(main->gcolDocuments().count(), 1);
+    EXPECT_TRUE(state.gbfPlotting);
+    messages.replies = {UserMessages::ReplyOk};
+    trigger("mnuFileNew");
+    EXPECT_EQ(main->gcolDocuments().count(), 2);
+    EXPECT_NE(main->activeDocument(), first);
+    EXPECT_FALSE(state.gbfPlotting);
+}
+
+TEST_F(FrmMainDocumentsTest, withOneDocumentNextAndPreviousDoNothing)
+{
+    PenDocument* only = newDocument(PenDocument::Impedance);
+    trigger("mnuNextDocument");
+    EXPECT_EQ(main->activeDocument(), only);
+    trigger("mnuPreviousDocument");
+    EXPECT_EQ(main->activeDocument(), only);
+}
+
+TEST_F(FrmMainDocumentsTest, nextAndPreviousWrapRound)
+{
+    PenDocument* first = newDocument(PenDocument::Impedance);
+    PenDocument* second = newDocument(PenDocument::Amplitude);
+    PenDocument* third = newDocument(PenDocument::Reactance);
+    ASSERT_EQ(main->activeDocument(), third);
+    trigger("mnuNextDocument");
+    EXPECT_EQ(main->activeDocument(), first);
+    trigger("mnuNextDocument");
+    EXPECT_EQ(main->activeDocument(), second);
+    trigger("mnuPreviousDocument");
+    trigger("mnuPreviousDocument");
+    EXPECT_EQ(main->activeDocument(), third);
+    EXPECT_EQ(main->gcolDocuments().GetCurrentDocumentIndex(), 3);
+}
+
+TEST_F(FrmMainDocumentsTest, afterCloseAllTheNextDocumentTakesTheNumber1)
+{
+    newDocument(PenDocument::Impedance);
+    newDocument(PenDocument::Impedance);
+    trigger("mnuWindowCloseAll");
+    EXPECT_EQ(main->gcolDocuments().count(), 0);
+    EXPECT_EQ(main->activeDocument(), nullptr);
+    EXPECT_EQ(newDocument(PenDocument::Impedance)->caption(), QStringLiteral("Document 1"));
+}
+
+TEST_F(FrmMainDocumentsTest, closeAllStopsAtTheFirstThatRefuses)
+{
+    PenDocument* first = newDocument(PenDocument::Impedance);
+    PenDocument* second = newDocument(PenDocument::Impedance);
+    newDocument(PenDocument::Impedance);
+    second->SetModified();
+    first->SetModified();
+    messages.replies = {UserMessages::ReplyCancel};
+    trigger("mnuWindowCloseAll");
+    EXPECT_EQ(main->gcolDocuments().count(), 2);
+    EXPECT_EQ(messages.shown.size(), 1U);
+    EXPECT_FALSE(state.gbfSuppressPrompts);
+}
+
+TEST_F(FrmMainDocumentsTest, fileCloseAsksForAnUnsavedDocument)
+{
+    PenDocument* document = newDocument(PenDocument::Impedance);
+    document->SetModified();
+    messages.replies = {UserMessages::ReplyCancel};
+    trigger("mnuFileClose");
+    EXPECT_EQ(main->gcolDocuments().count(), 1);
+    messages.replies = {UserMessages::ReplyNo};
+    trigger("mnuFileClose");
+    EXPECT_EQ(main->gcolDocuments().count(), 0);
+    ASSERT_EQ(messages.shown.size(), 2U);
+    EXPECT_EQ(messages.shown[0].style & 15, UserMessages::YesNoCancel);
+}
+
+TEST_F(FrmMainDocumentsTest, theCloseBoxOfADocumentRunsFileCloseForThatDocument)
+{
+    PenDocument* first = newDocument(PenDocument::Impedance);
+    const QPointer<PenDocument> second = newDocument(PenDocument::Impedance);
+    first->SetModified();
+    messages.replies = {UserMessages::ReplyNo};
+    const QPointer<PenDocument> watched = first;
+    windowOf(first)->close();
+    settle();
+    EXPECT_FALSE(watched);
+    EXPECT_TRUE(second);
+    EXPECT_EQ(messages.shown.size(), 1U);
+    EXPECT_EQ(main->gcolDocuments().count(), 1);
+    EXPECT_EQ(main->activeDocument(), second);
+}
+
+TEST_F(FrmMainDocumentsTest, documentsOfANewerFormatAreGuardedUnderEachCommandsTitle)
+{
+    PenDocument* document = newDocument(PenDocument::Impedance);
+    document->giDocumentVersion = 2;
+    const std::pair<const char*, const char*> guarded[] = {
+        {"mnuFileSave", "File save not possible"},   {"mnuFileSaveAs", "File save not possible"},
+        {"mnuEditCut", "Copy data not possible"},    {"mnuEditCopy", "Copy data not possible"},
+        {"mnuEditPaste", "Data paste not possible"},
+    };
+    action("mnuEditPaste").setEnabled(true);
+    for (const auto& [name, title] : guarded) {
+        messages.shown.clear();
+        trigger(name);
+        ASSERT_EQ(messages.shown.size(), 1U) << name;
+        EXPECT_EQ(messages.shown[0].title, QLatin1String(title));
+        EXPECT_EQ(messages.shown[0].text, QStringLiteral("New data format. Please check for updates."));
+    }
+}
+
+TEST_F(FrmMainDocumentsTest, theQuickFileListShowsItsSeparatorOnlyWithEntries)
+{
+    EXPECT_EQ(main->findChild<QAction*>(QStringLiteral("mnuFileMRU_0")), nullptr);
+    EXPECT_EQ(main->findChild<QAction*>(QStringLiteral("mnuFileBar4")), nullptr);
+    const QString one = folder.filePath(QStringLiteral("one.gzd"));
+    const QString two = folder.filePath(QStringLiteral("two & three.gzd"));
+    main->UpdateQuickFileList(one);
+    main->UpdateQuickFileList(two);
+    settle();
+    auto* top = main->findChild<QAction*>(QStringLiteral("mnuFileMRU_0"));
+    ASSERT_NE(top, nullptr);
+    EXPECT_TRUE(top->text().contains(QStringLiteral("two && three.gzd")));
+    EXPECT_NE(main->findChild<QAction*>(QStringLiteral("mnuFileBar4")), nullptr);
+    main->UpdateQuickFileList(one.toUpper());
+    settle();
+    EXPECT_EQ(main->findChild<QAction*>(QStringLiteral("mnuFileMRU_2")), nullptr);
+}
+
+TEST_F(FrmMainDocumentsTest, aClickOnAQuickFileOpensIt)
+{
+    const QString gone = folder.filePath(QStringLiteral("gone.gzd"));
+    main->UpdateQuickFileList(gone);
+    main->findChild<QAction*>(QStringLiteral("mnuFileMRU_0"))->trigger();
+    settle();
+    ASSERT_EQ(messages.shown.size(), 1U);
+    EXPECT_EQ(messages.shown[0].text, QStringLiteral("File not found ") + gone);
+}
+
+TEST_F(FrmMainDocumentsTest, tilingDividesTheAreaWithoutGapsOrOverlap)
+{
+    QList<frmDocument*> windows;
+    for (const int type : {1, 2, 3})
+        windows.append(windowOf(newDocument(type)));
+    const QSize area = main->documentArea().viewport()->size();
+    trigger("mnuWindowTileVertical");
+    int covered = 0;
+    for (const frmDocument* window : windows) {
+        EXPECT_EQ(window->geometry().left(), covered);
+        EXPECT_EQ(window->height(), area.height());
+        covered += window->width();
+    }
+    EXPECT_EQ(covered, area.width());
+    trigger("mnuWindowTileHorizontal");
+    covered = 0;
+    for (const frmDocument* window : windows) {
+        EXPECT_EQ(window->geometry().top(), covered);
+        EXPECT_EQ(window->width(), area.width());
+        covered += window->height();
+    }
+    EXPECT_EQ(covered, area.height());
+    trigger("mnuWindowCascade");
+    EXPECT_NE(windows[0]->pos(), windows[1]->pos());
+}
+
+TEST_F(FrmMainDocumentsTest, theWindowMenuListsTheDocuments)
+{
+    PenDocument* first = newDocument(PenDocument::Impedance);
+    newDocument(PenDocument::Amplitude);
+    auto* menu = qobject_cast<QMenu*>(action("mnuWindowCloseAll").associatedObjects().constLast());
+    ASSERT_NE(menu, nullptr);
+    Q_EMIT menu->aboutToShow();
+    auto* entry = main->findChild<QAction*>(QStringLiteral("mnuWindowDocument_1"));
+    ASSERT_NE(entry, nullptr);
+    EXPECT_TRUE(entry->text().contains(first->caption()));
+    EXPECT_FALSE(entry->isChecked());
+    entry->trigger();
+    settle();
+    EXPECT_EQ(main->activeDocument(), first);
+}
+
+TEST_F(FrmMainDocumentsTest, fileFiltersKeepTheirTextsAndPatterns)
+{
+    EXPECT_EQ(FileDialogs::nameFilters(QStringLiteral(
+                  "All plot files(*.*)|*.*|Amplitude plot files(*.gad)|*.gad|Impedance plot files(*.gzd)|*.gzd")),
+              QStringList({QStringLiteral("All plot files (*)"), QStringLiteral("Amplitude plot files (*.gad)"),
+                           QStringLiteral("Impedance plot files (*.gzd)")}));
+    EXPECT_TRUE(FileDialogs::nameFilters(QString()).isEmpty());
+}
+
+} // namespace
