@@ -122,16 +122,23 @@ void frmMain::load(const std::function<void()>& takeSplashDown)
     UpdateQuickFileList({});
     if (m_context.state.gbfSplashShown) {
         m_context.device.Wait(kSplashMilliseconds);
-        show();
+        showPainted();
         takeSplashDown();
     } else {
-        show();
+        showPainted();
     }
     m_deviceModule->DeviceInitialise();
     if (m_context.preferences.value(options::kPromptDevice))
         mnuTestDevice_Click();
     else
         OpenFirstDeviceFound();
+}
+
+void frmMain::showPainted()
+{
+    // Looking for instruments takes a while on a computer with many ports: the user sees the window first.
+    show();
+    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 void frmMain::restorePosition()

@@ -147,6 +147,7 @@ protected:
 
 private:
     void buildMenus();
+    void showPainted();
     void restorePosition();
     void askForPaths();
     bool closeDocumentsForExit();
