@@ -1,0 +1,115 @@
+#include "link/ui/frmDeviceProperties.h"
+
+#include "ui_frmDeviceProperties.h"
+
+#include "controls/korvalink/KorvaLink.h"
+#include "instrument/InstrumentMirror.h"
+#include "link/FirmwareVersion.h"
+#include "link/MainWindowPort.h"
+#include "link/PlotState.h"
+#include "link/ui/LinkImages.h"
+#include "shell/ProgramState.h"
+#include "shell/UserMessages.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QEvent>
+#include <QFileInfo>
+#include <QPointer>
+#include <QProcess>
+
+frmDeviceProperties::frmDeviceProperties(const LinkContext& context, QWidget* parent)
+    : QDialog(parent)
+    , m_ui(std::make_unique<Ui::frmDeviceProperties>())
+    , m_context(context)
+    , m_programFolder(QCoreApplication::applicationDirPath())
+{
+    m_ui->setupUi(this);
+    linkimages::load(*m_ui->imgT46, QStringLiteral("t46"));
+    linkimages::load(*m_ui->imgR52, QStringLiteral("r52"));
+    linkimages::load(*m_ui->imgUnknown, QStringLiteral("unknown"));
+    connect(m_ui->cmdConsole, &QPushButton::clicked, this, &frmDeviceProperties::cmdConsole_Click);
+    connect(m_ui->cmdOK, &QPushButton::clicked, this, &frmDeviceProperties::cmdOK_Click);
+    Update();
+}
+
+frmDeviceProperties::~frmDeviceProperties() = default;
+
+void frmDeviceProperties::Update()
+{
+    const InstrumentMirror& mirror = m_context.mirror;
+    const bool connected = m_context.device.Connected();
+    const QString model = connected ? mirror.strDeviceInfo[0] : QString();
+    m_ui->imgT46->setVisible(model == QLatin1String("T46"));
+    m_ui->imgR52->setVisible(model == QLatin1String("R52"));
+    m_ui->imgUnknown->setVisible(m_ui->imgT46->isHidden() && m_ui->imgR52->isHidden());
+
+    const auto show = [connected](QLabel* field, const QString& text) {
+        field->setText(connected && !text.isEmpty() ? text : tr("Unknown"));
+    };
+    show(m_ui->lblFirmwareField, firmwareVersionText(mirror));
+    show(m_ui->lblHardwareField, mirror.strDeviceInfo[0]);
+    show(m_ui->lblIOCapablilityFleld, mirror.strDeviceInfo[1]);
+    show(m_ui->lblImpedanceRangeField, mirror.strDeviceInfo[2]);
+    show(m_ui->lblPhaseRangeField, mirror.strDeviceInfo[3]);
+    show(m_ui->lblAmplitudeRangeField, mirror.strDeviceInfo[4]);
+    show(m_ui->lblFrequencyRangeField, mirror.strDeviceInfo[5]);
+    show(m_ui->lblSerialNumberField, mirror.strDeviceSerial);
+    show(m_ui->lblModelNumberField, mirror.strDeviceModel);
+}
+
+QString frmDeviceProperties::consoleProgram() const
+{
+    for (const char* name : {"MarrowickTerm", "MarrowickTerm.exe"}) {
+        const QFileInfo program(QDir(m_programFolder).filePath(QLatin1String(name)));
+        if (program.isFile() && program.isExecutable())
+            return program.absoluteFilePath();
+    }
+    return {};
+}
+
+void frmDeviceProperties::releaseLink()
+{
+    m_context.device.Close();
+    m_context.state.gbfDeviceReady = false;
+    m_context.state.gbfScriptRunning = false;
+    // Close() raises nothing, so the main window learns of it here.
+    PlotState plotState(m_context);
+    plotState.GUISetViewing();
+}
+
+void frmDeviceProperties::cmdConsole_Click()
+{
+    const QPointer<frmDeviceProperties> self(this);
+    const QString program = consoleProgram();
+    if (program.isEmpty()) {
+        m_context.messages.message(tr("The terminal program MarrowickTerm is not installed."),
+                                   UserMessages::OkOnly | UserMessages::Information, tr("Console"));
+        return;
+    }
+    const int n = m_context.device.Connected() ? m_context.device.DeviceType() : 0;
+    releaseLink();
+    m_context.device.Wait(2);
+    m_context.port.processEvents();
+    if (!self)
+        return;
+    const QStringList arguments = {QStringLiteral("-d=%1").arg(n), QStringLiteral("-i=3"), QStringLiteral("-o=2")};
+    const bool started = QProcess::startDetached(program, arguments, m_programFolder);
+    m_ui->cmdConsole->setEnabled(false);
+    Update();
+    if (!started)
+        m_context.messages.message(tr("The terminal program %1 cannot be started.").arg(program),
+                                   UserMessages::OkOnly | UserMessages::Exclamation, tr("Console"));
+}
+
+void frmDeviceProperties::cmdOK_Click()
+{
+    accept();
+}
+
+void frmDeviceProperties::changeEvent(QEvent* event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        Update();
+}
