@@ -8,6 +8,10 @@
 namespace cli {
 namespace {
 
+// Views of the phase axis.
+constexpr std::int16_t kNoPhase = 0;
+constexpr std::int16_t kSignedPhase = 2;
+
 QString tr(const char* text)
 {
     return QCoreApplication::translate("cli", text);
@@ -23,6 +27,8 @@ Session::Session(Console& console)
     , m_deviceModule(LinkContext{m_device, m_mirror, m_state, m_preferences, m_messages, m_window})
     , m_testRun(m_deviceModule)
 {
+    for (std::size_t pen = 0; pen < m_state.glPenColour.size(); ++pen)
+        m_state.glPenColour[pen] = m_preferences.value(options::kPens[pen]);
     m_deviceModule.DeviceInitialise();
 }
 
@@ -72,6 +78,9 @@ PenDocument& Session::newDocument(std::int16_t testType)
     m_document->gstrKey = QStringLiteral("1");
     m_window.setActiveDocument(m_document.get());
     m_document->PrepareNew(testType, QStringLiteral("marrowick"));
+    m_document->graphSetDefaultView();
+    if (testType != PenDocument::Reactance)
+        m_document->graphSetPhase(m_mirror.bfPhaseOn ? kSignedPhase : kNoPhase);
     return *m_document;
 }
 

@@ -30,7 +30,8 @@ public:
 
     /// Opens the instrument of that serial number, the terminal device of that path, or the first that opens.
     Outcome open(const QString& device);
-    /// A new document of that type takes the place of the one before. The sweep settings must stand in the mirror.
+    /// A new document of that type takes the place of the one before, in the default view, with the phase when it is
+    /// measured. The sweep settings must stand in the mirror.
     PenDocument& newDocument(std::int16_t testType);
 
     KorvaLink& device() { return m_device; }

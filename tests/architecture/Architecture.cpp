@@ -68,7 +68,7 @@ public:
         for (const Target* target : std::as_const(m_targets)) {
             for (const QString& use : target->uses) {
                 const Target* used = m_targets.value(use);
-                if (!used && !use.startsWith("Qt6::"_L1) && use != "QCustomPlotQt6"_L1)
+                if (!used && !use.contains("::"_L1) && use != "QCustomPlotQt6"_L1)
                     report(u"the target %1 uses %2, which is not in the map"_s.arg(target->name, use));
                 if (used && used->kind == Kind::Program)
                     report(u"the target %1 uses the program %2"_s.arg(target->name, use));

@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QHash>
+#include <QLoggingCategory>
 #include <QTextStream>
 
 #include <algorithm>
@@ -66,6 +67,8 @@ cli::ExitCode run(const cli::CommandLine& commandLine, cli::Console& console)
 
 int main(int argc, char** argv)
 {
+    // Problems are told in sentences of our own; the libraries' remarks are for developers, who set QT_LOGGING_RULES.
+    QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
     const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("marrowick"));
     QCoreApplication::setApplicationVersion(QStringLiteral(MG_VERSION));
