@@ -9,8 +9,9 @@
 ///
 /// Text form: the eight fields in the order below, joined by "," without blanks. Numbers are ordinary decimal texts,
 /// flags "True" or "False". The form carries neither a version mark nor a field count.
-struct clsTestSettings
+class clsTestSettings
 {
+public:
     double dblUpperFrequency = 0;     ///< sweep end
     double dblLowerFrequency = 0;     ///< sweep start
     bool boolUseXAxisExtents = false; ///< the sweep was taken from the graph's extents

@@ -82,6 +82,7 @@ private:
     void readStatus(const Frame& frame, std::int32_t bfIdleOutput);
     /// The active document while it is the one under test, otherwise null.
     PenDocument* documentUnderTest() const;
+    void endOfPoints();
     void showMeasured(PenDocument& document, double frequency, int action);
 
     bool attenuation(const Frame& frame);           // A

@@ -23,6 +23,8 @@ namespace {
 
 /// "No phase" in the level frames.
 constexpr double kNoPhase = -65536;
+/// Past this number an amplitude document refuses a point.
+constexpr std::int32_t kLastAmplitudePoint = 1024;
 
 bool flag(double number)
 {
@@ -197,7 +199,10 @@ bool DeviceModule::impedancePoint(const Frame& frame)
     PenDocument* document = documentUnderTest();
     if (document == nullptr)
         return true;
+    const bool accepted = document->pgiTestType != PenDocument::Amplitude;
     document->AddImpedancePoint(frequency, impedance, frame.number(3), frame.number(4), point);
+    if (!accepted)
+        endOfPoints();
     if (marker == 0)
         return true;
     // A refused point shows a message, and any document may be gone behind it.
@@ -223,7 +228,10 @@ bool DeviceModule::amplitudePoint(const Frame& frame)
     PenDocument* document = documentUnderTest();
     if (document == nullptr)
         return true;
+    const bool accepted = document->pgiTestType == PenDocument::Amplitude && point <= kLastAmplitudePoint;
     document->AddAmplitudePoint(frequency, frame.number(2), frame.number(3), frame.number(4), point);
+    if (!accepted)
+        endOfPoints();
     if (marker == 0)
         return true;
     document = documentUnderTest();
@@ -232,10 +240,17 @@ bool DeviceModule::amplitudePoint(const Frame& frame)
     return true;
 }
 
+void DeviceModule::endOfPoints()
+{
+    // The user was told once and the test is being stopped; the points that are still on their way go nowhere instead
+    // of raising the same message hundreds of times.
+    m_context.state.gstrPlotKey.clear();
+}
+
 void DeviceModule::showMeasured(PenDocument& document, double frequency, int action)
 {
-    m_panels.showProgress(m_context.mirror.iCurrentPoint + 1, m_context.mirror.iPointsInTest);
     document.peGraph().setVertLineAnnotation(0, frequency);
+    m_panels.showProgress(m_context.mirror.iCurrentPoint + 1, m_context.mirror.iPointsInTest);
     document.peGraph().PEactions(action);
 }
 

@@ -224,6 +224,38 @@ TEST_F(DeviceDispatch, PointsGoOnlyToTheDocumentOnWhichTheTestWasStarted)
     }
 }
 
+TEST_F(DeviceDispatch, RefusedPointsAreToldOncePerTest)
+{
+    struct Case
+    {
+        std::int16_t type;
+        QByteArray point;
+        const char* message;
+    };
+    const Case cases[] = {
+        {PenDocument::Amplitude, numbers('F', '1', 40000, 50, 30, 1, 3), "Wrong type of data for graph"},
+        {PenDocument::Impedance, numbers('H', '1', 40000, 50, 30, 1, 3), "Wrong type of data for graph"},
+        {PenDocument::Reactance, numbers('H', '1', 40000, 50, 30, 1, 3), "Wrong type of data for graph"},
+        {PenDocument::Amplitude, numbers('H', '1', 40000, 50, 30, 1, 1025), "Too many points!"},
+    };
+    for (const Case& refused : cases) {
+        const auto document = makeDocument(refused.type);
+        activate(document);
+        for (int test = 0; test < 2; ++test) {
+            messages.shown.clear();
+            startPlotting();
+            written();
+            send(refused.point.repeated(1000));
+            ASSERT_EQ(messages.shown.size(), 1U);
+            EXPECT_EQ(messages.shown[0].title, QStringLiteral("Add Point Error"));
+            EXPECT_EQ(messages.shown[0].text, QLatin1String(refused.message));
+            EXPECT_EQ(written(), QStringList{QStringLiteral("y")});
+            EXPECT_TRUE(device.DataEventEnabled());
+            EXPECT_EQ(document->peGraph().XData(0, 3), 0.0F);
+        }
+    }
+}
+
 TEST_F(DeviceDispatch, IdleLevelGReachesTheLiveDialogOnly)
 {
     send(numbers('G', '0', 0, -12.5, 45, -1));

@@ -2,7 +2,10 @@
 
 #include "support/FrameText.h"
 
+#include <cstdlib>
+#include <limits>
 #include <gtest/gtest.h>
+#include <random>
 
 namespace {
 
@@ -105,6 +108,38 @@ TEST(Frame, NumbersAreReadTolerantly)
     EXPECT_EQ(withN1("-65536").number(1), -65536);
     EXPECT_EQ(withN1("1.25E+06").number(1), 1.25e6);
     EXPECT_EQ(withN1("  .5  9").number(1), 0.5);
+    EXPECT_EQ(withN1("1e35555555555").number(1), std::numeric_limits<double>::infinity());
+    EXPECT_EQ(withN1("1e-3555555555").number(1), 0);
+}
+
+TEST(Frame, PlainDecimalsOfEveryShapeReadAsTheNearestDouble)
+{
+    std::mt19937_64 random(46);
+    const auto digits = [&random](int count) {
+        QByteArray text;
+        for (int i = 0; i < count; ++i)
+            text += static_cast<char>('0' + random() % 10);
+        return text;
+    };
+    for (int i = 0; i < 200000; ++i) {
+        const int whole = static_cast<int>(random() % 13);
+        const int fraction = static_cast<int>(random() % static_cast<std::uint64_t>(13 - whole));
+        QByteArray text = digits(whole);
+        if (random() % 4 != 0)
+            text += '.' + digits(fraction);
+        if (random() % 3 == 0)
+            text.prepend('-');
+        text.truncate(13);
+        text = random() % 2 == 0 ? text.rightJustified(13, ' ') : text.leftJustified(13, ' ');
+        const double expected = std::strtod(text.constData(), nullptr);
+        ASSERT_EQ(withN1(text).number(1), expected) << '"' << text.toStdString() << '"';
+    }
+    EXPECT_EQ(withN1("0.00000000001").number(1), 1e-11);
+    EXPECT_EQ(withN1("9999999999999").number(1), 9999999999999.0);
+    EXPECT_EQ(withN1("-").number(1), 0);
+    EXPECT_EQ(withN1(".").number(1), 0);
+    EXPECT_EQ(withN1("5.").number(1), 5);
+    EXPECT_EQ(withN1("+5").number(1), 5);
 }
 
 TEST(Frame, TextLosesItsBlanksAtBothEnds)

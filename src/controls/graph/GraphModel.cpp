@@ -27,6 +27,18 @@ bool isIn(const List& list, int i)
     return i >= 0 && at(i) < static_cast<std::size_t>(list.size());
 }
 
+/// Member by member: the cursor's position was written a moment ago, and a copy of the whole line would read it wider
+/// than it was written, which stalls until all writes before it, measured points among them, have reached the cache.
+void copyLines(const std::vector<graph::VerticalLine>& from, std::vector<graph::VerticalLine>& to)
+{
+    to.resize(from.size());
+    for (std::size_t i = 0; i < from.size(); ++i) {
+        to[i].position = from[i].position;
+        to[i].type = from[i].type;
+        to[i].color = from[i].color;
+    }
+}
+
 } // namespace
 
 GraphModel::GraphModel(int subsets, int points, QObject* parent)
@@ -349,7 +361,7 @@ void GraphModel::show()
         ++m_shownRevision;
         ++m_shownLinesRevision;
     } else if (m_linesChanged) {
-        m_shown.verticalLines = m_properties.verticalLines;
+        copyLines(m_properties.verticalLines, m_shown.verticalLines);
         ++m_shownLinesRevision;
     }
     m_changed = false;

@@ -1,0 +1,159 @@
+// Bytes from an instrument, through link, reader and dispatch into documents. Everything lives as long as the process
+// and no event loop runs, so that an execution costs little more than its frames.
+#include "controls/korvalink/DeviceList.h"
+#include "controls/korvalink/KorvaLink.h"
+#include "controls/korvalink/MemoryTransport.h"
+#include "document/PenDocument.h"
+#include "instrument/InstrumentMirror.h"
+#include "link/DeviceModule.h"
+#include "prefs/Preferences.h"
+#include "prefs/SettingsStore.h"
+#include "shell/ProgramState.h"
+#include "shell/UserMessages.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+namespace {
+
+class Window : public MainWindowPort
+{
+public:
+    PenDocument* active = nullptr;
+
+    PenDocument* activeDocument() const override { return active; }
+    void updateToolBars(PenDocument&) override {}
+    void defaultToolBars() override {}
+    void penShowCurrent(int) override {}
+    bool QuestionTestCancel() override { return false; }
+    void UpdateQuickFileList(const QString&) override {}
+    void removeDocument(const QString&) override {}
+    void processEvents() override {}
+    void setPanel(int index, std::string_view text) override
+    {
+        if (index < 1 || index > 12 || text.size() > 200)
+            std::abort();
+    }
+    void setPenBarEnabled(bool) override {}
+    void SetRepeatStatus(bool) override {}
+    void penSetActive(int iPenNumber) override
+    {
+        if (iPenNumber < 1 || iPenNumber > PenDocument::kPens)
+            std::abort();
+        if (active != nullptr)
+            active->setCurrentPen(iPenNumber - 1);
+    }
+    void fileNew() override {}
+    void mnuTestDevice_Click() override {}
+    void mnuWindowCloseAll_Click() override { active = nullptr; }
+    void endProgram() override {}
+    void showSettings() override {}
+    void unloadDeviceChooser() override {}
+    void unloadDeviceWindows() override {}
+    void showLoopView() override {}
+    void refreshLoopView() override {}
+    void closeLoopView() override {}
+    bool firmwareWizardReadsVersion() const override { return false; }
+    void showWizardVersion(const QString&) override {}
+};
+
+class Messages : public UserMessages
+{
+public:
+    int message(const QString&, int, const QString&) override { return ReplyOk; }
+    int systemBox(const QString&, int, const QString&) override { return ReplyOk; }
+};
+
+struct Program
+{
+    // No file can be there: reading a setting finds nothing and costs little.
+    SettingsStore store{QStringLiteral("/dev/null/none")};
+    ProgramState state;
+    Preferences preferences{store, state.gstrAppTitle};
+    InstrumentMirror mirror;
+    Messages messages;
+    Window window;
+    DeviceList devices{std::vector<std::unique_ptr<DeviceSource>>{}};
+    KorvaLink device{devices};
+    DeviceModule module{LinkContext{device, mirror, state, preferences, messages, window}};
+    std::array<std::unique_ptr<PenDocument>, 3> documents;
+    std::shared_ptr<MemoryPeer> peer;
+
+    Program()
+    {
+        const std::int16_t types[] = {PenDocument::Amplitude, PenDocument::Impedance, PenDocument::Reactance};
+        for (std::size_t i = 0; i < documents.size(); ++i) {
+            documents[i] =
+                std::make_unique<PenDocument>(DocumentContext{device, mirror, state, preferences, messages, window});
+            documents[i]->gstrKey = QStringLiteral("Doc%1").arg(i + 1);
+            documents[i]->PrepareNew(types[i], documents[i]->gstrKey);
+        }
+        auto [transport, other] = MemoryTransport::makePair();
+        peer = other;
+        if (!device.OpenTransport(std::move(transport)))
+            std::abort();
+    }
+};
+
+Program& program()
+{
+    static int argc = 1;
+    static char name[] = "frames";
+    static char* argv[] = {name, nullptr};
+    static QCoreApplication application(argc, argv);
+    static Program instance;
+    return instance;
+}
+
+constexpr std::size_t kLongestInput = 5 * Frame::kLength;
+
+} // namespace
+
+/// The first byte chooses the active document and whether a test runs on it, and whether the rest is sent as it is or
+/// cut into frames whose colon and carriage return are in their place.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    if (size < 2 || size > kLongestInput)
+        return -1;
+    Program& p = program();
+    const std::uint8_t choice = data[0];
+    const char* bytes = reinterpret_cast<const char*>(data) + 1;
+    --size;
+
+    p.window.active = (choice & 3) < p.documents.size() ? p.documents[choice & 3].get() : nullptr;
+    p.state.gbfPlotting = p.window.active != nullptr && (choice & 4) != 0;
+    p.state.gstrPlotKey = p.state.gbfPlotting ? p.window.active->gstrKey : QString();
+    p.state.gbfScriptRunning = false;
+    p.state.gbfSweepActive = false;
+    p.state.gbfDeviceReady = (choice & 8) != 0;
+
+    if ((choice & 16) != 0) {
+        std::array<char, Frame::kLength> frame{};
+        while (size > 0) {
+            const std::size_t taken = std::min(size, Frame::kLength - 2);
+            frame.fill(' ');
+            std::memcpy(frame.data(), bytes, taken);
+            frame[1] = ':';
+            frame[Frame::kReturnColumn - 1] = '\r';
+            p.peer->send(QByteArrayView(frame.data(), qsizetype{Frame::kLength}));
+            bytes += taken;
+            size -= taken;
+        }
+    } else {
+        p.peer->send(QByteArrayView(bytes, static_cast<qsizetype>(size)));
+    }
+    p.module.DeviceReadInput();
+
+    if (!p.device.Connected() || !p.device.DataEventEnabled())
+        std::abort();
+    if (p.state.gbfPlotting && p.state.gstrPlotKey.isEmpty())
+        std::abort();
+    p.peer->takeWritten();
+    return 0;
+}
