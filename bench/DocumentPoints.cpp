@@ -1,0 +1,101 @@
+// One measured point into the four subsets of a pen, beside the eight plain stores that it cannot do without. Limit:
+// 100 ns.
+#include "controls/korvalink/DeviceList.h"
+#include "controls/korvalink/KorvaLink.h"
+#include "document/DocumentHost.h"
+#include "document/PenDocument.h"
+#include "instrument/InstrumentMirror.h"
+#include "prefs/Preferences.h"
+#include "prefs/SettingsStore.h"
+#include "shell/ProgramState.h"
+#include "shell/UserMessages.h"
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+#include <memory>
+#include <vector>
+
+namespace {
+
+class Silent : public DocumentHost, public UserMessages
+{
+public:
+    PenDocument* activeDocument() const override { return nullptr; }
+    void updateToolBars(PenDocument&) override {}
+    void defaultToolBars() override {}
+    void penShowCurrent(int) override {}
+    bool QuestionTestCancel() override { return false; }
+    void UpdateQuickFileList(const QString&) override {}
+    void removeDocument(const QString&) override {}
+    void processEvents() override {}
+    int message(const QString&, int, const QString&) override { return ReplyOk; }
+    int systemBox(const QString&, int, const QString&) override { return ReplyOk; }
+};
+
+struct World
+{
+    explicit World(std::int16_t type) { document.PrepareNew(type, QStringLiteral("bench")); }
+
+    QTemporaryDir folder;
+    SettingsStore store{folder.path()};
+    DeviceList devices{std::vector<std::unique_ptr<DeviceSource>>()};
+    KorvaLink link{devices};
+    InstrumentMirror mirror;
+    ProgramState state;
+    Preferences preferences{store, QStringLiteral("MarrowickGraph")};
+    Silent silent;
+    PenDocument document{DocumentContext{link, mirror, state, preferences, silent, silent}};
+};
+
+void impedancePoint(benchmark::State& state)
+{
+    World world(PenDocument::Impedance);
+    std::int32_t point = 0;
+    for (auto _ : state) {
+        world.document.AddImpedancePoint(1000.0 + point, 50.0 + point, 12.5, -1.0, point);
+        point = (point + 1) & 1023;
+    }
+}
+
+void impedancePointIntoReactanceDocument(benchmark::State& state)
+{
+    World world(PenDocument::Reactance);
+    std::int32_t point = 0;
+    for (auto _ : state) {
+        world.document.AddImpedancePoint(1000.0 + point, 50.0 + point, 12.5, -1.0, point);
+        point = (point + 1) & 1023;
+    }
+}
+
+void plainStores(benchmark::State& state)
+{
+    std::vector<float> x(40 * 1024), y(40 * 1024);
+    std::size_t point = 0;
+    for (auto _ : state) {
+        const double frequency = 1000.0 + static_cast<double>(point), impedance = 50.0 + static_cast<double>(point);
+        for (std::size_t subset = 0; subset < 40; subset += 10)
+            x[subset * 1024 + point] = static_cast<float>(frequency);
+        y[point] = static_cast<float>(impedance);
+        y[10 * 1024 + point] = static_cast<float>(1.0 / impedance);
+        y[20 * 1024 + point] = -12.5F;
+        y[30 * 1024 + point] = -12.5F;
+        benchmark::ClobberMemory();
+        point = (point + 1) & 1023;
+    }
+}
+
+BENCHMARK(plainStores);
+BENCHMARK(impedancePoint);
+BENCHMARK(impedancePointIntoReactanceDocument);
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const QCoreApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
