@@ -17,6 +17,7 @@
 #include <QFileInfo>
 #include <QPointer>
 #include <QProcess>
+#include <QSvgWidget>
 
 frmDeviceProperties::frmDeviceProperties(const LinkContext& context, QWidget* parent)
     : QDialog(parent)
@@ -40,21 +41,30 @@ void frmDeviceProperties::Update()
     const InstrumentMirror& mirror = m_context.mirror;
     const bool connected = m_context.device.Connected();
     const QString model = connected ? mirror.strDeviceInfo[0] : QString();
-    m_ui->imgT46->setVisible(model == QLatin1String("T46"));
-    m_ui->imgR52->setVisible(model == QLatin1String("R52"));
-    m_ui->imgUnknown->setVisible(m_ui->imgT46->isHidden() && m_ui->imgR52->isHidden());
+    QSvgWidget* const image = model == QLatin1String("T46")   ? m_ui->imgT46
+                              : model == QLatin1String("R52") ? m_ui->imgR52
+                                                              : m_ui->imgUnknown;
+    // First the old picture goes: with two of them shown, be it for a moment, the window would grow.
+    for (QSvgWidget* other : {m_ui->imgT46, m_ui->imgR52, m_ui->imgUnknown})
+        other->setVisible(other == image && !other->isHidden());
+    image->setVisible(true);
 
     const auto show = [connected](QLabel* field, const QString& text) {
         field->setText(connected && !text.isEmpty() ? text : tr("Unknown"));
     };
-    show(m_ui->lblFirmwareField, firmwareVersionText(mirror));
+    // Before the instrument has told its version and serial number the mirror holds the values of a program without
+    // one.
+    const bool versionKnown =
+        mirror.dblFirmwareMajor != 0 || mirror.dblFirmwareMinor != 0 || mirror.dblFirmwareBuild != 0;
+    const bool serialKnown = mirror.strDeviceSerial != InstrumentMirror().strDeviceSerial;
+    show(m_ui->lblFirmwareField, versionKnown ? firmwareVersionText(mirror) : QString());
     show(m_ui->lblHardwareField, mirror.strDeviceInfo[0]);
     show(m_ui->lblIOCapablilityFleld, mirror.strDeviceInfo[1]);
     show(m_ui->lblImpedanceRangeField, mirror.strDeviceInfo[2]);
     show(m_ui->lblPhaseRangeField, mirror.strDeviceInfo[3]);
     show(m_ui->lblAmplitudeRangeField, mirror.strDeviceInfo[4]);
     show(m_ui->lblFrequencyRangeField, mirror.strDeviceInfo[5]);
-    show(m_ui->lblSerialNumberField, mirror.strDeviceSerial);
+    show(m_ui->lblSerialNumberField, serialKnown ? mirror.strDeviceSerial : QString());
     show(m_ui->lblModelNumberField, mirror.strDeviceModel);
 }
 

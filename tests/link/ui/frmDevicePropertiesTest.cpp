@@ -69,6 +69,28 @@ TEST_F(frmDevicePropertiesTest, ShowsUnknownInEachFieldWithoutAnInstrument)
     EXPECT_EQ(image(), "imgUnknown");
 }
 
+TEST_F(frmDevicePropertiesTest, ShowsUnknownForWhatTheInstrumentHasNotToldYet)
+{
+    connectDevice();
+    show();
+    for (const char* name : kFields)
+        EXPECT_EQ(field(name), "Unknown") << name;
+}
+
+TEST_F(frmDevicePropertiesTest, ChangingThePictureDoesNotChangeTheWindowsHeight)
+{
+    connectDevice();
+    show();
+    settle();
+    const int height = form->height();
+    for (const char* model : {"T46", "R52", "other", "T46"}) {
+        tell('0', model);
+        form->Update();
+        settle();
+        EXPECT_EQ(form->height(), height) << model;
+    }
+}
+
 TEST_F(frmDevicePropertiesTest, ShowsWhatTheInstrumentTold)
 {
     connectDevice();
