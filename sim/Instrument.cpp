@@ -279,7 +279,7 @@ void Instrument::endRun(bool completed)
         m_state.pointsInTest = m_state.settings.points;
         send(status::points(m_state));
     }
-    m_levelDue = m_now;
+    scheduleIdleLevel();
     if (m_scriptRunning)
         m_runEndedNews = completed;
 }
@@ -312,7 +312,13 @@ void Instrument::sendIdleLevel()
     send(levelFrame('G', frequency, m_measurement.amplitude(frequency, m_state, kLevelRun, m_levelNumber),
                     settings.phase, kNoLevelPhase));
     ++m_levelNumber;
-    m_levelDue = m_now + secondsToDuration(1.0 / m_setup.idleLevelsPerSecond);
+    scheduleIdleLevel();
+}
+
+void Instrument::scheduleIdleLevel()
+{
+    if (m_setup.idleLevelsPerSecond > 0)
+        m_levelDue = m_now + secondsToDuration(1.0 / m_setup.idleLevelsPerSecond);
 }
 
 // Scripts

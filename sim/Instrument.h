@@ -125,6 +125,7 @@ private:
     void beginSpot(TestKind kind, const std::string& argument);
     void sendSpotLevel();
     void sendIdleLevel();
+    void scheduleIdleLevel();
     void stopScript();
     void takeScriptBytes(const std::string& bytes);
     void giveUpTransfer();

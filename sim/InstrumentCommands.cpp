@@ -248,7 +248,7 @@ void Instrument::stopCommand(const std::string&)
     if (m_scriptRunning)
         stopScript();
     m_spot.reset();
-    m_levelDue = m_now;
+    scheduleIdleLevel();
     // Answered even when nothing runs: a host that lost the first answer must be able to ask again.
     if (m_run)
         endRun(false);
@@ -265,7 +265,7 @@ void Instrument::enquire(const std::string& argument)
         send(status::notice(true, "Version number mismatch. The firmware may need upgrading."));
     send(status::complete(m_state));
     m_hostKnown = true;
-    m_levelDue = m_now;
+    scheduleIdleLevel();
 }
 
 void Instrument::loadScript(const std::string& argument)

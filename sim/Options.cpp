@@ -242,14 +242,13 @@ ValueOr<Options> Options::parse(const QStringList& arguments)
 
 QString Options::helpText()
 {
-    QString text =
-        tr("Usage: marrowick-sim [options]\n"
-           "\n"
-           "A simulated impedance, amplitude and phase analyser on a pseudo-terminal. It appears in the host's list\n"
-           "of devices under its serial number, measures a model of a real part, and can be told to misbehave.\n"
-           "It runs until Ctrl+C.\n"
-           "\n"
-           "Options:\n");
+    QString text = tr("Usage: marrowick-sim [options]\n"
+                      "\n"
+                      "A simulated impedance, amplitude and phase analyser on a pseudo-terminal. It\n"
+                      "appears in the host's list of devices under its serial number, measures a\n"
+                      "model of a real part, and can be told to misbehave. It runs until Ctrl+C.\n"
+                      "\n"
+                      "Options:\n");
     constexpr int kColumn = 24;
     constexpr int kWidth = 78;
     const auto entry = [&text](const QString& head, const QString& explanation) {
