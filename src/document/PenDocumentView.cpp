@@ -12,6 +12,7 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <cmath>
 
 using namespace graphtexts;
 
@@ -278,6 +279,9 @@ void PenDocument::UpdateTestExtents(double lMinFreq, double lMaxFreq)
     m_gdblTestMaxFreq = lMaxFreq;
     KorvaLink& device = m_context.device;
     if (!device.Connected() || !gbfSendZoom || !m_context.mirror.bfGraphExtents)
+        return;
+    // The exponents of a zoom can lie beyond any frequency: that is nothing to command.
+    if (!std::isfinite(lMinFreq) || !std::isfinite(lMaxFreq))
         return;
     device.Write(QStringLiteral("startfreq %1\r").arg(values::plainDecimalText(lMinFreq)));
     device.Write(QStringLiteral("endfreq %1\r").arg(values::plainDecimalText(lMaxFreq)));

@@ -1,9 +1,13 @@
 #include "document/DocumentBench.h"
+#include "instrument/clsTestSettings.h"
 
 #include <QDir>
 #include <QFileInfo>
 
+#include <bit>
 #include <gtest/gtest.h>
+#include <random>
+#include <span>
 
 namespace {
 
@@ -206,6 +210,78 @@ TEST_F(PenDocumentFile, SavedDocumentComesBackWithAllItsState)
         for (int point = 0; point < 1024; ++point)
             ASSERT_EQ(loaded.peGraph().YData(subset, point), document->peGraph().YData(subset, point));
     }
+}
+
+TEST_F(PenDocumentFile, EveryFeatureOfADocumentSurvivesSaveAndLoadBitForBit)
+{
+    const auto document = filled(PenDocument::Amplitude);
+    GraphModel& graph = document->peGraph();
+    std::mt19937 random(11);
+    for (int subset = 0; subset < 40; ++subset) {
+        for (int point = 0; point < 1024; ++point) {
+            // Any bits: infinities, not-a-number, denormals and the null value among them.
+            graph.setPoint(subset, point, std::bit_cast<float>(static_cast<std::uint32_t>(random())),
+                           std::bit_cast<float>(static_cast<std::uint32_t>(random())));
+        }
+        graph.setSubsetLabels(subset, QString("name %1 \u00b5\u03a9\n|").arg(subset));
+        graph.setSubsetLineTypes(subset, subset % 5);
+    }
+    for (int pen = 0; pen < 10; ++pen) {
+        document->SetPenColour(pen, 0x010203U * static_cast<std::uint32_t>(pen));
+        document->UpdatePenLock(pen, pen % 3 == 0);
+        document->UpdatePenHide(pen, pen % 4 == 1);
+    }
+    document->graphSetAlternateView(true);
+    document->graphSetPhase(1);
+    document->graphSetFrequecyLinear(true);
+    document->graphSetAmpScale(7, -33);
+    document->setMarkDataPoints(true);
+    setMasks(*document, true);
+    graph.setMainTitle("All of it");
+    graph.setSubTitle("info");
+    graph.setGraphAnnotationText(100, "Test Settings");
+    graph.setGraphAnnotationText(0, "5000,1000,False,True,77,0,0,0");
+    graph.setLegendLocation(graph::LegendTop);
+    graph.setViewingStyle(graph::StyleMonochromeSymbols);
+    graph::ZoomLimits zoom;
+    zoom.ZoomMinX = 1234.5;
+    zoom.ZoomMaxX = 4321.75;
+    zoom.ZoomMinY = -3;
+    zoom.ZoomMaxY = 3;
+    zoom.ZoomMinRY = -90;
+    zoom.ZoomMaxRY = 90;
+    graph.userZoom(zoom);
+    QString name = bench.path("full");
+    bench.picker.answer = name;
+    ASSERT_TRUE(document->fileSave(true, false));
+
+    PenDocument loaded(bench.context);
+    ASSERT_TRUE(loaded.fileLoadPlot(bench.path("full.gad")));
+    for (int subset = 0; subset < 40; ++subset) {
+        const auto bytes = [](std::span<const float> values) {
+            return QByteArray(reinterpret_cast<const char*>(values.data()),
+                              static_cast<qsizetype>(values.size_bytes()));
+        };
+        ASSERT_EQ(bytes(loaded.peGraph().xArray(subset)), bytes(graph.xArray(subset)));
+        ASSERT_EQ(bytes(loaded.peGraph().yArray(subset)), bytes(graph.yArray(subset)));
+    }
+    // The popup is built anew: it belongs to the program, not to the plot.
+    graph::Properties before = graph.properties(), after = loaded.peGraph().properties();
+    before.CustomMenu.clear();
+    after.CustomMenu.clear();
+    EXPECT_EQ(before, after);
+    for (int pen = 0; pen < 10; ++pen) {
+        EXPECT_EQ(loaded.GetPenLock(pen), document->GetPenLock(pen));
+        EXPECT_EQ(loaded.GetPenDisplay(pen), document->GetPenDisplay(pen));
+    }
+    EXPECT_TRUE(loaded.gbfAltSubset);
+    EXPECT_TRUE(loaded.graphGetFrequncyView());
+    EXPECT_EQ(loaded.graphGetPhaseView(), 1);
+    EXPECT_FALSE(loaded.gbfZoomExtents);
+    EXPECT_EQ(loaded.gdblTestMinFreq(), 1234.5);
+    EXPECT_EQ(loaded.gdblTestMaxFreq(), 4321.75);
+    EXPECT_EQ(loaded.gclsTestSettings().lPoints, 77);
+    EXPECT_TRUE(loaded.gclsTestSettings().boolInvertSweep);
 }
 
 TEST_F(PenDocumentFile, FileWithoutAVersionCellIsGivenVersionOneInMemory)

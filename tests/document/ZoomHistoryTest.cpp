@@ -277,6 +277,14 @@ TEST_F(PenDocumentZoom, PowersOfTenComeOutWithoutNoise)
     EXPECT_EQ(bench.written(), "startfreq 40123\rendfreq 2000000\rlinear 0\r");
 }
 
+TEST_F(PenDocumentZoom, AnExtentBeyondAllFrequenciesIsNotSent)
+{
+    graph().userZoom(limits(3, 400));
+    EXPECT_TRUE(bench.written().isEmpty());
+    graph().userZoom(limits(3, 4));
+    EXPECT_EQ(bench.written(), "startfreq 1000\rendfreq 10000\rlinear 0\r");
+}
+
 TEST_F(PenDocumentZoom, ExtentStaysLocalDuringAMultiPenRun)
 {
     bench.state.gbfSweepActive = true;
