@@ -6,6 +6,7 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QTimer>
 
 #include <cstdlib>
@@ -40,6 +41,14 @@ QByteArray unescaped(const QByteArray& text)
         }
     }
     return bytes;
+}
+
+/// The longest decimal number that the text begins with behind its blanks; 0 without one.
+double leadingNumber(const QByteArray& text)
+{
+    static const QRegularExpression pattern(
+        QStringLiteral("^[ \\t]*([+-]?(?:[0-9]+\\.?[0-9]*|\\.[0-9]+)(?:[eE][+-]?[0-9]+)?)"));
+    return std::strtod(pattern.match(QString::fromLatin1(text)).captured(1).toLatin1().constData(), nullptr);
 }
 
 } // namespace
@@ -95,6 +104,11 @@ Simulator::~Simulator()
         ADD_FAILURE() << "the simulated instrument did not end well: " << errors().toStdString();
 }
 
+QString Simulator::devicePath() const
+{
+    return qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/marrowick/devices/") + m_serial;
+}
+
 bool Simulator::end()
 {
     m_process.terminate();
@@ -128,11 +142,12 @@ std::vector<LoggedFrame> pointsOfLastTest(const QString& linkLog)
             points.clear();
         if (frame[0] != 'F' && frame[0] != 'H')
             continue;
-        const auto number = [&frame](int column, int width) {
-            return std::strtod(frame.mid(column - 1, width).constData(), nullptr);
-        };
-        points.push_back({frame[0], static_cast<int>(number(3, 1)), number(5, 13), number(19, 13), number(33, 13),
-                          number(47, 13), static_cast<int>(number(61, 5))});
+        const auto number = [&frame](int column, int width) { return leadingNumber(frame.mid(column - 1, width)); };
+        bool flagIsNumber = false, pointIsNumber = false;
+        const int flag = frame.mid(2, 1).toInt(&flagIsNumber), point = frame.mid(60, 5).trimmed().toInt(&pointIsNumber);
+        if (!flagIsNumber || !pointIsNumber)
+            continue;
+        points.push_back({frame[0], flag, number(5, 13), number(19, 13), number(33, 13), number(47, 13), point});
     }
     return points;
 }
@@ -142,13 +157,13 @@ void EndToEndTest::TearDown()
     if (!HasFailure())
         return;
     const auto* const info = ::testing::UnitTest::GetInstance()->current_test_info();
-    const QString kept =
-        QStringLiteral(MG_BINARY_DIR "/e2e-failures/%1.%2")
-            .arg(QLatin1String(info->test_suite_name()), QLatin1String(info->name()).replace(u'/', u'_'));
+    const QString name =
+        QStringLiteral("%1.%2").arg(QLatin1String(info->test_suite_name()), QLatin1String(info->name()));
+    const QString kept = QStringLiteral(MG_BINARY_DIR "/e2e-failures/") + QString(name).replace(u'/', u'-');
     QDir(kept).removeRecursively();
     QDir().mkpath(kept);
-    for (const QString& name : QDir(m_folder.path()).entryList(QDir::Files))
-        QFile::copy(path(name), kept + u'/' + name);
+    for (const QString& file : QDir(m_folder.path()).entryList(QDir::Files))
+        QFile::copy(path(file), kept + u'/' + file);
     RecordProperty("kept", kept.toStdString());
     std::fprintf(stderr, "what the test wrote is kept in %s\n", qPrintable(kept));
 }

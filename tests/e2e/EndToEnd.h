@@ -43,6 +43,8 @@ public:
     /// True once it is listed as a device.
     bool started() const { return m_started; }
     const QString& serial() const { return m_serial; }
+    /// The link in the runtime folder by which it is found.
+    QString devicePath() const;
     /// Ends it as its user would, and tells whether it ended well.
     bool end();
     QByteArray errors();
@@ -63,7 +65,8 @@ struct LoggedFrame
     int point = 0;
 };
 
-/// The point frames ("F" and "H") of the last test in a link log: those behind its last "D".
+/// The point frames ("F" and "H") of the last test in a link log: those behind its last "D". Frames that a reader must
+/// refuse, for a wrong length or for a flag or point number that is none, are left out.
 std::vector<LoggedFrame> pointsOfLastTest(const QString& linkLog);
 
 /// A folder for what a test writes. When the test fails it is kept in the build folder under the test's name.

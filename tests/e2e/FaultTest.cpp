@@ -4,6 +4,7 @@
 #include "cli/Session.h"
 #include "e2e/EndToEnd.h"
 
+#include <QElapsedTimer>
 #include <QTextStream>
 
 #include <map>
@@ -77,17 +78,18 @@ protected:
         for (const LoggedFrame& frame : pointsOfLastTest(log))
             sent[frame.point] = frame;
         const GraphModel& graph = document.peGraph();
-        int strange = 0;
         for (int i = 0; i < graph.Points(); ++i) {
             if (graph.YData(0, i) == graph::kNullValue)
                 continue;
-            const auto frame = sent.find(i);
-            strange += frame == sent.end() || graph.XData(0, i) != static_cast<float>(frame->second.n1) ||
-                       graph.YData(0, i) != static_cast<float>(frame->second.n2) ||
-                       graph.YData(20, i) != static_cast<float>(-frame->second.n3) ||
-                       graph.YData(30, i) != static_cast<float>(frame->second.n3 * frame->second.n4);
+            SCOPED_TRACE(i);
+            const auto found = sent.find(i);
+            ASSERT_NE(found, sent.end()) << "was never sent";
+            const LoggedFrame& frame = found->second;
+            ASSERT_EQ(graph.XData(0, i), static_cast<float>(frame.n1));
+            ASSERT_EQ(graph.YData(0, i), static_cast<float>(frame.n2));
+            ASSERT_EQ(graph.YData(20, i), static_cast<float>(-frame.n3));
+            ASSERT_EQ(graph.YData(30, i), static_cast<float>(frame.n3 * frame.n4));
         }
-        EXPECT_EQ(strange, 0);
     }
 };
 
@@ -106,8 +108,8 @@ TEST_P(FaultTest, ASweepEndsInViewingAndStoresOnlyWhatWasSent)
 INSTANTIATE_TEST_SUITE_P(EachKind, FaultTest,
                          ::testing::Values("garbage", "lost", "split", "stall", "unplug", "flood", "wrong-length",
                                            "non-numeric", "garbage,lost,split,stall,flood,wrong-length,non-numeric"),
-                         [](const auto& info) {
-                             std::string name = info.param;
+                         [](const auto& fault) {
+                             std::string name = fault.param;
                              if (name.find(',') != std::string::npos)
                                  return std::string("AllTogether");
                              std::erase(name, '-');

@@ -100,8 +100,8 @@ TEST_P(SweepDataTest, EveryPointSentStandsBitForBitInAllFourViews)
 
 INSTANTIATE_TEST_SUITE_P(EachType, SweepDataTest,
                          ::testing::Values(PenDocument::Amplitude, PenDocument::Impedance, PenDocument::Reactance),
-                         [](const auto& info) {
-                             return std::string(info.param == PenDocument::Amplitude   ? "Amplitude"
-                                                : info.param == PenDocument::Impedance ? "Impedance"
+                         [](const auto& type) {
+                             return std::string(type.param == PenDocument::Amplitude   ? "Amplitude"
+                                                : type.param == PenDocument::Impedance ? "Impedance"
                                                                                        : "Reactance");
                          });
