@@ -36,6 +36,11 @@ frmOptionsTestType::~frmOptionsTestType() = default;
 
 void frmOptionsTestType::cmdOK_Click()
 {
+    // An option chosen by its letter stays pressed for a moment before it is checked; Enter may be faster.
+    for (QRadioButton* option : {m_ui->optAmplitude, m_ui->optImpedance, m_ui->optReactVsFreq}) {
+        if (option->isDown())
+            option->setChecked(true);
+    }
     m_state.giNewDocType = static_cast<std::int16_t>(chosenType());
     m_preferences.setValue(options::kTestType, chosenType());
     accept();

@@ -48,6 +48,8 @@ constexpr Command kCommands[] = {
      TEXT("Protect the current pen against new data"), &frmMain::penLock_Click},
     {"mnuPenUnlockAll", M::Edit, kDoc, TEXT("U&nlock All Pens"), "pen-unlock-all", "",
      TEXT("Allow new data in every pen"), &frmMain::penUnlockAll_Click},
+    {"mnuPreferences", M::Edit, kLine | kKey, TEXT("Pr&eferences..."), "preferences", "F2",
+     TEXT("Set colours, scales, prompts and folders"), &frmMain::mnuPreferences_Click},
 
     {"mnuViewMarkPoints", M::View, kDoc | kCheck, TEXT("&Mark Data Points"), "mark-points", "Ctrl+M",
      TEXT("Mark every measured point"), &frmMain::mnuViewMarkPoints_Click},
@@ -68,6 +70,10 @@ constexpr Command kCommands[] = {
      TEXT("Run the script that the instrument holds"), &frmMain::mnuReRunLastTestScript_Click},
     {"mnuTestDevice", M::Test, kKey, TEXT("&Connect Device..."), "connect-device", "F8",
      TEXT("Choose the instrument to work with"), &frmMain::mnuTestDevice_Click},
+    {"mnuTestDeviceProperties", M::Test, kPlain, TEXT("Device &Properties..."), "device-properties", "",
+     TEXT("Show what the connected instrument is"), &frmMain::mnuTestDeviceProperties_Click},
+    {"mnuTestSchedule", M::Test, kPlain, TEXT("Test Sche&dule..."), "", "", TEXT("Switch the instrument's test mode"),
+     &frmMain::mnuTestSchedule_Click},
 
     {"mnuNextDocument", M::Window, kDoc, TEXT("&Next Document"), "document-next", "Ctrl+PgDown",
      TEXT("Go to the next document"), &frmMain::mnuNextDocument_Click},
@@ -88,6 +94,8 @@ constexpr Command kCommands[] = {
      &frmMain::mnuInterimManual_Click},
     {"mnuOnLineHelp", M::Help, kPlain, TEXT("&On-line Help"), "", "", TEXT("Open the maker's web page"),
      &frmMain::mnuOnLineHelp_Click},
+    {"mnuHelpAbout", M::Help, kLine, TEXT("&About MarrowickGraph..."), "about", "",
+     TEXT("Show the versions of program and instrument"), &frmMain::mnuHelpAbout_Click},
 };
 
 #undef TEXT

@@ -170,19 +170,6 @@ bool frmMain::OpenFirstDeviceFound()
     return m_testRun->OpenFirstDeviceFound();
 }
 
-bool frmMain::boolArePathsSet()
-{
-    const Preferences& preferences = m_context.preferences;
-    return std::none_of(options::kFolders.begin(), options::kFolders.end(),
-                        [&preferences](const auto& folder) { return preferences.value(folder.option).isEmpty(); });
-}
-
-void frmMain::askForPaths()
-{
-    showMessage(tr("Please enter the paths to your files."), UserMessages::OkOnly | UserMessages::Stop,
-                tr("Paths not set"));
-}
-
 void frmMain::showMessage(const QString& strMessage, int style, const QString& strTitle)
 {
     m_context.messages.message(strMessage, style, strTitle);

@@ -2,6 +2,7 @@
 
 #include "document/DocumentContext.h"
 #include "link/MainWindowPort.h"
+#include "prefs/PreferencesHost.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -20,7 +21,8 @@ class StatusBar;
 class SystemClipboard;
 class FileDialogs;
 class TestRun;
-class frmSettings;
+class frmDevice;
+class frmDeviceProperties;
 
 /// What the main window works with. All of it outlives the window.
 struct ShellContext
@@ -38,7 +40,7 @@ struct ShellContext
 ///
 /// load() runs the load sequence; closing the window runs the unload sequence. Handlers bear the names of their
 /// commands; each may run nested event loops.
-class frmMain : public QMainWindow, public MainWindowPort
+class frmMain : public QMainWindow, public MainWindowPort, public PreferencesHost
 {
     Q_OBJECT
 
@@ -59,7 +61,6 @@ public:
     CommandSet& commands() const { return *m_commands; }
 
     // Start-up and shut-down ------------------------------------------------------------------------------------------
-    void penInitialise();
     bool boolArePathsSet();
     void SaveMainWindowPosition();
     /// Tries ten devices and stops at the first that opens.
@@ -72,6 +73,12 @@ public:
     /// So many times: block for that time, then let pending events run, so that the instrument's answers can land.
     void waitRounds(int rounds, int milliseconds);
     void unloadSettings();
+
+    // PreferencesHost -------------------------------------------------------------------------------------------------
+    void penInitialise() override;
+    void setPenLabelColour(int iPen, std::uint32_t lColour, std::uint32_t lTextColour) override;
+    void graphSetTickColour(std::uint32_t lColour) override;
+    QRect clientArea() const override;
 
     // DocumentHost ----------------------------------------------------------------------------------------------------
     PenDocument* activeDocument() const override;
@@ -115,6 +122,7 @@ public:
     void mnuEditCut_Click();
     void mnuEditCopy_Click();
     void mnuEditPaste_Click();
+    void mnuPreferences_Click();
     void mnuViewMarkPoints_Click();
     void mnuViewZoomExtents_Click();
     void penLock_Click();
@@ -125,6 +133,8 @@ public:
     void mnuTestStopTest_Click();
     void mnuTestRepeat_Click();
     void mnuReRunLastTestScript_Click();
+    void mnuTestDeviceProperties_Click();
+    void mnuTestSchedule_Click();
     void mnuNextDocument_Click();
     void mnuPreviousDocument_Click();
     void mnuWindowTileVertical_Click();
@@ -133,6 +143,7 @@ public:
     void mnuManual_Click();
     void mnuInterimManual_Click();
     void mnuOnLineHelp_Click();
+    void mnuHelpAbout_Click();
 
 Q_SIGNALS:
     /// The unload sequence has run; the program may end.
@@ -150,6 +161,7 @@ private:
     void showPainted();
     void restorePosition();
     void askForPaths();
+    void showPreferences(int page);
     bool closeDocumentsForExit();
     void rebuildWindowMenu();
     void unload();
@@ -180,7 +192,8 @@ private:
     QMenu* m_fileMenu = nullptr;
     QMenu* m_windowMenu = nullptr;
     QList<QAction*> m_quickFileActions; ///< mnuFileBar4 and mnuFileMRU
-    QList<QPointer<QWidget>> m_deviceWindows;
+    QPointer<frmDevice> m_deviceChooser;
+    QPointer<frmDeviceProperties> m_deviceProperties;
     QList<QAction*> m_windowActions; ///< the open documents
     bool m_ending = false;           ///< the instrument has ended the program
     bool m_unloaded = false;

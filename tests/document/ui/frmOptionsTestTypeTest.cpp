@@ -91,6 +91,17 @@ TEST_F(FrmOptionsTestTypeTest, enterIsOkFromEveryOption)
     }
 }
 
+TEST_F(FrmOptionsTestTypeTest, enterRightBehindAnOptionsLetterTakesThatOption)
+{
+    frmOptionsTestType form(state, preferences);
+    form.show();
+    form.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    QTest::keyClick(&form, Qt::Key_R, Qt::AltModifier);
+    QTest::keyClick(&form, Qt::Key_Return);
+    EXPECT_EQ(state.giNewDocType, 3);
+}
+
 TEST_F(FrmOptionsTestTypeTest, escapeLeavesTheTypeAtZeroAndSavesNothing)
 {
     frmOptionsTestType form(state, preferences);

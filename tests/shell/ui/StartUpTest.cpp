@@ -1,0 +1,185 @@
+#include "shell/ui/StartUp.h"
+
+#include "document/DocumentList.h"
+#include "link/ui/frmDevice.h"
+#include "prefs/Preferences.h"
+#include "prefs/SettingsStore.h"
+#include "shell/ui/frmMain.h"
+#include "shell/ui/frmQuorrelMessage.h"
+#include "shell/ui/frmSplash.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QLabel>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class StartUpTest : public ::testing::Test
+{
+protected:
+    StartUpTest()
+    {
+        set(options::kSplashScreen, false);
+        for (const options::FolderOption& path : options::kFolders)
+            preferences.setValue(path.option, folder.path());
+        // Whatever the start opens modally is noted and dismissed.
+        QObject::connect(&m_dismiss, &QTimer::timeout, [this] {
+            QWidget* modal = QApplication::activeModalWidget();
+            if (!modal)
+                return;
+            seen << QString::fromLatin1(modal->metaObject()->className()) + QLatin1Char(':') + modal->windowTitle();
+            QTest::keyClick(modal, Qt::Key_Escape);
+        });
+        m_dismiss.start(5);
+    }
+
+    template <typename Option, typename Value>
+    void set(const Option& option, const Value& value)
+    {
+        preferences.setValue(option, value);
+    }
+    static StartUpOptions arguments(const QStringList& list) { return StartUpOptions::parse(list); }
+
+    QTemporaryDir folder;
+    SettingsStore store{folder.path()};
+    Preferences preferences{store, QStringLiteral("MarrowickGraph")};
+    QStringList seen;
+
+private:
+    QTimer m_dismiss;
+};
+
+TEST_F(StartUpTest, ownOptionsAreTakenOutOfTheCommandLine)
+{
+    const StartUpOptions options =
+        arguments({QStringLiteral("--link-log"), QStringLiteral("a.gad.log"), QStringLiteral("my"),
+                   QStringLiteral("plot.gzd"), QStringLiteral("-rerun")});
+    EXPECT_EQ(options.linkLogFile, QStringLiteral("a.gad.log"));
+    EXPECT_EQ(options.arguments,
+              QStringList({QStringLiteral("my"), QStringLiteral("plot.gzd"), QStringLiteral("-rerun")}));
+    EXPECT_TRUE(options.problem.isEmpty());
+    EXPECT_EQ(arguments({QStringLiteral("--link-log=x")}).linkLogFile, QStringLiteral("x"));
+    EXPECT_TRUE(arguments({QStringLiteral("--help")}).help);
+    EXPECT_TRUE(arguments({QStringLiteral("--version")}).version);
+    EXPECT_FALSE(arguments({QStringLiteral("--link-log")}).problem.isEmpty());
+}
+
+TEST_F(StartUpTest, theWindowIsUpUnderThePlainTitle)
+{
+    StartUp start(folder.path());
+    start.run(arguments({}));
+    ASSERT_NE(start.mainWindow(), nullptr);
+    EXPECT_TRUE(start.mainWindow()->isVisible());
+    EXPECT_EQ(start.mainWindow()->windowTitle(), QStringLiteral("MarrowickGraph"));
+    EXPECT_TRUE(seen.isEmpty()) << seen.join(QLatin1Char('\n')).toStdString();
+}
+
+TEST_F(StartUpTest, furtherCopiesAreNumbered)
+{
+    StartUp first(folder.path());
+    first.run(arguments({}));
+    StartUp second(folder.path());
+    second.run(arguments({}));
+    StartUp third(folder.path());
+    third.run(arguments({}));
+    EXPECT_EQ(second.mainWindow()->windowTitle(), QStringLiteral("MarrowickGraph1"));
+    EXPECT_EQ(third.mainWindow()->windowTitle(), QStringLiteral("MarrowickGraph2"));
+}
+
+TEST_F(StartUpTest, aNumberIsFreeAgainWhenItsCopyHasEnded)
+{
+    StartUp first(folder.path());
+    first.run(arguments({}));
+    {
+        StartUp second(folder.path());
+        second.run(arguments({}));
+    }
+    StartUp third(folder.path());
+    third.run(arguments({}));
+    EXPECT_EQ(third.mainWindow()->windowTitle(), QStringLiteral("MarrowickGraph1"));
+}
+
+TEST_F(StartUpTest, aBareWordDoesNothing)
+{
+    StartUp start(folder.path());
+    start.run(arguments({QStringLiteral("hello")}));
+    EXPECT_EQ(start.mainWindow()->gcolDocuments().count(), 0);
+    EXPECT_TRUE(seen.isEmpty());
+}
+
+TEST_F(StartUpTest, anExtensionAnywhereInTheLineIsAPlotFileRequest)
+{
+    StartUp start(folder.path());
+    start.run(arguments({QStringLiteral("/nowhere/x.gad.bak")}));
+    EXPECT_EQ(seen, QStringList{QStringLiteral("frmQuorrelMessage:Open Error")});
+}
+
+TEST_F(StartUpTest, reRunWithoutInstrumentOffersTheChooserAndGoesOn)
+{
+    StartUp start(folder.path());
+    start.run(arguments({QStringLiteral("-ReRun")}));
+    ASSERT_EQ(seen.size(), 1);
+    EXPECT_TRUE(seen[0].startsWith(QLatin1String("frmDevice:")));
+    EXPECT_TRUE(start.mainWindow()->isVisible());
+}
+
+TEST_F(StartUpTest, plotFileAndReRunAreBothDoneInThatOrder)
+{
+    StartUp start(folder.path());
+    start.run(arguments({QStringLiteral("missing.gzd"), QStringLiteral("-rerun")}));
+    ASSERT_EQ(seen.size(), 2);
+    EXPECT_EQ(seen[0], QStringLiteral("frmQuorrelMessage:Open Error"));
+    EXPECT_TRUE(seen[1].startsWith(QLatin1String("frmDevice:")));
+}
+
+TEST_F(StartUpTest, theSplashIsTakenDownWhenTheWindowIsUp)
+{
+    set(options::kSplashScreen, true);
+    StartUp start(folder.path());
+    start.run(arguments({}));
+    EXPECT_TRUE(start.mainWindow()->isVisible());
+    const auto windows = QApplication::topLevelWidgets();
+    for (QWidget* window : windows)
+        EXPECT_EQ(qobject_cast<frmSplash*>(window), nullptr);
+}
+
+TEST_F(StartUpTest, aDamagedSettingsFileIsTold)
+{
+    QFile file(store.fileOf(QStringLiteral("MarrowickGraph")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray(64, '\0') + "[[[");
+    file.close();
+    StartUp start(folder.path());
+    start.run(arguments({}));
+    EXPECT_TRUE(seen.contains(QStringLiteral("frmQuorrelMessage:Settings")))
+        << seen.join(QLatin1Char('\n')).toStdString();
+}
+
+TEST_F(StartUpTest, aLinkLogThatCannotBeWrittenIsTold)
+{
+    StartUp start(folder.path());
+    start.run(arguments({QStringLiteral("--link-log"), QStringLiteral("/nowhere/at/all.log")}));
+    EXPECT_EQ(seen, QStringList{QStringLiteral("frmQuorrelMessage:Link log")});
+}
+
+TEST_F(StartUpTest, settingsAreReadUnderThePlainTitleAndTheWindowUnderItsOwn)
+{
+    StartUp first(folder.path());
+    first.run(arguments({}));
+    StartUp second(folder.path());
+    second.run(arguments({}));
+    second.mainWindow()->showNormal();
+    second.mainWindow()->move(150, 90);
+    second.mainWindow()->SaveMainWindowPosition();
+    EXPECT_EQ(store.GetSetting(QStringLiteral("MarrowickGraph1"), QStringLiteral("Window"), QStringLiteral("Left"), 0),
+              QString::number(150 * 15));
+    EXPECT_EQ(store.GetSetting(QStringLiteral("MarrowickGraph"), QStringLiteral("Window"), QStringLiteral("Left"), 0),
+              QStringLiteral("0"));
+}
+
+} // namespace

@@ -1,0 +1,139 @@
+#include "link/ui/frmAbout.h"
+#include "link/ui/frmDevice.h"
+#include "link/ui/frmDeviceProperties.h"
+#include "link/ui/frmTestSchedule.h"
+#include "prefs/ui/frmPreferences.h"
+#include "shell/ui/MainWindowHarness.h"
+
+#include <QFile>
+#include <QTabWidget>
+#include <QTimer>
+
+namespace {
+
+class FrmMainDialogsTest : public MainWindowHarness
+{
+protected:
+    /// Does this with the modal dialog of that kind as soon as it is on the screen.
+    template <typename Dialog>
+    void whenShown(const std::function<void(Dialog&)>& then)
+    {
+        QObject::connect(&m_poll, &QTimer::timeout, [this, then] {
+            auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+            if (!dialog)
+                return;
+            m_poll.stop();
+            ++seen;
+            then(*dialog);
+        });
+        m_poll.start(2);
+    }
+
+    QTimer m_poll;
+    int seen = 0;
+};
+
+TEST_F(FrmMainDialogsTest, withoutPathsTheUserIsToldAndGetsTheGeneralPageBeforeTheWindowShows)
+{
+    ASSERT_TRUE(QFile::remove(store.fileOf(state.gstrAppTitle)));
+    preferences.setValue(options::kOpenSettings, false);
+    bool windowVisible = true;
+    int tab = -1;
+    whenShown<frmPreferences>([&](frmPreferences& form) {
+        windowVisible = main->isVisible();
+        tab = form.findChild<QTabWidget*>(QStringLiteral("SSTab1"))->currentIndex();
+        QTest::keyClick(&form, Qt::Key_Escape);
+    });
+    load();
+    EXPECT_EQ(seen, 1);
+    EXPECT_FALSE(windowVisible);
+    EXPECT_EQ(tab, 4);
+    ASSERT_EQ(messages.shown.size(), 1U);
+    EXPECT_EQ(messages.shown[0].title, QStringLiteral("Paths not set"));
+    EXPECT_EQ(messages.shown[0].text, QStringLiteral("Please enter the paths to your files."));
+    EXPECT_TRUE(main->boolArePathsSet()) << "leaving the dialog stores what it shows";
+    EXPECT_TRUE(main->isVisible());
+}
+
+TEST_F(FrmMainDialogsTest, thePreferencesChangeThePenBar)
+{
+    load();
+    whenShown<frmPreferences>([](frmPreferences& form) {
+        QTest::mouseClick(form.findChild<QWidget*>(QStringLiteral("cmdDefault")), Qt::LeftButton);
+        QTest::keyClick(&form, Qt::Key_Escape);
+    });
+    preferences.setValue(options::kPens[3], 0x777777U);
+    main->penInitialise();
+    ASSERT_EQ(main->tbPenBar().lblPen(3).colour(), 0x777777U);
+    trigger("mnuPreferences");
+    EXPECT_EQ(seen, 1);
+    EXPECT_EQ(main->tbPenBar().lblPen(3).colour(), 0x0080FFU);
+}
+
+TEST_F(FrmMainDialogsTest, aConnectionTakesTheChooserDown)
+{
+    load();
+    whenShown<frmDevice>([this](frmDevice&) { connectInstrument(); });
+    trigger("mnuTestDevice");
+    EXPECT_EQ(seen, 1);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    EXPECT_TRUE(device.Connected());
+}
+
+TEST_F(FrmMainDialogsTest, withThePromptTheChooserOpensAtLoad)
+{
+    preferences.setValue(options::kPromptDevice, true);
+    whenShown<frmDevice>([](frmDevice& form) { QTest::keyClick(&form, Qt::Key_Escape); });
+    load();
+    EXPECT_EQ(seen, 1);
+}
+
+TEST_F(FrmMainDialogsTest, startWithoutInstrumentOffersTheChooser)
+{
+    load();
+    newDocument(PenDocument::Impedance);
+    whenShown<frmDevice>([](frmDevice& form) { QTest::keyClick(&form, Qt::Key_Escape); });
+    trigger("mnuTestStart");
+    EXPECT_EQ(seen, 1);
+    EXPECT_FALSE(state.gbfPlotting);
+}
+
+TEST_F(FrmMainDialogsTest, devicePropertiesCloseWhenTheInstrumentIsLost)
+{
+    load();
+    connectInstrument();
+    trigger("mnuTestDeviceProperties");
+    const QPointer<frmDeviceProperties> window = main->findChild<frmDeviceProperties*>();
+    ASSERT_TRUE(window);
+    EXPECT_TRUE(window->isVisible());
+    trigger("mnuTestDeviceProperties");
+    EXPECT_EQ(main->findChildren<frmDeviceProperties*>().size(), 1);
+    peer->unplug();
+    EXPECT_TRUE(waitFor([&window] { return !window; }));
+}
+
+TEST_F(FrmMainDialogsTest, aboutAndTestScheduleOpen)
+{
+    load();
+    whenShown<frmAbout>([](frmAbout& form) { QTest::keyClick(&form, Qt::Key_Escape); });
+    trigger("mnuHelpAbout");
+    EXPECT_EQ(seen, 1);
+    m_poll.disconnect();
+    whenShown<frmTestSchedule>([](frmTestSchedule& form) { QTest::keyClick(&form, Qt::Key_Escape); });
+    trigger("mnuTestSchedule");
+    EXPECT_EQ(seen, 2);
+}
+
+TEST_F(FrmMainDialogsTest, aMissingManualIsTold)
+{
+    load();
+    const QString file = folder.filePath(QStringLiteral("Manual.pdf"));
+    preferences.setValue(options::kManual, file);
+    trigger("mnuManual");
+    trigger("mnuInterimManual");
+    ASSERT_EQ(messages.shown.size(), 2U);
+    for (const auto& shown : messages.shown)
+        EXPECT_EQ(shown.text, QStringLiteral("File not found ") + file);
+}
+
+} // namespace
