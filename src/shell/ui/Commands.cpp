@@ -31,6 +31,8 @@ constexpr Command kCommands[] = {
      TEXT("Save the active document under another name"), &frmMain::mnuFileSaveAs_Click},
     {"mnuFileSaveAll", M::File, kDoc, TEXT("Save A&ll"), "", "Ctrl+Alt+S", TEXT("Save every document with changes"),
      &frmMain::mnuFileSaveAll_Click},
+    {"mnuFileProperties", M::File, kLine | kDoc, TEXT("P&roperties..."), "document-properties", "Alt+Return",
+     TEXT("Show where the active document comes from"), &frmMain::mnuFileProperties_Click},
     {"mnuFileExit", M::File, kLine, TEXT("E&xit"), "", "Ctrl+Q", TEXT("Close all documents and end the program"),
      &frmMain::mnuFileExit_Click},
 
@@ -51,6 +53,8 @@ constexpr Command kCommands[] = {
     {"mnuPreferences", M::Edit, kLine | kKey, TEXT("Pr&eferences..."), "preferences", "F2",
      TEXT("Set colours, scales, prompts and folders"), &frmMain::mnuPreferences_Click},
 
+    {"mnuViewAddText", M::View, kDoc | kKey, TEXT("Add &Text..."), "add-text", "F4",
+     TEXT("Edit the title and the names of the pens"), &frmMain::mnuViewAddText_Click},
     {"mnuViewMarkPoints", M::View, kDoc | kCheck, TEXT("&Mark Data Points"), "mark-points", "Ctrl+M",
      TEXT("Mark every measured point"), &frmMain::mnuViewMarkPoints_Click},
     {"mnuViewZoomExtents", M::View, kLine | kDoc, TEXT("&Zoom Extents"), "zoom-extents", "Ctrl+E",
@@ -109,6 +113,7 @@ constexpr ToolButton kToolBar[] = {
     {"Copy", "mnuEditCopy"},
     {"Paste", "mnuEditPaste"},
     {nullptr, nullptr},
+    {"Add Text", "mnuViewAddText"},
     {"Mark Points", "mnuViewMarkPoints"},
     {"Zoom Extents", "mnuViewZoomExtents"},
     {"Undo", "mnuEditUndo"},

@@ -115,6 +115,7 @@ public:
     void mnuFileSave_Click();
     void mnuFileSaveAs_Click();
     void mnuFileSaveAll_Click();
+    void mnuFileProperties_Click();
     void mnuFileMRU_Click(const QString& strFileName);
     void mnuFileExit_Click();
     void mnuEditUndo_Click();
@@ -123,6 +124,7 @@ public:
     void mnuEditCopy_Click();
     void mnuEditPaste_Click();
     void mnuPreferences_Click();
+    void mnuViewAddText_Click();
     void mnuViewMarkPoints_Click();
     void mnuViewZoomExtents_Click();
     void penLock_Click();

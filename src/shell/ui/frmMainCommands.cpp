@@ -31,13 +31,20 @@ struct PopupEntry
     const char* command;
 };
 constexpr PopupEntry kPopup[] = {
-    {PenDocument::PopupTestSettings, nullptr},   {PenDocument::PopupViewOptions, nullptr},
-    {PenDocument::PopupAddText, nullptr},        {PenDocument::PopupAnalysis, nullptr},
-    {PenDocument::PopupLoop, nullptr},           {PenDocument::PopupMarkPoints, "mnuViewMarkPoints"},
-    {PenDocument::PopupCut, "mnuEditCut"},       {PenDocument::PopupCopy, "mnuEditCopy"},
-    {PenDocument::PopupPaste, "mnuEditPaste"},   {PenDocument::PopupZoomExtents, "mnuViewZoomExtents"},
-    {PenDocument::PopupUndoZoom, "mnuEditUndo"}, {PenDocument::PopupRedoZoom, "mnuEditRedo"},
-    {PenDocument::PopupExport, nullptr},         {PenDocument::PopupProperties, nullptr},
+    {PenDocument::PopupTestSettings, nullptr},
+    {PenDocument::PopupViewOptions, nullptr},
+    {PenDocument::PopupAddText, "mnuViewAddText"},
+    {PenDocument::PopupAnalysis, nullptr},
+    {PenDocument::PopupLoop, nullptr},
+    {PenDocument::PopupMarkPoints, "mnuViewMarkPoints"},
+    {PenDocument::PopupCut, "mnuEditCut"},
+    {PenDocument::PopupCopy, "mnuEditCopy"},
+    {PenDocument::PopupPaste, "mnuEditPaste"},
+    {PenDocument::PopupZoomExtents, "mnuViewZoomExtents"},
+    {PenDocument::PopupUndoZoom, "mnuEditUndo"},
+    {PenDocument::PopupRedoZoom, "mnuEditRedo"},
+    {PenDocument::PopupExport, nullptr},
+    {PenDocument::PopupProperties, "mnuFileProperties"},
 };
 
 } // namespace

@@ -1,5 +1,7 @@
 // The dialogs that the main window opens.
 #include "document/PenDocument.h"
+#include "document/ui/frmAddText.h"
+#include "document/ui/frmFileProperties.h"
 #include "link/DeviceModule.h"
 #include "link/ui/frmAbout.h"
 #include "link/ui/frmDevice.h"
@@ -73,6 +75,25 @@ void frmMain::graphSetTickColour(std::uint32_t lColour)
 QRect frmMain::clientArea() const
 {
     return isVisible() ? QRect(mapToGlobal(QPoint(0, 0)), size()) : QRect();
+}
+
+// Document ------------------------------------------------------------------------------------------------------------
+
+void frmMain::mnuViewAddText_Click()
+{
+    PenDocument* document = activeDocument();
+    if (document && formatAllows(*document, tr("Add text not possible")))
+        showModally(new frmAddText(*document, this));
+}
+
+void frmMain::mnuFileProperties_Click()
+{
+    const PenDocument* document = activeDocument();
+    if (!document)
+        return;
+    auto* form = new frmFileProperties(this);
+    form->ShowDetails(*document);
+    showModally(form);
 }
 
 // Instrument ----------------------------------------------------------------------------------------------------------

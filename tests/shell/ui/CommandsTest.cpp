@@ -92,6 +92,7 @@ TEST_F(CommandsTest, everyToolBarKeyHasItsCommand)
         {"Cut", "mnuEditCut"},
         {"Copy", "mnuEditCopy"},
         {"Paste", "mnuEditPaste"},
+        {"Add Text", "mnuViewAddText"},
         {"Mark Points", "mnuViewMarkPoints"},
         {"Zoom Extents", "mnuViewZoomExtents"},
         {"Undo", "mnuEditUndo"},

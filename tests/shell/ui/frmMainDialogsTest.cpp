@@ -1,3 +1,5 @@
+#include "document/ui/frmAddText.h"
+#include "document/ui/frmFileProperties.h"
 #include "link/ui/frmAbout.h"
 #include "link/ui/frmDevice.h"
 #include "link/ui/frmDeviceProperties.h"
@@ -122,6 +124,39 @@ TEST_F(FrmMainDialogsTest, aboutAndTestScheduleOpen)
     whenShown<frmTestSchedule>([](frmTestSchedule& form) { QTest::keyClick(&form, Qt::Key_Escape); });
     trigger("mnuTestSchedule");
     EXPECT_EQ(seen, 2);
+}
+
+TEST_F(FrmMainDialogsTest, addTextAndPropertiesOpenForTheActiveDocumentFromItsPopupToo)
+{
+    load();
+    PenDocument* document = newDocument(PenDocument::Impedance);
+    whenShown<frmAddText>([](frmAddText& form) {
+        EXPECT_EQ(form.windowTitle(), QStringLiteral("Add text: Document 1"));
+        QTest::keyClick(&form, Qt::Key_Escape);
+    });
+    trigger("mnuViewAddText");
+    EXPECT_EQ(seen, 1);
+    m_poll.start();
+    Q_EMIT document->peGraph().CustomMenuClicked(PenDocument::PopupAddText, 0);
+    settle();
+    EXPECT_EQ(seen, 2);
+    m_poll.disconnect();
+    whenShown<frmFileProperties>([](frmFileProperties& form) { QTest::keyClick(&form, Qt::Key_Escape); });
+    Q_EMIT document->peGraph().CustomMenuClicked(PenDocument::PopupProperties, 0);
+    settle();
+    EXPECT_EQ(seen, 3);
+}
+
+TEST_F(FrmMainDialogsTest, thePopupOffersNothingThatCannotBeDoneYet)
+{
+    load();
+    PenDocument* document = newDocument(PenDocument::Impedance);
+    for (const int item :
+         {PenDocument::PopupViewOptions, PenDocument::PopupAnalysis, PenDocument::PopupLoop, PenDocument::PopupExport})
+        EXPECT_EQ(document->peGraph().CustomMenuState(item), graph::MenuHidden) << item;
+    for (const int item : {PenDocument::PopupAddText, PenDocument::PopupView, PenDocument::PopupPhase,
+                           PenDocument::PopupCut, PenDocument::PopupCopy, PenDocument::PopupProperties})
+        EXPECT_EQ(document->peGraph().CustomMenuState(item), graph::MenuNormal) << item;
 }
 
 TEST_F(FrmMainDialogsTest, aMissingManualIsTold)

@@ -183,7 +183,7 @@ TEST_F(FrmMainDocumentsTest, documentsOfANewerFormatAreGuardedUnderEachCommandsT
     const std::pair<const char*, const char*> guarded[] = {
         {"mnuFileSave", "File save not possible"},   {"mnuFileSaveAs", "File save not possible"},
         {"mnuEditCut", "Copy data not possible"},    {"mnuEditCopy", "Copy data not possible"},
-        {"mnuEditPaste", "Data paste not possible"},
+        {"mnuEditPaste", "Data paste not possible"}, {"mnuViewAddText", "Add text not possible"},
     };
     action("mnuEditPaste").setEnabled(true);
     for (const auto& [name, title] : guarded) {
