@@ -9,7 +9,7 @@ const QString kLastLine = QStringLiteral("; end of settings");
 
 bool isBlank(QChar c)
 {
-    return c == u' ' || c == u'\t';
+    return c == u' ' || c == u'\t' || c == u'\r';
 }
 
 QStringView withoutBlanks(QStringView text)
@@ -128,9 +128,7 @@ std::optional<IniText> IniText::parse(const QByteArray& bytes)
     bool ownFile = false;
     bool complete = false;
     const auto lines = QStringView(text).split(u'\n');
-    for (QStringView whole : lines) {
-        if (whole.endsWith(u'\r'))
-            whole.chop(1);
+    for (const QStringView whole : lines) {
         const QStringView line = withoutBlanks(whole);
         if (line == kFirstLine) {
             ownFile = true;

@@ -18,6 +18,8 @@ public:
     /// program's title does.
     Preferences(SettingsStore& store, QString applicationTitle, QString instanceTitle = {});
 
+    /// For a SettingsStore::Batch around several settings.
+    SettingsStore& store() { return m_store; }
     const QString& applicationTitle() const { return m_applicationTitle; }
     const QString& instanceTitle() const { return m_instanceTitle; }
     void setInstanceTitle(const QString& title) { m_instanceTitle = title; }

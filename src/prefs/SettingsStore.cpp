@@ -2,12 +2,12 @@
 
 #include "values/Conversions.h"
 #include "values/FileLock.h"
+#include "values/SafeFile.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QMetaType>
-#include <QSaveFile>
 #include <QStandardPaths>
 
 #include <utility>
@@ -135,6 +135,12 @@ const IniText& SettingsStore::snapshotOf(const QString& path, bool own) const
 
 std::optional<QString> SettingsStore::find(const QString& application, const QString& section, const QString& key) const
 {
+    if (const auto pending = m_pending.constFind(application); pending != m_pending.constEnd()) {
+        for (auto change = pending->crbegin(); change != pending->crend(); ++change) {
+            if (change->section == section && change->key == key)
+                return change->text;
+        }
+    }
     if (std::optional<QString> text = snapshotOf(fileOf(application), true).value(section, key))
         return text;
     for (const QString& folder : m_systemFolders) {
@@ -161,6 +167,33 @@ bool SettingsStore::contains(const QString& application, const QString& section,
 bool SettingsStore::SaveSetting(const QString& application, const QString& section, const QString& key,
                                 const QVariant& value)
 {
+    const Change change{section, key, textOf(value)};
+    if (m_openBatches == 0)
+        return write(application, {change});
+    m_pending[application].append(change);
+    return true;
+}
+
+SettingsStore::Batch::Batch(SettingsStore& store)
+    : m_store(&store)
+{
+    ++m_store->m_openBatches;
+}
+
+bool SettingsStore::Batch::commit()
+{
+    SettingsStore* const store = std::exchange(m_store, nullptr);
+    if (store == nullptr || --store->m_openBatches > 0)
+        return true;
+    bool written = true;
+    const auto pending = std::exchange(store->m_pending, {});
+    for (auto changes = pending.cbegin(); changes != pending.cend(); ++changes)
+        written = store->write(changes.key(), changes.value()) && written;
+    return written;
+}
+
+bool SettingsStore::write(const QString& application, const QList<Change>& changes)
+{
     const QString path = fileOf(application);
     if (!QDir().mkpath(m_folder))
         return false;
@@ -172,15 +205,16 @@ bool SettingsStore::SaveSetting(const QString& application, const QString& secti
     const Content content = read(path, snapshot);
     if (content == Content::Unreadable || (content == Content::Damaged && !setAside(path)))
         return false;
-    const QString text = textOf(value);
-    if (snapshot.text.value(section, key) == text)
+    bool differs = false;
+    for (const Change& change : changes) {
+        if (snapshot.text.value(change.section, change.key) == change.text)
+            continue;
+        snapshot.text.setValue(change.section, change.key, change.text);
+        differs = true;
+    }
+    if (!differs)
         return true;
-    snapshot.text.setValue(section, key, text);
-
-    QSaveFile file(path);
-    const QByteArray bytes = snapshot.text.bytes();
-    // flush() reports a disk that fills up in mid-write; commit() alone would put the short file in place.
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush() || !file.commit())
+    if (!values::writeFile(path, snapshot.text.bytes()))
         return false;
     m_snapshots.remove(path);
     return true;

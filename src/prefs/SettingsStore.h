@@ -4,6 +4,7 @@
 
 #include <QDateTime>
 #include <QHash>
+#include <QList>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -30,6 +31,21 @@ public:
     /// Writes the text form of the value; false when it could not be written (read-only folder, full disk, a file that
     /// cannot be read). What was stored before is then still there.
     bool SaveSetting(const QString& application, const QString& section, const QString& key, const QVariant& value);
+    /// While a batch lives, saves are kept in memory, where every reader of this store sees them, and reach the disk
+    /// together at its end: one write instead of one per key. Batches may nest; the outermost writes.
+    class Batch
+    {
+    public:
+        explicit Batch(SettingsStore& store);
+        ~Batch() { commit(); }
+        Batch(const Batch&) = delete;
+        Batch& operator=(const Batch&) = delete;
+        /// Ends the batch; false when its saves could not be written, which are then lost.
+        bool commit();
+
+    private:
+        SettingsStore* m_store;
+    };
     bool contains(const QString& application, const QString& section, const QString& key) const;
 
     const QString& folder() const { return m_folder; }
@@ -56,14 +72,23 @@ private:
         Damaged,
         Whole
     };
+    struct Change
+    {
+        QString section;
+        QString key;
+        QString text;
+    };
 
     std::optional<QString> find(const QString& application, const QString& section, const QString& key) const;
     const IniText& snapshotOf(const QString& path, bool own) const;
     static Content read(const QString& path, Snapshot& snapshot);
     bool setAside(const QString& path) const;
+    bool write(const QString& application, const QList<Change>& changes);
 
     QString m_folder;
     QStringList m_systemFolders;
+    int m_openBatches = 0;
+    QHash<QString, QList<Change>> m_pending;      ///< by application, in the order of saving
     mutable QHash<QString, Snapshot> m_snapshots; ///< by path
     mutable QString m_damaged;
     mutable QStringList m_reported; ///< damaged files that could not be moved, told once

@@ -32,6 +32,19 @@ TEST(IniText, TakesABackslashForItselfBeforeUnknownLetters)
     EXPECT_EQ(text->value(s(u"P"), s(u"c")), s(u"\u03a9"));
 }
 
+TEST(IniText, ReadsWhatItWritesOfOddLineEnds)
+{
+    for (const QByteArray& bytes : {QByteArray("==\r\r"), QByteArray("a=\r \r\nb=\t\r"), QByteArray("\r[A]\r\r\n\r")}) {
+        const auto text = IniText::parse(bytes);
+        ASSERT_TRUE(text);
+        const auto again = IniText::parse(text->bytes());
+        ASSERT_TRUE(again);
+        EXPECT_EQ(again->bytes(), text->bytes());
+        EXPECT_EQ(again->value(s(u""), s(u"a")), text->value(s(u""), s(u"a")));
+        EXPECT_EQ(again->value(s(u""), s(u"")), text->value(s(u""), s(u"")));
+    }
+}
+
 TEST(IniText, RefusesDamage)
 {
     EXPECT_FALSE(IniText::parse(QByteArray("[A]\nb=1\0\n", 9)));

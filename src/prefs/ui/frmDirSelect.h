@@ -42,6 +42,7 @@ public:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private Q_SLOTS:
     void Drive1_Change();
@@ -53,8 +54,10 @@ private:
     void fillDrives();
     void selectDriveOf(const QString& folder);
     void goTo(const QString& folder);
+    void keepInSight();
 
     UserMessages& m_messages;
+    bool m_follow = true; ///< the tree scrolls to the chosen folder as others are read
     QFileSystemModel* m_folders;
     QFileSystemModel* m_files;
     QComboBox* Drive1;

@@ -4,6 +4,7 @@
 #include "prefs/GraticuleShade.h"
 #include "prefs/Preferences.h"
 #include "prefs/PreferencesHost.h"
+#include "prefs/SettingsStore.h"
 #include "prefs/ui/ColourLabel.h"
 #include "prefs/ui/frmDirSelect.h"
 #include "shell/MainModule.h"
@@ -24,6 +25,9 @@
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QTabWidget>
+
+#include <optional>
+#include <utility>
 
 using namespace options;
 
@@ -152,6 +156,7 @@ void frmPreferences::savePhase(const Option<Integer>& option, const PhaseOptions
 
 void frmPreferences::SavePreferences()
 {
+    std::optional<SettingsStore::Batch> batch(std::in_place, m_preferences.store());
     for (std::size_t pen = 0; pen < kPens.size(); ++pen)
         check(m_preferences.setValue(kPens[pen], lblColour[pen]->colour()));
 
@@ -175,10 +180,13 @@ void frmPreferences::SavePreferences()
     check(m_preferences.setValue(kSplashScreen, chkDisplaySplash->isChecked()));
     check(m_preferences.setValue(kOpenSettings, chkOpenSettings->isChecked()));
 
+    // Messages may follow, and with them whatever else stores settings.
+    check(batch->commit());
     const QPointer<frmPreferences> alive(this);
     const bool made = MakeDefaultDirectories();
     if (alive.isNull())
         return;
+    batch.emplace(m_preferences.store());
     if (made) {
         for (std::size_t i = 0; i < kFolders.size(); ++i)
             check(m_preferences.setValue(kFolders[i].option, txtFilePaths[i]->text()));
@@ -188,6 +196,7 @@ void frmPreferences::SavePreferences()
     // Without a selection the stored font is one that this machine lacks: it stays for the day it is installed.
     if (combFontSelection->currentIndex() >= 0)
         check(m_preferences.setValue(kDefaultFont, combFontSelection->currentText()));
+    check(batch->commit());
     tellUnlessStored();
 }
 
@@ -209,6 +218,7 @@ void frmPreferences::tellUnlessStored()
 
 void frmPreferences::cmdDefault_Click()
 {
+    std::optional<SettingsStore::Batch> batch(std::in_place, m_preferences.store());
     for (const auto& pen : kPens)
         check(m_preferences.setDefault(pen));
     check(m_preferences.setDefault(kAmplitudeAxisScaleLin));
@@ -223,14 +233,17 @@ void frmPreferences::cmdDefault_Click()
     check(m_preferences.setDefault(kLockPenAfterPlot));
     check(m_preferences.setDefault(kSplashScreen));
     check(m_preferences.setDefault(kOpenSettings));
+    check(batch->commit());
     m_host.penInitialise();
 
     const QPointer<frmPreferences> alive(this);
     const QString documents = documentsFolder();
     if (alive.isNull())
         return;
+    batch.emplace(m_preferences.store());
     for (const FolderOption& folder : {kPlotFiles, kExportFiles, kUpdateFiles, kScriptFiles})
         check(m_preferences.setValue(folder.option, Preferences::defaultFolder(folder, documents)));
+    check(batch->commit());
     LoadPreferences();
     if (!alive.isNull())
         tellUnlessStored();

@@ -102,6 +102,7 @@ QWidget* frmPreferences::buildPenPage()
         grid->addWidget(lblPen1[i], row, column);
         grid->addWidget(lblColour[i], row, column + 1);
     }
+    grid->setVerticalSpacing(fontMetrics().height() * 2 / 3);
     grid->setColumnMinimumWidth(2, fontMetrics().averageCharWidth() * 4);
     grid->setColumnStretch(1, 1);
     grid->setColumnStretch(4, 1);
@@ -110,6 +111,7 @@ QWidget* frmPreferences::buildPenPage()
     info->setWordWrap(true);
     auto* const layout = new QVBoxLayout(page);
     layout->addWidget(info);
+    layout->addSpacing(fontMetrics().height() / 2);
     layout->addLayout(grid);
     layout->addStretch();
     return page;

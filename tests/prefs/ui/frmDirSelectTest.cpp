@@ -79,6 +79,19 @@ TEST_F(DirSelectTest, ShowsThePathItIsSentTo)
     EXPECT_EQ(find<QComboBox>("Drive1")->currentData().toString(), QStringLiteral("/"));
 }
 
+TEST_F(DirSelectTest, KeepsTheChosenFolderInSightWhileFoldersAreStillBeingRead)
+{
+    for (int i = 0; i < 200; ++i)
+        QDir(plots).mkdir(QStringLiteral("n%1").arg(i));
+    window.SetPath(plots + QStringLiteral("/old"));
+    auto* const folders = find<QTreeView>("Dir1");
+    const auto parent = folders->currentIndex().parent();
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return folders->model()->rowCount(parent) == 201 &&
+               folders->viewport()->rect().contains(folders->visualRect(folders->currentIndex()).center());
+    }));
+}
+
 TEST_F(DirSelectTest, KeepsItsStartPathForAnEmptyText)
 {
     window.SetPath(plots);
