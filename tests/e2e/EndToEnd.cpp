@@ -93,9 +93,11 @@ Simulator::Simulator(const QString& serial, const QStringList& options)
     m_process.start(programPath(QStringLiteral("marrowick-sim")),
                     QStringList{QStringLiteral("--serial"), serial, QStringLiteral("--no-memory")} + options);
     const QString link = qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/marrowick/devices/") + serial;
-    m_started = waitFor([&] { return QFileInfo(link).isSymLink() || m_process.state() == QProcess::NotRunning; }) &&
-                m_process.state() == QProcess::Running;
-    EXPECT_TRUE(m_started) << errors().toStdString();
+    m_started =
+        m_process.waitForStarted(kPatience) &&
+        waitFor([this] { return QFileInfo(devicePath()).isSymLink() || m_process.state() != QProcess::Running; }) &&
+        m_process.state() == QProcess::Running;
+    EXPECT_TRUE(m_started) << m_process.errorString().toStdString() << errors().toStdString();
 }
 
 Simulator::~Simulator()
