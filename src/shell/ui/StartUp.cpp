@@ -123,6 +123,8 @@ void StartUp::run(const StartUpOptions& options)
     program.messages.setMainWindow(program.main.get());
     const QPointer<frmMain> window = program.main.get();
     window->load([&program] { program.splash.reset(); });
+    if (window->isUnloaded())
+        return;
     window->show();
     window->setWindowTitle(state.gstrInstanceTitle);
 
@@ -135,7 +137,7 @@ void StartUp::run(const StartUpOptions& options)
     if (!log)
         program.messages.message(log.sentence(), UserMessages::OkOnly | UserMessages::Exclamation,
                                  frmMain::tr("Link log"));
-    if (window->isVisible())
+    if (!window->isUnloaded())
         actOnCommandLine(request);
 }
 
@@ -145,7 +147,7 @@ void StartUp::actOnCommandLine(const CommandLine& request)
     if (request.plotFile) {
         for (const QString& file : filesToOpen(request)) {
             window->gcolDocuments().LoadExistingDocument(file);
-            if (!window->isVisible())
+            if (window->isUnloaded())
                 return;
         }
     }

@@ -52,6 +52,9 @@ public:
     /// is called, after 2.2 seconds, only when one is shown.
     void load(const std::function<void()>& takeSplashDown);
 
+    /// The unload sequence has run.
+    bool isUnloaded() const { return m_unloaded; }
+
     DeviceModule& deviceModule() const { return *m_deviceModule; }
     TestRun& testRun() const { return *m_testRun; }
     DocumentList& gcolDocuments() const { return *m_documents; }

@@ -256,4 +256,7 @@ void frmMain::documentActivated(PenDocument* document)
     }
     document->UpdateToolBars();
     document->SniffClipboardData();
+    // Amplitude and impedance leave the instrument by different pins. A sweep that runs keeps the one it has.
+    if (!m_context.state.gbfPlotting)
+        penShowCurrent(document->gCurrentPen + 1);
 }

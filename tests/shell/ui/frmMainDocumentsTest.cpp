@@ -2,6 +2,9 @@
 #include "shell/ui/FileDialogs.h"
 #include "shell/ui/MainWindowHarness.h"
 
+#include <QFile>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QTimer>
@@ -28,8 +31,28 @@ protected:
         m_poll.start();
     }
 
+    /// Gives the file dialog of that title this name when it opens.
+    void answerFileDialog(const QString& title, const QString& name)
+    {
+        fileDialogSeen = false;
+        m_filePoll.disconnect();
+        QObject::connect(&m_filePoll, &QTimer::timeout, [this, title, name] {
+            auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            if (!dialog)
+                return;
+            m_filePoll.stop();
+            fileDialogSeen = dialog->windowTitle() == title;
+            auto* edit = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+            edit->setText(name);
+            QTest::keyClick(edit, Qt::Key_Return);
+        });
+        m_filePoll.start(5);
+    }
+
     QTimer m_poll;
+    QTimer m_filePoll;
     bool dialogSeen = false;
+    bool fileDialogSeen = false;
 };
 
 TEST_F(FrmMainDocumentsTest, anInstrumentForAmplitudeOnlyGetsAnAmplitudeDocument)
@@ -263,6 +286,71 @@ TEST_F(FrmMainDocumentsTest, theWindowMenuListsTheDocuments)
     entry->trigger();
     settle();
     EXPECT_EQ(main->activeDocument(), first);
+}
+
+TEST_F(FrmMainDocumentsTest, aPlotIsSavedAndOpenedAgainThroughTheFileDialogs)
+{
+    PenDocument* document = newDocument(PenDocument::Impedance);
+    document->AddImpedancePoint(1000, 47, 12, 1, 0);
+    document->SetModified();
+    const QString wanted = folder.filePath(QStringLiteral("part7"));
+    const QString file = wanted + QStringLiteral(".gzd");
+    answerFileDialog(QStringLiteral("Save As"), wanted);
+    trigger("mnuFileSaveAs");
+    ASSERT_TRUE(fileDialogSeen);
+    ASSERT_TRUE(QFile::exists(file));
+    EXPECT_FALSE(document->gbfModified);
+    EXPECT_EQ(windowOf(document)->windowTitle(), document->GetFileName());
+    auto* quick = main->findChild<QAction*>(QStringLiteral("mnuFileMRU_0"));
+    ASSERT_NE(quick, nullptr);
+    EXPECT_TRUE(quick->text().contains(QStringLiteral("part7")));
+
+    trigger("mnuFileClose");
+    ASSERT_EQ(main->gcolDocuments().count(), 0);
+    answerFileDialog(QStringLiteral("Open Plot file"), file);
+    trigger("mnuFileOpen");
+    ASSERT_TRUE(fileDialogSeen);
+    ASSERT_NE(main->activeDocument(), nullptr);
+    EXPECT_EQ(main->activeDocument()->pgiTestType, PenDocument::Impedance);
+    EXPECT_EQ(main->activeDocument()->peGraph().YData(0, 0), 47.0F);
+    EXPECT_EQ(windowOf(main->activeDocument())->windowTitle(), file);
+    EXPECT_TRUE(messages.shown.empty());
+}
+
+TEST_F(FrmMainDocumentsTest, openingTheOpenFileAndAnsweringNoLeavesTheDocumentUntouched)
+{
+    PenDocument* document = newDocument(PenDocument::Impedance);
+    document->AddImpedancePoint(1000, 47, 12, 1, 0);
+    QString file = folder.filePath(QStringLiteral("same.gzd"));
+    ASSERT_TRUE(document->fileSavePlot(file));
+    document->AddImpedancePoint(2000, 48, 12, 1, 1);
+    messages.replies = {UserMessages::ReplyNo};
+    EXPECT_FALSE(main->gcolDocuments().LoadExistingDocument(file));
+    ASSERT_EQ(messages.shown.size(), 1U);
+    EXPECT_EQ(messages.shown[0].title, QStringLiteral("File already open"));
+    EXPECT_EQ(messages.shown[0].text, QStringLiteral("Do you want to reload the file?"));
+    EXPECT_EQ(messages.shown[0].style, 68);
+    EXPECT_EQ(document->peGraph().YData(0, 1), 48.0F);
+    messages.replies = {UserMessages::ReplyYes};
+    EXPECT_TRUE(main->gcolDocuments().LoadExistingDocument(file));
+    EXPECT_EQ(main->gcolDocuments().count(), 1);
+    EXPECT_EQ(document->peGraph().YData(0, 1), -65536.0F);
+}
+
+TEST_F(FrmMainDocumentsTest, aFileThatIsNoPlotIsToldAndItsDocumentIsGoneAgain)
+{
+    const QString name = folder.filePath(QStringLiteral("noplot.gad"));
+    QFile file(name);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("this is no plot");
+    file.close();
+    EXPECT_FALSE(main->gcolDocuments().LoadExistingDocument(name));
+    settle();
+    ASSERT_EQ(messages.shown.size(), 1U);
+    EXPECT_EQ(messages.shown[0].title, QStringLiteral("File Load Error"));
+    EXPECT_EQ(messages.shown[0].text, QStringLiteral("File of unknown data format"));
+    EXPECT_EQ(main->gcolDocuments().count(), 0);
+    EXPECT_TRUE(main->documentArea().subWindowList().isEmpty());
 }
 
 TEST_F(FrmMainDocumentsTest, fileFiltersKeepTheirTextsAndPatterns)

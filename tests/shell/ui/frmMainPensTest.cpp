@@ -67,6 +67,16 @@ TEST_F(FrmMainPensTest, thePinOfPen10OfAnImpedanceDocumentIs110)
     EXPECT_EQ(written(), QByteArray("setpin 110\r"));
 }
 
+TEST_F(FrmMainPensTest, turningToADocumentOfAnotherTypeSelectsItsPin)
+{
+    connectInstrument();
+    newDocument(PenDocument::Amplitude);
+    newDocument(PenDocument::Impedance);
+    written();
+    trigger("mnuPreviousDocument");
+    EXPECT_EQ(written(), QByteArray("setpin 21\r"));
+}
+
 TEST_F(FrmMainPensTest, noPinIsWrittenWhileAScriptRuns)
 {
     connectInstrument();

@@ -88,7 +88,7 @@ TEST_F(FrmMainTestRunTest, turningToAnotherDocumentStopsASingleSweep)
     written();
     trigger("mnuPreviousDocument");
     EXPECT_NE(main->activeDocument(), tested);
-    EXPECT_EQ(written(), QByteArray("x\r"));
+    EXPECT_EQ(written(), QByteArray("x\rsetpin 11\r"));
     EXPECT_FALSE(state.gbfPlotting);
     receive(point(1));
     EXPECT_EQ(tested->peGraph().YData(0, 1), -65536.0F);
