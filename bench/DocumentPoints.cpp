@@ -86,9 +86,25 @@ void plainStores(benchmark::State& state)
     }
 }
 
+void switchViewOfAFullDocument(benchmark::State& state)
+{
+    World world(PenDocument::Impedance);
+    for (int pen = 0; pen < PenDocument::kPens; ++pen) {
+        world.document.setCurrentPen(pen);
+        for (std::int32_t point = 0; point < 1024; ++point)
+            world.document.AddImpedancePoint(1000.0 + point, 50.0 + point, 12.5, -1.0, point);
+    }
+    bool alternate = false;
+    for (auto _ : state) {
+        alternate = !alternate;
+        world.document.graphSetAlternateView(alternate);
+    }
+}
+
 BENCHMARK(plainStores);
 BENCHMARK(impedancePoint);
 BENCHMARK(impedancePointIntoReactanceDocument);
+BENCHMARK(switchViewOfAFullDocument);
 
 } // namespace
 

@@ -6,17 +6,11 @@
 #include "shell/ProgramState.h"
 #include "shell/UserMessages.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 
 #include <algorithm>
 
 namespace {
-
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("DocumentList", text);
-}
 
 /// Information with Yes and No.
 constexpr int kAskReload = UserMessages::Information | UserMessages::YesNo;
@@ -93,7 +87,8 @@ bool DocumentList::LoadExistingDocument(const QString& strFileName)
             return false;
     }
 
-    if (!document->fileLoadPlot(strFileName)) {
+    // The quick file list outlives the folder that the program was started in.
+    if (!document->fileLoadPlot(QFileInfo(strFileName).absoluteFilePath())) {
         // An open document keeps what it shows; one made for this file goes again.
         if (document && !reload) {
             document->gbfModified = false;

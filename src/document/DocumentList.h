@@ -2,6 +2,7 @@
 
 #include "document/DocumentContext.h"
 
+#include <QCoreApplication>
 #include <QPointer>
 #include <QString>
 
@@ -27,6 +28,8 @@ public:
 /// none. Documents that die without having been removed count no more.
 class DocumentList
 {
+    Q_DECLARE_TR_FUNCTIONS(DocumentList)
+
 public:
     /// Both outlive the list.
     DocumentList(const DocumentContext& context, DocumentWindows& windows);

@@ -12,10 +12,10 @@ namespace {
 constexpr std::int16_t kAmplitude = 1;
 constexpr std::int16_t kImpedance = 2;
 
-QString tr(const char* text)
+struct Texts
 {
-    return QCoreApplication::translate("PlotFileNames", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(PlotFileNames)
+};
 
 } // namespace
 
@@ -35,9 +35,9 @@ QString saveFilter(std::int16_t testType)
 {
     switch (testType) {
     case kAmplitude:
-        return tr("Amplitude files (*.gad)|*.gad");
+        return Texts::tr("Amplitude files (*.gad)|*.gad");
     case kImpedance:
-        return tr("Impedance files (*.gzd)|*.gzd");
+        return Texts::tr("Impedance files (*.gzd)|*.gzd");
     default:
         return QString();
     }
@@ -45,7 +45,7 @@ QString saveFilter(std::int16_t testType)
 
 QString openFilter()
 {
-    return tr("All plot files(*.*)|*.*|Amplitude plot files(*.gad)|*.gad|Impedance plot files(*.gzd)|*.gzd");
+    return Texts::tr("All plot files(*.*)|*.*|Amplitude plot files(*.gad)|*.gad|Impedance plot files(*.gzd)|*.gzd");
 }
 
 QString completed(const QString& fileName, std::int16_t testType)

@@ -2,6 +2,8 @@
 
 #include "document/DocumentBench.h"
 
+#include <QDir>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -80,6 +82,29 @@ TEST_F(DocumentListTest, NoRoomForADocumentIsTold)
     EXPECT_EQ(list.LoadNewCleanDoc(), nullptr);
     EXPECT_EQ(bench.messages.shown.size(), 2U);
     EXPECT_EQ(list.count(), 0);
+}
+
+TEST_F(DocumentListTest, DocumentOfNoTypeOpensAndRefusesPoints)
+{
+    bench.state.giNewDocType = 0;
+    PenDocument* document = list.LoadNewDoc();
+    ASSERT_NE(document, nullptr);
+    EXPECT_EQ(document->pgiTestType, 0);
+    document->AddImpedancePoint(1000, 50, 10, 1, 0);
+    expectMessage("Add Point Error", "Wrong type of data for graph", UserMessages::Stop);
+    EXPECT_EQ(document->peGraph().XData(0, 0), 0.0F);
+}
+
+TEST_F(DocumentListTest, RelativeNameIsKeptAsAFullPath)
+{
+    const QString path = savedPlot("run");
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(bench.folder.path()));
+    const bool loaded = list.LoadExistingDocument("run.gzd");
+    QDir::setCurrent(before);
+    ASSERT_TRUE(loaded);
+    EXPECT_EQ(list.at(1)->GetFileName(), path);
+    EXPECT_EQ(bench.window.quickFiles.back(), path);
 }
 
 TEST_F(DocumentListTest, IndexIsThatOfTheActiveDocument)
