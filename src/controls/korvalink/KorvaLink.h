@@ -114,7 +114,8 @@ public:
 Q_SIGNALS:
     void DeviceConnected();
     void DataReceived();
-    /// The device is gone without Close() having been called: the link is already closed. Raised once.
+    /// The device is gone without Close() having been called: the link is already closed. Raised once. Whole frames
+    /// that came before are announced first, unless the reader has its event disabled; then they are lost.
     void Disconnected();
     void WriteBufferFull();
     /// A device has been plugged in. Devices are watched while something is connected to this signal.
