@@ -23,7 +23,7 @@ constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7
                                    1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 constexpr int kExactPower = 22; // 10^22 is the largest power of ten that a double holds exactly
 constexpr std::uint64_t kExactMantissa = std::uint64_t{1} << 53;
-constexpr int kMantissaDigits = 19; // as many as a 64-bit integer surely holds
+constexpr int kMantissaDigits = 19;         // as many as a 64-bit integer surely holds
 constexpr int kExponentBound = 100'000'000; // one more digit still fits into an int
 
 struct Parsed

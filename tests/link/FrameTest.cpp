@@ -3,8 +3,8 @@
 #include "support/FrameText.h"
 
 #include <cstdlib>
-#include <limits>
 #include <gtest/gtest.h>
+#include <limits>
 #include <random>
 
 namespace {

@@ -5,10 +5,9 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
-#include <gmock/gmock.h>
-
 #include <clocale>
 #include <cstdlib>
+#include <gmock/gmock.h>
 
 int main(int argc, char** argv)
 {
