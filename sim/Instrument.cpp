@@ -202,8 +202,11 @@ QString Instrument::activity() const
 
 void Instrument::begin(std::unique_ptr<Run> run)
 {
-    if (m_run)
+    if (m_run) {
         endRun(false);
+        // A script that waits for the end of a run now waits for that of this one.
+        m_runEndedNews.reset();
+    }
     m_spot.reset();
     m_run = std::move(run);
     m_state.lastTest = m_run->kind();

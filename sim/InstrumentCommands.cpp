@@ -275,6 +275,8 @@ void Instrument::loadScript(const std::string& argument)
         send(status::notice(true, "The length of the script is not a number."));
         return;
     }
+    if (m_scriptRunning)
+        stopScript();
     m_script.clear();
     m_transferring = true;
     m_transferTooLong = *length > kLongestScript;

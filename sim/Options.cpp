@@ -177,7 +177,8 @@ const std::vector<Declaration>& declarations()
         {"idle-levels", "N",
          QT_TRANSLATE_NOOP("sim::Options", "Level frames a second between tests, 0 for none. Default: 2."),
          applyIdleLevels},
-        {"firmware", "M.m", QT_TRANSLATE_NOOP("sim::Options", "Firmware version to report. Default: 1.28."),
+        {"firmware", "M.m",
+         QT_TRANSLATE_NOOP("sim::Options", "Firmware version to report. Default: the version of this program."),
          applyFirmware},
         {"status", nullptr,
          QT_TRANSLATE_NOOP("sim::Options", "Say what goes on, on standard error, even when that is no terminal."),
@@ -221,6 +222,8 @@ ValueOr<Options> Options::parse(const QStringList& arguments)
             tr("\"%1\" is no option. See marrowick-sim --help.").arg(parser.positionalArguments().first()));
 
     Options options;
+    options.firmwareMajor = MG_VERSION_MAJOR;
+    options.firmwareMinor = MG_VERSION_MINOR;
     for (const Declaration& declared : declarations()) {
         const QString name = QLatin1String(declared.name);
         if (!parser.isSet(name))

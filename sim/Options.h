@@ -29,8 +29,8 @@ struct Options
     std::optional<QString> memory; ///< file; empty for no file at all; else MemoryFile::defaultFileName()
     QString scriptFrames;
     double idleLevelsPerSecond = 2;
-    int firmwareMajor = 1;
-    int firmwareMinor = 28;
+    int firmwareMajor = 0; ///< unless chosen, the version of this program, with which a host of its own age agrees
+    int firmwareMinor = 0;
     bool status = false; ///< also when standard error is no terminal
 
     /// The arguments without the program's name. The sentence of a failure says what to write instead.

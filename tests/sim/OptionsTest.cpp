@@ -59,6 +59,12 @@ TEST(Options, EachIsTakenOver)
     EXPECT_TRUE(options.status);
 }
 
+TEST(Options, TheFirmwareIsAsOldAsTheProgramUnlessItIsChosen)
+{
+    EXPECT_EQ(parsed({}).firmwareMajor, 1);
+    EXPECT_EQ(parsed({}).firmwareMinor, 28);
+}
+
 TEST(Options, RateZeroIsThePaceOfARealInstrument)
 {
     EXPECT_EQ(parsed({"--rate", "0"}).pace.kind, sim::Pace::Kind::Honest);

@@ -177,6 +177,28 @@ TEST(Script, AScriptCanNeitherReplaceNorRestartItself)
     }
 }
 
+TEST(Script, ASweepThatReplacesAnotherIsTheOneToWaitFor)
+{
+    SimBench bench = scripted("> points 4\n> amptest\nsweep impedance\nr 0 done\n");
+    bench.ask("loadscript 3\rabc");
+    bench.recorder.clear();
+    bench.write("run\r");
+    bench.pass(std::chrono::seconds(1));
+    EXPECT_EQ(bench.recorder.codes(), "kPDEDFFFFEYrk");
+}
+
+TEST(Script, ANewTransferStopsTheScriptThatRuns)
+{
+    SimBench bench = scripted("f 0 ready?\nr 0 never\n");
+    bench.ask("loadscript 3\rabc");
+    bench.write("run\r");
+    bench.recorder.clear();
+    bench.write("loadscript 2\rxy");
+    bench.write(" ");
+    bench.pass(std::chrono::seconds(1));
+    EXPECT_EQ(bench.recorder.codes(), "kr");
+}
+
 TEST(Script, AHostThatLeavesStopsTheScript)
 {
     SimBench bench = scripted(kDemo);
