@@ -1,119 +1,23 @@
-#include "prefs/ui/frmPreferences.h"
+#include "PreferencesWindow.h"
 
-#include "prefs/Preferences.h"
-#include "prefs/PreferencesHost.h"
-#include "prefs/SettingsStore.h"
 #include "prefs/ui/ColourLabel.h"
 #include "prefs/ui/frmDirSelect.h"
-#include "shell/ProgramState.h"
-#include "support/RecordingMessages.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QComboBox>
 #include <QDir>
-#include <QFile>
 #include <QFontDatabase>
-#include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRadioButton>
-#include <QScreen>
 #include <QSlider>
-#include <QTabWidget>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
-
-#include <gtest/gtest.h>
-#include <memory>
 
 namespace {
 
 using namespace options;
-
-class FakeHost : public PreferencesHost
-{
-public:
-    void penInitialise() override { calls.append(QStringLiteral("penInitialise")); }
-    void setPenLabelColour(int iPen, std::uint32_t lColour, std::uint32_t lTextColour) override
-    {
-        calls.append(QStringLiteral("pen %1 %2 %3").arg(iPen).arg(lColour).arg(lTextColour));
-    }
-    void graphSetTickColour(std::uint32_t lColour) override { calls.append(QStringLiteral("tick %1").arg(lColour)); }
-    QRect clientArea() const override { return area; }
-    QString documentsFolder() const override { return documents; }
-
-    QStringList calls;
-    QRect area;
-    QString documents;
-};
-
-class PreferencesWindowTest : public ::testing::Test
-{
-protected:
-    PreferencesWindowTest() { host.documents = dir.filePath(QStringLiteral("Documents")); }
-
-    frmPreferences& open()
-    {
-        window = std::make_unique<frmPreferences>(preferences, host, state, messages);
-        window->show();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
-        return *window;
-    }
-    void escape() { QTest::keyClick(window.get(), Qt::Key_Escape); }
-    void click(const char* name) { QTest::mouseClick(find<QWidget>(name), Qt::LeftButton); }
-    void pressOk() { click("cmdOK"); }
-
-    template <typename T>
-    T* find(const char* name)
-    {
-        T* const control = window->findChild<T*>(QLatin1String(name));
-        if (control == nullptr) {
-            QStringList names;
-            for (const QWidget* other : window->findChildren<QWidget*>())
-                names.append(other->objectName());
-            ADD_FAILURE() << "no control " << name << " among " << names.join(QLatin1Char(' ')).toStdString();
-        }
-        return control;
-    }
-    QRadioButton* radio(const char* name) { return find<QRadioButton>(name); }
-    /// Chooses an option as a user does: on its page, by the mouse.
-    void choose(const char* name)
-    {
-        QWidget* const control = find<QWidget>(name);
-        auto* const tabs = find<QTabWidget>("SSTab1");
-        for (int i = 0; i < tabs->count(); ++i) {
-            if (tabs->widget(i)->isAncestorOf(control))
-                tabs->setCurrentIndex(i);
-        }
-        QTest::mouseClick(control, Qt::LeftButton, Qt::NoModifier, QPoint(8, control->height() / 2));
-    }
-    QString stored(const char* section, const char* key)
-    {
-        return store.GetSetting(kApp, QLatin1String(section), QLatin1String(key), QStringLiteral("absent"));
-    }
-    void store_(const char* section, const char* key, const char* text)
-    {
-        ASSERT_TRUE(store.SaveSetting(kApp, QLatin1String(section), QLatin1String(key), QString::fromUtf8(text)));
-    }
-    /// So that leaving the window stores nothing by itself.
-    void setFolders()
-    {
-        for (std::size_t i = 0; i < kFolders.size(); ++i)
-            preferences.setValue(kFolders[i].option, dir.filePath(QStringLiteral("folder%1").arg(i)));
-    }
-
-    const QString kApp = QStringLiteral("MarrowickGraph");
-    QTemporaryDir dir;
-    SettingsStore store{dir.filePath(QStringLiteral("config"))};
-    Preferences preferences{store, kApp};
-    FakeHost host;
-    ProgramState state;
-    RecordingMessages messages;
-    std::unique_ptr<frmPreferences> window;
-};
 
 TEST_F(PreferencesWindowTest, ShowsTheDefaultsOfAnEmptyStore)
 {
@@ -413,94 +317,6 @@ TEST_F(PreferencesWindowTest, TellsOnceThatNothingCanBeStored)
     EXPECT_FALSE(window->isVisible());
 }
 
-TEST_F(PreferencesWindowTest, ListsItsTabsInOrderAndWrapsWithControlTab)
-{
-    setFolders();
-    open();
-    auto* const tabs = find<QTabWidget>("SSTab1");
-    QStringList texts;
-    for (int i = 0; i < tabs->count(); ++i)
-        texts.append(tabs->tabText(i));
-    EXPECT_EQ(texts.join(QLatin1Char('|')), QStringLiteral("Pen Colours|Amplitude|Impedance|Reactance|General"));
-    auto* const button = find<QPushButton>("cmdOK");
-    button->setFocus();
-    for (const int expected : {1, 2, 3, 4, 0, 1}) {
-        QTest::keyClick(button, Qt::Key_Tab, Qt::ControlModifier);
-        EXPECT_EQ(tabs->currentIndex(), expected);
-    }
-    for (const int expected : {0, 4, 3}) {
-        QTest::keyClick(button, Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
-        EXPECT_EQ(tabs->currentIndex(), expected);
-    }
-    auto* const inside = find<QWidget>("optXFreqLog");
-    inside->setFocus();
-    QTest::keyClick(inside, Qt::Key_Tab, Qt::ControlModifier);
-    EXPECT_EQ(tabs->currentIndex(), 4);
-}
-
-TEST_F(PreferencesWindowTest, OpensOnAChosenPage)
-{
-    open();
-    window->selectPage(5);
-    EXPECT_EQ(find<QTabWidget>("SSTab1")->tabText(find<QTabWidget>("SSTab1")->currentIndex()),
-              QStringLiteral("General"));
-}
-
-TEST_F(PreferencesWindowTest, SelectsAFontByItsExactNameOnly)
-{
-    const QString font = QFontDatabase::families().value(0);
-    const QString otherCase = font.toLower() == font ? font.toUpper() : font.toLower();
-    open();
-    auto* const list = find<QComboBox>("combFontSelection");
-    EXPECT_EQ(list->count() > 0, true);
-    window->PopulateTheFontSelectWindow();
-    EXPECT_EQ(list->currentIndex(), -1);
-    window->SetCurrentFont(otherCase);
-    EXPECT_EQ(list->currentIndex(), -1) << "case counts";
-    window->SetCurrentFont(font);
-    EXPECT_EQ(list->currentText(), font);
-    window->SetCurrentFont(QStringLiteral("No Such Font"));
-    EXPECT_EQ(list->currentText(), font) << "no find leaves the selection";
-}
-
-TEST_F(PreferencesWindowTest, KeepsAStoredFontThatIsNotInstalled)
-{
-    store_("Preferences", "DefaultFont", "No Such Font");
-    open();
-    EXPECT_EQ(find<QComboBox>("combFontSelection")->placeholderText(), QStringLiteral("No Such Font (not installed)"));
-    pressOk();
-    EXPECT_EQ(stored("Preferences", "DefaultFont"), QStringLiteral("No Such Font"));
-}
-
-TEST_F(PreferencesWindowTest, DropsWhatIsTypedIntoTheFontList)
-{
-    setFolders();
-    open();
-    window->selectPage(5);
-    auto* const list = find<QComboBox>("combFontSelection");
-    ASSERT_GE(list->count(), 2);
-    list->setCurrentIndex(0);
-    list->setFocus();
-    const QString last = list->itemText(list->count() - 1);
-    QTest::keyClicks(list, last);
-    EXPECT_EQ(list->currentIndex(), 0);
-    QTest::keyClick(list, Qt::Key_Down);
-    EXPECT_EQ(list->currentIndex(), 1) << "the arrows still choose";
-}
-
-TEST_F(PreferencesWindowTest, StandsInTheMiddleOfTheMainWindowOrTheScreen)
-{
-    setFolders();
-    open();
-    constexpr int kFrame = 8; // how wide a frame the window system adds is known only afterwards
-    const QPoint middle = window->screen()->availableGeometry().center();
-    EXPECT_LE((window->frameGeometry().center() - middle).manhattanLength(), kFrame);
-    escape();
-    host.area = QRect(20, 30, 300, 200);
-    open();
-    EXPECT_LE((window->frameGeometry().center() - host.area.center()).manhattanLength(), kFrame);
-}
-
 TEST_F(PreferencesWindowTest, TakesAFolderFromTheFolderDialog)
 {
     setFolders();
@@ -532,50 +348,6 @@ TEST_F(PreferencesWindowTest, TakesAFolderFromTheFolderDialog)
             EXPECT_EQ(box->text(), ok ? dir.filePath(QStringLiteral("chosen")) : dir.path());
         }
     }
-}
-
-TEST_F(PreferencesWindowTest, NamesEveryControlForScreenReaders)
-{
-    open();
-    for (const QWidget* control : window->findChildren<QWidget*>()) {
-        if (control->window() != window.get() || control->focusPolicy() == Qt::NoFocus ||
-            control->objectName().startsWith(QStringLiteral("qt_")))
-            continue;
-        const auto* const button = qobject_cast<const QAbstractButton*>(control);
-        const bool named = !control->accessibleName().isEmpty() || (button != nullptr && !button->text().isEmpty());
-        EXPECT_TRUE(named || control->parentWidget()->inherits("QComboBox") ||
-                    control->parentWidget()->inherits("QTabWidget") || control->inherits("QGroupBox"))
-            << control->metaObject()->className() << " " << control->objectName().toStdString();
-    }
-}
-
-TEST_F(PreferencesWindowTest, IsWalkedThroughByTabInReadingOrder)
-{
-    setFolders();
-    open();
-    find<QTabWidget>("SSTab1")->setCurrentIndex(0);
-    find<QWidget>("lblColour_0")->setFocus();
-    QStringList order;
-    for (int i = 0; i < 12; ++i) {
-        order.append(window->focusWidget()->objectName());
-        QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
-    }
-    QStringList expected;
-    for (int pen = 0; pen < 10; ++pen)
-        expected.append(QStringLiteral("lblColour_%1").arg(pen));
-    expected.append({QStringLiteral("cmdDefault"), QStringLiteral("cmdOK")});
-    EXPECT_EQ(order, expected) << order.join(QLatin1Char(' ')).toStdString();
-
-    window->selectPage(5);
-    find<QWidget>("txtFilePaths_0")->setFocus();
-    order.clear();
-    for (int i = 0; i < 9; ++i) {
-        order.append(window->focusWidget()->objectName());
-        QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
-    }
-    EXPECT_EQ(order.join(QLatin1Char(' ')).toStdString(), "txtFilePaths_0 btnSetPath_0 txtFilePaths_1 btnSetPath_1 "
-                                                          "txtFilePaths_2 btnSetPath_2 txtFilePaths_3 btnSetPath_3 "
-                                                          "cmdDefault");
 }
 
 } // namespace
