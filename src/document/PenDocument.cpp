@@ -28,7 +28,7 @@ void setPenLineTypes(GraphModel& graph, int pen, int type)
 PenDocument::PenDocument(const DocumentContext& context, QObject* parent)
     : QObject(parent)
     , m_context(context)
-    , m_zooms(m_graph)
+    , gcolZooms(m_graph)
     , m_gclsTestSettings(std::make_unique<clsTestSettings>())
 {
     connect(&m_graph, &GraphModel::ZoomIn, this, &PenDocument::zoomedIn);
@@ -122,13 +122,13 @@ void PenDocument::readViewFromTitles()
     }
     m_graph.setWorkingAxis(0);
 
-    m_gbfXLinear = m_graph.XAxisScaleControl() == graph::ScaleLinear;
+    gbfXLinear = m_graph.XAxisScaleControl() == graph::ScaleLinear;
     if (pgiTestType == Amplitude || pgiTestType == Impedance) {
-        m_giPhaseView = 0;
+        giPhaseView = 0;
         if (title(2) == graphtexts::kPhase)
-            m_giPhaseView = 1;
+            giPhaseView = 1;
         if (title(3) == graphtexts::kPhase)
-            m_giPhaseView = 2;
+            giPhaseView = 2;
     } else if (pgiTestType == Reactance) {
         giDisplayRG = title(3) == graphtexts::kResistance ? 1 : 2;
     }
@@ -136,7 +136,7 @@ void PenDocument::readViewFromTitles()
 
 void PenDocument::readShownPens()
 {
-    m_gbfPenHide.fill(true);
+    gbfPenHide.fill(true);
     const int offset = gbfAltSubset ? kPens : 0;
     for (int slot = 0; slot < kPens; ++slot) {
         int entry = m_graph.RandomSubsetsToGraph(slot);
@@ -149,7 +149,7 @@ void PenDocument::readShownPens()
         if (entry < 0 || entry >= offset + kPens)
             continue;
         const int pen = entry >= kPens ? entry - offset : entry;
-        m_gbfPenHide[static_cast<std::size_t>(pen)] = false;
+        gbfPenHide[static_cast<std::size_t>(pen)] = false;
     }
 }
 
@@ -157,7 +157,7 @@ void PenDocument::readPenLocks()
 {
     const QString text = m_graph.MultiSubTitles(0);
     for (int pen = 0; pen < kPens; ++pen)
-        m_gbfPenLock[static_cast<std::size_t>(pen)] = pen < text.size() && text.at(pen) == QLatin1Char('X');
+        gbfPenLock[static_cast<std::size_t>(pen)] = pen < text.size() && text.at(pen) == QLatin1Char('X');
 }
 
 QString PenDocument::lockText() const

@@ -87,7 +87,7 @@ public:
     const QString& caption() const { return m_caption; }
     void setCaption(const QString& caption);
     /// Set by the main window when it closes this document: see QueryClose().
-    void setClosing(bool bfClosing) { m_gbfClosing = bfClosing; }
+    void setClosing(bool bfClosing) { gbfClosing = bfClosing; }
     bool gbfInitialised() const { return m_gbfInitialised; }
     double gdblTestMinFreq() const { return m_gdblTestMinFreq; } ///< Hz
     double gdblTestMaxFreq() const { return m_gdblTestMaxFreq; } ///< Hz
@@ -138,13 +138,13 @@ public:
     void graphSetAlternateView(bool bfAlternate);
     /// 0 no phase, 1 the axis called "180" (subsets p+20), 2 the axis called "360" (p+30).
     void graphSetPhase(std::int16_t View);
-    std::int16_t graphGetPhaseView() const { return m_giPhaseView; }
+    std::int16_t graphGetPhaseView() const { return giPhaseView; }
     /// 1 resistance, 2 conductance, 0 neither.
     void graphSetRG(std::int16_t View);
     /// Manual limits of the amplitude axes in dB; the loss axis takes the negated ones.
     void graphSetAmpScale(std::int16_t iMax, std::int16_t iMin);
     /// True while the frequency axis is linear.
-    bool graphGetFrequncyView() const { return m_gbfXLinear; }
+    bool graphGetFrequncyView() const { return gbfXLinear; }
     /// Stored zooms mean nothing on the other scale and go.
     void graphSetFrequecyLinear(bool bfXLin);
     void graphUpdateDisplayedPens();
@@ -174,11 +174,11 @@ public:
     void GetZoomLimits(double& dblZoomMaxX, double& dblZoomMaxY, double& dblZoomMinX, double& dblZoomMinY,
                        double& dblZoomMaxTX, double& dblZoomMinTX) const;
     void RemoveStoredZooms(int intIndex);
-    const ZoomHistory& zoomHistory() const { return m_zooms; }
+    const ZoomHistory& zoomHistory() const { return gcolZooms; }
     /// States of the buttons Zoom Extents, Undo and Redo.
-    bool canZoomExtents() const { return m_zooms.canZoomExtents(); }
+    bool canZoomExtents() const { return gcolZooms.canZoomExtents(); }
     bool canUndoZoom() const { return m_graph.Zoomed(); }
-    bool canRedoZoom() const { return m_zooms.canRedo(); }
+    bool canRedoZoom() const { return gcolZooms.canRedo(); }
 
     // Pens -----------------------------------------------------------------------------------------------------------
 
@@ -252,8 +252,8 @@ Q_SIGNALS:
 
 private:
     bool isPen(int Index) const { return Index >= 0 && Index < kPens; }
-    bool isHidden(int Index) const { return isPen(Index) && m_gbfPenHide[static_cast<std::size_t>(Index)]; }
-    bool isLocked(int Index) const { return isPen(Index) && m_gbfPenLock[static_cast<std::size_t>(Index)]; }
+    bool isHidden(int Index) const { return isPen(Index) && gbfPenHide[static_cast<std::size_t>(Index)]; }
+    bool isLocked(int Index) const { return isPen(Index) && gbfPenLock[static_cast<std::size_t>(Index)]; }
     void readViewFromTitles();
     void readShownPens();
     void readPenLocks();
@@ -276,15 +276,15 @@ private:
 
     DocumentContext m_context;
     GraphModel m_graph;
-    ZoomHistory m_zooms;
+    ZoomHistory gcolZooms;
     std::unique_ptr<clsTestSettings> m_gclsTestSettings;
     QString m_caption;
-    bool m_gbfXLinear = false;
-    std::int16_t m_giPhaseView = 0;
-    std::array<bool, kPens> m_gbfPenLock{};
-    std::array<bool, kPens> m_gbfPenHide{};
+    bool gbfXLinear = false;
+    std::int16_t giPhaseView = 0;
+    std::array<bool, kPens> gbfPenLock{};
+    std::array<bool, kPens> gbfPenHide{};
     bool m_gbfInitialised = false;
-    bool m_gbfClosing = false;
+    bool gbfClosing = false;
     bool m_viewOnly = false;
     bool m_canPaste = false;
     double m_gdblTestMinFreq = 0;

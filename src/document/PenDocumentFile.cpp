@@ -120,7 +120,7 @@ Outcome PenDocument::fileLoadPlot(const QString& sFileName)
 {
     if (const Outcome loaded = GraphFile::PEloadfromfile(m_graph, sFileName); !loaded)
         return loaded;
-    m_zooms.RemoveStoredZooms(0);
+    gcolZooms.RemoveStoredZooms(0);
     const QPointer<PenDocument> self(this);
     m_context.host.processEvents();
     if (!self)
@@ -153,7 +153,7 @@ Outcome PenDocument::fileLoadPlot(const QString& sFileName)
 
 bool PenDocument::QueryClose()
 {
-    if (!m_context.state.gbfSuppressPrompts && !m_gbfClosing)
+    if (!m_context.state.gbfSuppressPrompts && !gbfClosing)
         return false;
     const QPointer<PenDocument> self(this);
     if (m_context.state.gbfPlotting && m_context.host.QuestionTestCancel())

@@ -56,7 +56,7 @@ std::int16_t PenDocument::TogglePenLock(int Index)
                                    tr("Masks Enabled"));
         return self ? GetPenLock(Index) : lock;
     }
-    bool& lock = m_gbfPenLock[static_cast<std::size_t>(Index)];
+    bool& lock = gbfPenLock[static_cast<std::size_t>(Index)];
     lock = !lock;
     UpdateToolBars();
     SetModified();
@@ -67,20 +67,20 @@ void PenDocument::UpdatePenLock(int Index, bool bfLock)
 {
     if (!isPen(Index))
         return;
-    m_gbfPenLock[static_cast<std::size_t>(Index)] = bfLock;
+    gbfPenLock[static_cast<std::size_t>(Index)] = bfLock;
     UpdateToolBars();
 }
 
 void PenDocument::LockAllPens()
 {
-    m_gbfPenLock.fill(true);
+    gbfPenLock.fill(true);
     gbfModified = true;
     UpdateToolBars();
 }
 
 void PenDocument::UnlockAllPens()
 {
-    m_gbfPenLock.fill(false);
+    gbfPenLock.fill(false);
     gbfModified = true;
 }
 
@@ -94,7 +94,7 @@ std::int16_t PenDocument::TogglePenDisplay(int Index)
     if (!isPen(Index))
         return 0;
     UpdatePenHide(Index, !isHidden(Index));
-    if (std::all_of(m_gbfPenHide.begin(), m_gbfPenHide.end(), [](bool hidden) { return hidden; })) {
+    if (std::all_of(gbfPenHide.begin(), gbfPenHide.end(), [](bool hidden) { return hidden; })) {
         DisplayAllPens();
         UpdatePenHide(Index, isHidden(Index));
     }
@@ -105,7 +105,7 @@ void PenDocument::UpdatePenHide(int Index, bool bfHide)
 {
     if (!isPen(Index))
         return;
-    m_gbfPenHide[static_cast<std::size_t>(Index)] = bfHide;
+    gbfPenHide[static_cast<std::size_t>(Index)] = bfHide;
     graphUpdateDisplayedPens();
     UpdateToolBars();
     SetModified();
@@ -114,7 +114,7 @@ void PenDocument::UpdatePenHide(int Index, bool bfHide)
 
 void PenDocument::DisplayAllPens()
 {
-    m_gbfPenHide.fill(false);
+    gbfPenHide.fill(false);
     graphUpdateDisplayedPens();
     SetModified();
     m_graph.PEactions(graph::Reinitialise);

@@ -176,11 +176,11 @@ void PenDocument::updatePopupChecks()
     switch (pgiTestType) {
     case Amplitude:
         check(PopupView, {!gbfAltSubset, gbfAltSubset});
-        check(PopupPhase, {m_giPhaseView == 1, m_giPhaseView == 2, m_giPhaseView == 0});
+        check(PopupPhase, {giPhaseView == 1, giPhaseView == 2, giPhaseView == 0});
         break;
     case Impedance:
         check(PopupView, {!gbfAltSubset, gbfAltSubset});
-        check(PopupPhase, {m_giPhaseView == 2, m_giPhaseView == 0});
+        check(PopupPhase, {giPhaseView == 2, giPhaseView == 0});
         break;
     case Reactance:
         check(PopupPhase, {!gbfAltSubset, gbfAltSubset});

@@ -59,7 +59,7 @@ void PenDocument::graphConfigureTestType(std::int16_t iTestType)
     const InstrumentMirror& mirror = m_context.mirror;
     pgiTestType = iTestType;
     gbfAltSubset = false;
-    m_giPhaseView = 0;
+    giPhaseView = 0;
     giDisplayRG = iTestType == Reactance ? 1 : 0;
     switch (iTestType) {
     case Amplitude:
@@ -88,7 +88,7 @@ void PenDocument::graphConfigureTestType(std::int16_t iTestType)
     setYScale(m_graph, {2, 3}, true);
     nameAxes();
 
-    m_gbfPenHide.fill(false);
+    gbfPenHide.fill(false);
     graphUpdateDisplayedPens();
     for (int pen = 0; pen < kPens; ++pen)
         graphResetPenName(pen);
@@ -120,8 +120,8 @@ void PenDocument::nameAxes()
         setTitle(m_graph, 2, giDisplayRG == 2 ? kConductance : kSwitchedOff);
         setTitle(m_graph, 3, giDisplayRG == 1 ? kResistance : kSwitchedOff);
     } else {
-        setTitle(m_graph, 2, m_giPhaseView == 1 ? kPhase : kSwitchedOff);
-        setTitle(m_graph, 3, m_giPhaseView == 2 ? kPhase : kSwitchedOff);
+        setTitle(m_graph, 2, giPhaseView == 1 ? kPhase : kSwitchedOff);
+        setTitle(m_graph, 3, giPhaseView == 2 ? kPhase : kSwitchedOff);
     }
     m_graph.setWorkingAxis(0);
 }
@@ -129,7 +129,7 @@ void PenDocument::nameAxes()
 void PenDocument::graphConfigureFrequncyView(bool Linear)
 {
     const InstrumentMirror& mirror = m_context.mirror;
-    m_gbfXLinear = Linear;
+    gbfXLinear = Linear;
     m_graph.setXAxisLabel(kFrequency);
     m_graph.setXAxisScaleControl(Linear ? graph::ScaleLinear : graph::ScaleLogarithmic);
     m_graph.setManualScaleControlX(graph::ScaleManual);
@@ -185,7 +185,7 @@ void PenDocument::graphSetAlternateView(bool bfAlternate)
     updatePopupChecks();
     graphUpdateDisplayedPens();
     // The Y limits of stored zooms belong to the other quantity.
-    m_zooms.RemoveStoredZooms(0);
+    gcolZooms.RemoveStoredZooms(0);
     const QPointer<PenDocument> self(this);
     m_graph.PEactions(graph::UndoZoom);
     if (!self)
@@ -198,7 +198,7 @@ void PenDocument::graphSetPhase(std::int16_t View)
 {
     if ((pgiTestType != Amplitude && pgiTestType != Impedance) || View < 0 || View > 2)
         return;
-    m_giPhaseView = View;
+    giPhaseView = View;
     nameAxes();
     updatePopupChecks();
     graphUpdateDisplayedPens();
@@ -225,11 +225,11 @@ void PenDocument::graphSetAmpScale(std::int16_t iMax, std::int16_t iMin)
 
 void PenDocument::graphSetFrequecyLinear(bool bfXLin)
 {
-    const bool changes = m_gbfXLinear != bfXLin;
-    m_gbfXLinear = bfXLin;
+    const bool changes = gbfXLinear != bfXLin;
+    gbfXLinear = bfXLin;
     m_graph.setXAxisScaleControl(bfXLin ? graph::ScaleLinear : graph::ScaleLogarithmic);
     // Stored X limits are exponents on one scale and plain on the other.
-    m_zooms.RemoveStoredZooms(0);
+    gcolZooms.RemoveStoredZooms(0);
     const QPointer<PenDocument> self(this);
     m_graph.PEactions(graph::UndoZoom);
     if (!self)
@@ -243,8 +243,8 @@ void PenDocument::graphSetFrequecyLinear(bool bfXLin)
 void PenDocument::graphUpdateDisplayedPens()
 {
     const bool reactance = pgiTestType == Reactance;
-    const bool third = reactance ? giDisplayRG == 2 : m_giPhaseView == 1;
-    const bool fourth = reactance ? giDisplayRG == 1 : m_giPhaseView == 2;
+    const bool third = reactance ? giDisplayRG == 2 : giPhaseView == 1;
+    const bool fourth = reactance ? giDisplayRG == 1 : giPhaseView == 2;
     const auto show = [this](int subset, bool shown) { m_graph.setRandomSubsetsToGraph(subset, shown ? subset : -1); };
     for (int pen = 0; pen < kPens; ++pen) {
         const bool shown = !isHidden(pen);

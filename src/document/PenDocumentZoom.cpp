@@ -42,7 +42,7 @@ void PenDocument::zoomedIn()
     sendZoomExtent();
     if (!self)
         return;
-    m_zooms.StoreZoom();
+    gcolZooms.StoreZoom();
     updateZoomButtons();
     gbfSendZoom = true;
 }
@@ -69,7 +69,7 @@ void PenDocument::ZoomExtents()
 void PenDocument::UndooZoom()
 {
     const QPointer<PenDocument> self(this);
-    const ZoomHistory::Step step = m_zooms.UndooZoom();
+    const ZoomHistory::Step step = gcolZooms.UndooZoom();
     if (!self)
         return;
     gbfZoomExtents = step == ZoomHistory::Step::Extents;
@@ -84,7 +84,7 @@ void PenDocument::UndooZoom()
 
 void PenDocument::RedooZoom()
 {
-    if (m_zooms.RedooZoom() == ZoomHistory::Step::None)
+    if (gcolZooms.RedooZoom() == ZoomHistory::Step::None)
         return;
     gbfZoomExtents = false;
     const QPointer<PenDocument> self(this);
@@ -98,7 +98,7 @@ void PenDocument::RedooZoom()
 void PenDocument::GetZoomLimits(double& dblZoomMaxX, double& dblZoomMaxY, double& dblZoomMinX, double& dblZoomMinY,
                                 double& dblZoomMaxTX, double& dblZoomMinTX) const
 {
-    const clsGraphZoomNode node = m_zooms.GetZoomLimits();
+    const clsGraphZoomNode node = gcolZooms.GetZoomLimits();
     dblZoomMaxX = node.dblZoomMaxX;
     dblZoomMaxY = node.dblZoomMaxY;
     dblZoomMinX = node.dblZoomMinX;
@@ -109,7 +109,7 @@ void PenDocument::GetZoomLimits(double& dblZoomMaxX, double& dblZoomMaxY, double
 
 void PenDocument::RemoveStoredZooms(int intIndex)
 {
-    m_zooms.RemoveStoredZooms(intIndex);
+    gcolZooms.RemoveStoredZooms(intIndex);
     updateZoomButtons();
 }
 

@@ -26,19 +26,19 @@ frmAddText::frmAddText(PenDocument& document, QWidget* parent)
     , m_document(&document)
 {
     m_ui->setupUi(this);
-    m_txtPenLegend = {m_ui->txtPenLegend_0, m_ui->txtPenLegend_1, m_ui->txtPenLegend_2, m_ui->txtPenLegend_3,
-                      m_ui->txtPenLegend_4, m_ui->txtPenLegend_5, m_ui->txtPenLegend_6, m_ui->txtPenLegend_7,
-                      m_ui->txtPenLegend_8, m_ui->txtPenLegend_9};
-    m_lblColourSpot = {m_ui->lblColourSpot_0, m_ui->lblColourSpot_1, m_ui->lblColourSpot_2, m_ui->lblColourSpot_3,
-                       m_ui->lblColourSpot_4, m_ui->lblColourSpot_5, m_ui->lblColourSpot_6, m_ui->lblColourSpot_7,
-                       m_ui->lblColourSpot_8, m_ui->lblColourSpot_9};
+    txtPenLegend = {m_ui->txtPenLegend_0, m_ui->txtPenLegend_1, m_ui->txtPenLegend_2, m_ui->txtPenLegend_3,
+                    m_ui->txtPenLegend_4, m_ui->txtPenLegend_5, m_ui->txtPenLegend_6, m_ui->txtPenLegend_7,
+                    m_ui->txtPenLegend_8, m_ui->txtPenLegend_9};
+    lblColourSpot = {m_ui->lblColourSpot_0, m_ui->lblColourSpot_1, m_ui->lblColourSpot_2, m_ui->lblColourSpot_3,
+                     m_ui->lblColourSpot_4, m_ui->lblColourSpot_5, m_ui->lblColourSpot_6, m_ui->lblColourSpot_7,
+                     m_ui->lblColourSpot_8, m_ui->lblColourSpot_9};
     load();
 
     const auto enableApply = [this] { m_ui->cmdApply->setEnabled(true); };
     connect(m_ui->txtMainTitle, &QLineEdit::textEdited, this, &frmAddText::txtMainTitle_Edited);
     // Enter goes down the boxes and from the last back to the title.
     QLineEdit* previous = m_ui->txtMainTitle;
-    for (QLineEdit* box : m_txtPenLegend) {
+    for (QLineEdit* box : txtPenLegend) {
         connect(box, &QLineEdit::textEdited, this, enableApply);
         connect(previous, &QLineEdit::returnPressed, box, qOverload<>(&QWidget::setFocus));
         previous = box;
@@ -62,10 +62,10 @@ void frmAddText::load()
     m_ui->txtMainTitle->setText(graph.MainTitle());
     for (int pen = 0; pen < kPens; ++pen) {
         const auto index = static_cast<std::size_t>(pen);
-        m_txtPenLegend[index]->setText(graph.SubsetLabels(pen));
-        QPalette palette = m_lblColourSpot[index]->palette();
+        txtPenLegend[index]->setText(graph.SubsetLabels(pen));
+        QPalette palette = lblColourSpot[index]->palette();
         palette.setColor(QPalette::Window, colourOf(graph.SubsetColors(pen)));
-        m_lblColourSpot[index]->setPalette(palette);
+        lblColourSpot[index]->setPalette(palette);
     }
     m_ui->cmdApply->setEnabled(false);
 }
@@ -92,7 +92,7 @@ void frmAddText::cmdApply_Click()
     graph.setMainTitle(m_ui->txtMainTitle->text());
     for (int pen = 0; pen < kPens; ++pen) {
         // The alternate view shows the same name.
-        const QString name = m_txtPenLegend[static_cast<std::size_t>(pen)]->text();
+        const QString name = txtPenLegend[static_cast<std::size_t>(pen)]->text();
         graph.setSubsetLabels(pen, name);
         graph.setSubsetLabels(pen + kPens, name);
     }

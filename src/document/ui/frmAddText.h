@@ -37,6 +37,6 @@ private:
 
     std::unique_ptr<Ui::frmAddText> m_ui;
     QPointer<PenDocument> m_document;
-    std::array<QLineEdit*, kPens> m_txtPenLegend{};
-    std::array<QLabel*, kPens> m_lblColourSpot{};
+    std::array<QLineEdit*, kPens> txtPenLegend{};
+    std::array<QLabel*, kPens> lblColourSpot{};
 };
