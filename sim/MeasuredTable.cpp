@@ -6,6 +6,7 @@
 #include <QList>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 
@@ -39,6 +40,23 @@ std::optional<double> cellNumber(QByteArray cell, bool decimalComma)
     return number && std::isfinite(*number) ? number : std::nullopt;
 }
 
+/// Where the three numbers stand in a line.
+struct Columns
+{
+    qsizetype first = 0;
+    double hertz = 1; ///< of one unit of frequency
+};
+
+Columns columnsOf(const QList<QByteArray>& headings)
+{
+    for (qsizetype i = 0; i < headings.size(); ++i) {
+        const QByteArray heading = headings[i].toLower();
+        if (heading.contains("freq"))
+            return {i, heading.contains("khz") ? 1e3 : heading.contains("mhz") ? 1e6 : 1.0};
+    }
+    return {};
+}
+
 } // namespace
 
 MeasuredTable::MeasuredTable(QString name, std::vector<Point> points)
@@ -49,30 +67,34 @@ MeasuredTable::MeasuredTable(QString name, std::vector<Point> points)
 ValueOr<MeasuredTable> MeasuredTable::fromCsv(const QByteArray& text, const QString& name)
 {
     std::vector<Point> points;
-    bool headingSeen = false;
+    std::optional<Columns> headings;
     int lineNumber = 0;
     for (QByteArray line : text.split('\n')) {
         ++lineNumber;
         if (lineNumber == 1 && line.startsWith("\xef\xbb\xbf"))
             line.remove(0, 3);
-        line = line.trimmed();
-        if (line.isEmpty() || line.startsWith('#'))
+        if (line.trimmed().isEmpty() || line.startsWith('#'))
             continue;
         const char separator = separatorOf(line);
         const QList<QByteArray> cells = line.split(separator);
-        std::array<std::optional<double>, 3> numbers;
-        for (qsizetype i = 0; i < std::min<qsizetype>(3, cells.size()); ++i)
-            numbers[static_cast<std::size_t>(i)] = cellNumber(cells[i], separator != ',');
-        const bool none = !numbers[0] && !numbers[1] && !numbers[2];
-        if (none && points.empty() && !headingSeen) {
-            headingSeen = true;
+        const bool decimalComma = separator != ',';
+        if (points.empty() && !headings && !cellNumber(cells[0], decimalComma)) {
+            headings = columnsOf(cells);
             continue;
         }
-        if (!numbers[0] || !numbers[1] || !numbers[2])
-            return Outcome::failure(
-                tr("Line %1 of the table does not begin with three numbers: frequency, modulus and phase.")
-                    .arg(lineNumber));
-        const Point point{*numbers[0], *numbers[1], *numbers[2]};
+        const Columns columns = headings.value_or(Columns());
+        std::array<double, 3> numbers{};
+        for (std::size_t i = 0; i < numbers.size(); ++i) {
+            const qsizetype column = columns.first + static_cast<qsizetype>(i);
+            const std::optional<double> number =
+                column < cells.size() ? cellNumber(cells[column], decimalComma) : std::nullopt;
+            if (!number)
+                return Outcome::failure(
+                    tr("Line %1 of the table lacks one of three numbers: frequency, modulus and phase.")
+                        .arg(lineNumber));
+            numbers[i] = *number;
+        }
+        const Point point{numbers[0] * columns.hertz, numbers[1], numbers[2]};
         if (!(point.frequency > 0) || !(point.modulus > 0))
             return Outcome::failure(tr("Line %1 of the table: frequency and modulus must be above 0.").arg(lineNumber));
         points.push_back(point);

@@ -37,6 +37,17 @@ TEST(MeasuredTable, ReadsCommasSemicolonsAndTabsWithAndWithoutHeadings)
     }
 }
 
+TEST(MeasuredTable, TheColumnsBeginWhereTheHeadingSaysFrequency)
+{
+    const MeasuredTable swept = table("sweep,frequency_Hz,impedance_Ohm,phase_deg\n1,1000,50,-10\n1,2000,100,20\n");
+    ASSERT_EQ(swept.points().size(), 2u);
+    EXPECT_EQ(swept.points()[1].frequency, 2000);
+    EXPECT_EQ(swept.points()[1].modulus, 100);
+    EXPECT_EQ(swept.points()[1].phase, 20);
+    EXPECT_EQ(table("Nr;Freq. (kHz);|Z|;phi\n1;1,5;50;0\n").points()[0].frequency, 1500);
+    EXPECT_EQ(table("Frequency/MHz,Z,phi\n2.5,50,0\n").points()[0].frequency, 2.5e6);
+}
+
 TEST(MeasuredTable, MeetsItsPointsAndGoesStraightBetweenThem)
 {
     const MeasuredTable part = table("1000,10,-40\n100000,1000,40\n");
@@ -70,11 +81,11 @@ TEST(MeasuredTable, WrongLinesAreNamed)
     EXPECT_EQ(complaint(""), QString("The table holds no points."));
     EXPECT_EQ(complaint("a,b,c\n"), QString("The table holds no points."));
     EXPECT_EQ(complaint("1,2,3\n4,5\n"),
-              QString("Line 2 of the table does not begin with three numbers: frequency, modulus and phase."));
+              QString("Line 2 of the table lacks one of three numbers: frequency, modulus and phase."));
     EXPECT_EQ(complaint("1,2,3\nnote,a,b\n"),
-              QString("Line 2 of the table does not begin with three numbers: frequency, modulus and phase."));
+              QString("Line 2 of the table lacks one of three numbers: frequency, modulus and phase."));
     EXPECT_EQ(complaint("f,z,p\nagain,a,b\n1,2,3"),
-              QString("Line 2 of the table does not begin with three numbers: frequency, modulus and phase."));
+              QString("Line 2 of the table lacks one of three numbers: frequency, modulus and phase."));
     EXPECT_EQ(complaint("0,2,3\n"), QString("Line 1 of the table: frequency and modulus must be above 0."));
     EXPECT_EQ(complaint("1,-2,3\n"), QString("Line 1 of the table: frequency and modulus must be above 0."));
     EXPECT_FALSE(complaint("1,1e999,3\n").isEmpty());

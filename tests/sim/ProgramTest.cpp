@@ -434,7 +434,7 @@ TEST(Program, MistakesAreToldAndEndIt)
                   "Part file \"" + folder.filePath("bad.json") + "\": The entry \"colour\" of the part is not known.");
     expectRefusal({"--replay", folder.filePath("bad.csv")}, 2,
                   "\"" + folder.filePath("bad.csv") +
-                      "\" cannot be replayed: Line 2 of the table does not begin with three numbers: frequency, "
+                      "\" cannot be replayed: Line 2 of the table lacks one of three numbers: frequency, "
                       "modulus and phase.");
     expectRefusal({"--script-frames", folder.filePath("bad.txt")}, 2,
                   "\"" + folder.filePath("bad.txt") +
