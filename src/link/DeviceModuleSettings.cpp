@@ -5,6 +5,7 @@
 #include "link/DeviceModule.h"
 #include "link/MainWindowPort.h"
 #include "prefs/Preferences.h"
+#include "prefs/SettingsStore.h"
 
 #include <limits>
 
@@ -15,6 +16,7 @@ void DeviceModule::DeviceSaveSettings()
     if (serial.isEmpty())
         return;
     Preferences& preferences = m_context.preferences;
+    const SettingsStore::Batch batch(preferences.store());
     preferences.setValue(serial, options::kIdleFrequency, mirror.dblIdleFrequency);
     preferences.setValue(serial, options::kGraphExtents, mirror.bfGraphExtents);
     preferences.setValue(serial, options::kNumPoints, mirror.iNumPoints);

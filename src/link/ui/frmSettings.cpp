@@ -10,6 +10,7 @@
 #include "link/SettingsDialogHost.h"
 #include "link/ui/FrequencyEdit.h"
 #include "prefs/Preferences.h"
+#include "prefs/SettingsStore.h"
 #include "shell/ProgramState.h"
 #include "values/Conversions.h"
 
@@ -48,10 +49,11 @@ void showChecked(QAbstractButton* button, bool checked)
     button->setChecked(checked);
 }
 
-void showValue(QSlider* slider, int value)
+/// Tab leads to the chosen option of a group, the arrow keys from there to the others.
+void tabToChosen(std::initializer_list<QRadioButton*> group)
 {
-    const QSignalBlocker quiet(slider);
-    slider->setValue(value);
+    for (QRadioButton* option : group)
+        option->setFocusPolicy(option->isChecked() ? Qt::StrongFocus : Qt::ClickFocus);
 }
 
 } // namespace
@@ -108,6 +110,7 @@ void frmSettings::unload()
         SendToDevice(command::text(command::kStartFreq, low));
         SendToDevice(command::text(command::kEndFreq, high));
     }
+    const SettingsStore::Batch batch(m_context.preferences.store());
     m_device.DeviceSaveSettings();
     if (chkMonitor->isChecked() && m_context.device.Connected())
         m_context.device.Write(QStringLiteral("x\r"));
@@ -159,6 +162,7 @@ void frmSettings::storePosition()
     if (isMinimized())
         return;
     Preferences& preferences = m_context.preferences;
+    const SettingsStore::Batch batch(preferences.store());
     const auto save = [&preferences](const options::Option<options::Single>& option, int pixels) {
         preferences.setValue(option, static_cast<float>(pixels * kTwipsPerPixel));
     };
@@ -181,10 +185,14 @@ void frmSettings::RefreshDialog()
     m_bfDialogLive = false;
     showModel();
 
-    slideTestPoints->setRange(kFewestPoints, kMostPoints);
-    slideTestPoints->setSingleStep(1);
-    slideTestPoints->setPageStep(100);
-    showValue(slideTestPoints, mirror.iNumPoints);
+    {
+        // Setting a range moves the slider too.
+        const QSignalBlocker quiet(slideTestPoints);
+        slideTestPoints->setRange(kFewestPoints, kMostPoints);
+        slideTestPoints->setSingleStep(1);
+        slideTestPoints->setPageStep(100);
+        slideTestPoints->setValue(mirror.iNumPoints);
+    }
     ShowTestPoints(slideTestPoints->value());
 
     showChecked(optAB, mirror.iSweepMode == 0);
@@ -229,6 +237,10 @@ void frmSettings::RefreshDialog()
     showChecked(chkTestSchedule, testScheduleShown());
     showMonitorChoice();
     showChecked(chkAcquirePhase, mirror.bfPhaseOn);
+    tabToChosen({optAB, optBA, optAlternate});
+    tabToChosen({optOff, optTestStart, optUserDefined});
+    tabToChosen({optMonitorAmplitude, optMonitorImpedance});
+    tabToChosen({optMonFreq[0], optMonFreq[1]});
     m_bfDialogLive = !m_unloaded;
 }
 
@@ -318,6 +330,7 @@ void frmSettings::cmdSetFreq_Click()
     const std::int32_t low = settingsrules::wholeHertz(txtLowFreq->text());
     SendToDevice(command::text(command::kStartFreq, low));
     const std::int32_t high = settingsrules::wholeHertz(txtHighFreq->text());
+    const SettingsStore::Batch batch(preferences.store());
     preferences.setValue(mirror.strDeviceSerial, options::kTxtStartFrequency, low);
     preferences.setValue(mirror.strDeviceSerial, options::kTxtEndFrequency, high);
     saveMonitor();
@@ -486,6 +499,7 @@ void frmSettings::saveMonitor()
 {
     Preferences& preferences = m_context.preferences;
     const QString& serial = m_context.mirror.strDeviceSerial;
+    const SettingsStore::Batch batch(preferences.store());
     preferences.setValue(serial, options::kMonF1, txtSpotFrequency[0]->text());
     preferences.setValue(serial, options::kMonF2, txtSpotFrequency[1]->text());
     preferences.setValue(serial, options::kMonitorF1, optMonFreq[0]->isChecked());

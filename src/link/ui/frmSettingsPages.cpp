@@ -410,7 +410,7 @@ void frmSettings::connectSlider(QSlider* slider, void (frmSettings::*follow)(int
     // once.
     connect(slider, &QSlider::valueChanged, this, [this, slider, follow, commit](int value) {
         (this->*follow)(value);
-        if (!slider->isSliderDown())
+        if (m_bfDialogLive && !slider->isSliderDown())
             (this->*commit)();
     });
     connect(slider, &QSlider::sliderReleased, this, [this, commit] { (this->*commit)(); });
