@@ -147,9 +147,11 @@ void Line::send(const Frame& frame)
     std::string bytes(frame.data(), frame.size());
     if (strikes(Fault::NonNumeric))
         spoilNumber(bytes);
+    // Never both in one frame: columns put in and columns lost could make up a frame of the right length with wrong
+    // numbers, which no host can tell from a good one.
     if (strikes(Fault::WrongLength))
         spoilLength(bytes);
-    if (strikes(Fault::LostBytes))
+    else if (strikes(Fault::LostBytes))
         loseBytes(bytes);
     if (strikes(Fault::Garbage))
         append(garbage(), Duration(0));

@@ -46,7 +46,8 @@ struct FaultPlan
 };
 
 /// The line between the instrument and its port: takes whole frames and hands out bytes, with the faults of the plan.
-/// The same seed and the same frames give the same faults.
+/// The same seed and the same frames give the same faults. Apart from NonNumeric, no fault turns a point into another
+/// one that looks well: what still has the form of a point frame is one that was sent.
 class Line : public FrameSink
 {
 public:

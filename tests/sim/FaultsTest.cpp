@@ -195,6 +195,35 @@ TEST(Faults, TheSameSeedGivesTheSameFaults)
     EXPECT_NE(pass(all, 500, 9).bytes, pass(all, 500, 10).bytes);
 }
 
+TEST(Faults, APointThatStillLooksWellIsOneThatWasSent)
+{
+    constexpr int kFrames = 300;
+    std::vector<std::string> sent;
+    for (int i = 0; i < kFrames; ++i) {
+        const sim::Frame frame = point(i);
+        sent.emplace_back(frame.data(), frame.size() - 1);
+    }
+    std::size_t good = 0;
+    for (std::uint64_t seed = 0; seed < 200; ++seed) {
+        const std::string bytes = pass("garbage:4,lost:4,split:2,flood:200,wrong-length:4", kFrames, seed).bytes;
+        int last = -1;
+        std::size_t from = 0;
+        for (std::size_t at = bytes.find('\r'); at != std::string::npos && at + 1 < bytes.size();
+             at = bytes.find('\r', from)) {
+            const std::string cut = bytes.substr(from, at + 2 - from);
+            from = at + 2;
+            if (cut.size() != 67 || cut[1] != ':' || cut[0] != 'F')
+                continue;
+            const int number = readFrame(std::string_view(cut)).i;
+            ASSERT_GT(number, last);
+            ASSERT_EQ(cut.substr(0, 66), sent.at(static_cast<std::size_t>(number))) << "seed " << seed;
+            last = number;
+            ++good;
+        }
+    }
+    EXPECT_GT(good, 200u * kFrames / 5);
+}
+
 TEST(Faults, ARecordedFragmentPassesAsItStands)
 {
     sim::Line line(plan("garbage:1,lost:1"), 1);
