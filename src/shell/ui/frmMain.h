@@ -2,6 +2,7 @@
 
 #include "document/DocumentContext.h"
 #include "link/MainWindowPort.h"
+#include "link/SettingsDialogHost.h"
 #include "prefs/PreferencesHost.h"
 
 #include <QMainWindow>
@@ -23,6 +24,7 @@ class FileDialogs;
 class TestRun;
 class frmDevice;
 class frmDeviceProperties;
+class frmSettings;
 
 /// What the main window works with. All of it outlives the window.
 struct ShellContext
@@ -40,7 +42,7 @@ struct ShellContext
 ///
 /// load() runs the load sequence; closing the window runs the unload sequence. Handlers bear the names of their
 /// commands; each may run nested event loops.
-class frmMain : public QMainWindow, public MainWindowPort, public PreferencesHost
+class frmMain : public QMainWindow, public MainWindowPort, public PreferencesHost, public SettingsDialogHost
 {
     Q_OBJECT
 
@@ -82,6 +84,11 @@ public:
     void setPenLabelColour(int iPen, std::uint32_t lColour, std::uint32_t lTextColour) override;
     void graphSetTickColour(std::uint32_t lColour) override;
     QRect clientArea() const override;
+
+    // SettingsDialogHost ----------------------------------------------------------------------------------------------
+    PenDocument* LoadNewDoc() override;
+    void showDocument(PenDocument& document) override;
+    void addFunctionKeys(QWidget& window) override;
 
     // DocumentHost ----------------------------------------------------------------------------------------------------
     PenDocument* activeDocument() const override;
@@ -138,6 +145,7 @@ public:
     void mnuTestStopTest_Click();
     void mnuTestRepeat_Click();
     void mnuReRunLastTestScript_Click();
+    void mnuTestSettings_Click();
     void mnuTestDeviceProperties_Click();
     void mnuTestSchedule_Click();
     void mnuNextDocument_Click();
@@ -198,6 +206,7 @@ private:
     QMenu* m_windowMenu = nullptr;
     QList<QAction*> m_quickFileActions; ///< mnuFileBar4 and mnuFileMRU
     QPointer<frmDevice> m_deviceChooser;
+    QPointer<frmSettings> m_settings;
     QPointer<frmDeviceProperties> m_deviceProperties;
     QList<QAction*> m_windowActions; ///< the open documents
     bool m_ending = false;           ///< the instrument has ended the program

@@ -31,7 +31,7 @@ struct PopupEntry
     const char* command;
 };
 constexpr PopupEntry kPopup[] = {
-    {PenDocument::PopupTestSettings, nullptr},
+    {PenDocument::PopupTestSettings, "mnuTestSettings"},
     {PenDocument::PopupViewOptions, nullptr},
     {PenDocument::PopupAddText, "mnuViewAddText"},
     {PenDocument::PopupAnalysis, nullptr},

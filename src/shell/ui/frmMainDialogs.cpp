@@ -1,11 +1,14 @@
 // The dialogs that the main window opens.
+#include "document/DocumentList.h"
 #include "document/PenDocument.h"
+#include "document/ui/DocumentArea.h"
 #include "document/ui/frmAddText.h"
 #include "document/ui/frmFileProperties.h"
 #include "link/DeviceModule.h"
 #include "link/ui/frmAbout.h"
 #include "link/ui/frmDevice.h"
 #include "link/ui/frmDeviceProperties.h"
+#include "link/ui/frmSettings.h"
 #include "link/ui/frmTestSchedule.h"
 #include "prefs/DataFolders.h"
 #include "prefs/Preferences.h"
@@ -139,8 +142,45 @@ void frmMain::unloadDeviceWindows()
         m_deviceProperties->close();
 }
 
-void frmMain::showSettings() {}
-void frmMain::unloadSettings() {}
+void frmMain::showSettings()
+{
+    // A dialog that is not visible has been closed and only waits for its destruction.
+    if (!m_settings || !m_settings->isVisible())
+        m_settings = new frmSettings(*m_deviceModule, *this, this);
+    m_settings->show();
+    m_settings->raise();
+}
+
+void frmMain::unloadSettings()
+{
+    if (m_settings)
+        m_settings->Unload();
+    m_settings = nullptr;
+}
+
+void frmMain::mnuTestSettings_Click()
+{
+    showSettings();
+    m_settings->activateWindow();
+}
+
+PenDocument* frmMain::LoadNewDoc()
+{
+    PenDocument* document = m_documents->LoadNewDoc();
+    if (document)
+        m_area->showDocument(*document);
+    return document;
+}
+
+void frmMain::showDocument(PenDocument& document)
+{
+    m_area->showDocument(document);
+}
+
+void frmMain::addFunctionKeys(QWidget& window)
+{
+    m_commands->addFunctionKeys(window);
+}
 
 // Help ----------------------------------------------------------------------------------------------------------------
 

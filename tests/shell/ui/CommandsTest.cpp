@@ -100,6 +100,7 @@ TEST_F(CommandsTest, everyToolBarKeyHasItsCommand)
         {"Start Test", "mnuTestStart"},
         {"Stop Test", "mnuTestStopTest"},
         {"Repeat Test", "mnuTestRepeat"},
+        {"Test Settings", "mnuTestSettings"},
         {"Connect Device", "mnuTestDevice"},
         {"Next document", "mnuNextDocument"},
         {"Previous document", "mnuPreviousDocument"},

@@ -3,6 +3,7 @@
 #include "link/ui/frmAbout.h"
 #include "link/ui/frmDevice.h"
 #include "link/ui/frmDeviceProperties.h"
+#include "link/ui/frmSettings.h"
 #include "link/ui/frmTestSchedule.h"
 #include "prefs/ui/frmPreferences.h"
 #include "shell/ui/MainWindowHarness.h"
@@ -124,6 +125,57 @@ TEST_F(FrmMainDialogsTest, aboutAndTestScheduleOpen)
     whenShown<frmTestSchedule>([](frmTestSchedule& form) { QTest::keyClick(&form, Qt::Key_Escape); });
     trigger("mnuTestSchedule");
     EXPECT_EQ(seen, 2);
+}
+
+TEST_F(FrmMainDialogsTest, theSettingsOpenAtAConnectionWhenTheUserWantsThem)
+{
+    preferences.setValue(options::kOpenSettings, true);
+    load();
+    connectInstrument();
+    const QPointer<frmSettings> settings = main->findChild<frmSettings*>();
+    ASSERT_TRUE(settings);
+    EXPECT_TRUE(settings->isVisible());
+    EXPECT_FALSE(settings->isModal());
+    peer->unplug();
+    EXPECT_TRUE(waitFor([&settings] { return !settings; }));
+}
+
+TEST_F(FrmMainDialogsTest, withoutThatWishTheyOpenOnCommandOnlyAndOnce)
+{
+    load();
+    connectInstrument();
+    EXPECT_EQ(main->findChild<frmSettings*>(), nullptr);
+    trigger("mnuTestSettings");
+    trigger("mnuTestSettings");
+    EXPECT_EQ(main->findChildren<frmSettings*>().size(), 1);
+    main->findChild<frmSettings*>()->close();
+    trigger("mnuTestSettings");
+    ASSERT_EQ(main->findChildren<frmSettings*>().size(), 1);
+    EXPECT_TRUE(main->findChild<frmSettings*>()->isVisible());
+}
+
+TEST_F(FrmMainDialogsTest, functionKeysWorkInTheSettings)
+{
+    load();
+    connectInstrument();
+    newDocument(PenDocument::Impedance);
+    trigger("mnuTestSettings");
+    auto* settings = main->findChild<frmSettings*>();
+    ASSERT_NE(settings, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(settings));
+    written();
+    QTest::keyClick(settings, Qt::Key_F6);
+    EXPECT_EQ(written(), QByteArray("y\r"));
+}
+
+TEST_F(FrmMainDialogsTest, closingTheProgramTakesTheSettingsDown)
+{
+    load();
+    connectInstrument();
+    trigger("mnuTestSettings");
+    main->close();
+    settle();
+    EXPECT_EQ(main->findChild<frmSettings*>(), nullptr);
 }
 
 TEST_F(FrmMainDialogsTest, addTextAndPropertiesOpenForTheActiveDocumentFromItsPopupToo)
