@@ -86,7 +86,13 @@ std::ptrdiff_t PtyPort::write(const char* bytes, std::size_t size)
 
 void PtyPort::discardOutput()
 {
+    // From this end only what is still on its way can be taken back; what has arrived waits at the other end.
     ::tcflush(m_master, TCOFLUSH);
+    const int device = ::open(m_devicePath.constData(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    if (device < 0)
+        return; // the next host has it for itself already
+    ::tcflush(device, TCIFLUSH);
+    ::close(device);
 }
 
 } // namespace sim

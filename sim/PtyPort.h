@@ -31,7 +31,7 @@ public:
     std::ptrdiff_t read(char* buffer, std::size_t size);
     /// Bytes taken, 0 when the host has to read first, -1 when the device is gone.
     std::ptrdiff_t write(const char* bytes, std::size_t size);
-    /// Takes back what the host has not read.
+    /// Takes back what a host that is gone has not read.
     void discardOutput();
 
 private:

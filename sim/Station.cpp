@@ -18,6 +18,8 @@ constexpr std::size_t kMeasureLimit = 8 * 1024;
 /// And beyond which it reads no further commands, so that a host that never reads cannot make it grow.
 constexpr std::size_t kAnswerLimit = 1024 * 1024;
 constexpr int kFramesARound = 64;
+/// A host that never stops writing must not keep the instrument from anything else.
+constexpr int kReadsARound = 16;
 /// A closed port cannot be waited for, only looked at.
 constexpr Duration kHostLookInterval = std::chrono::milliseconds(20);
 constexpr Duration kLongestWait = std::chrono::seconds(1);
@@ -52,11 +54,22 @@ Outcome Station::plugIn()
 
 void Station::noticeHost(Moment now)
 {
-    if (m_hostPresent || !m_port.hostPresent())
+    if (m_hostPresent)
+        return;
+    // What a host wrote that was gone again before it was noticed is not for the next one to answer for.
+    std::array<char, 4096> buffer;
+    std::ptrdiff_t early = 0;
+    bool present = m_port.hostPresent();
+    while (!present && (early = m_port.read(buffer.data(), buffer.size())) > 0)
+        present = m_port.hostPresent();
+    if (!present)
         return;
     m_hostPresent = true;
     m_outputBlocked = false;
     m_device.hostArrived(now);
+    // Unless it came between the two looks, and with it the host.
+    if (early > 0)
+        m_device.receive({buffer.data(), static_cast<std::size_t>(early)}, now);
 }
 
 void Station::hostGone()
@@ -80,7 +93,7 @@ void Station::unplug(Moment now)
 bool Station::readCommands(Moment now)
 {
     std::array<char, 4096> buffer;
-    while (m_line.pending() < kAnswerLimit) {
+    for (int reads = 0; reads < kReadsARound && m_line.pending() < kAnswerLimit; ++reads) {
         const std::ptrdiff_t count = m_port.read(buffer.data(), buffer.size());
         if (count < 0)
             return false;

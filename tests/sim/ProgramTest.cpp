@@ -68,6 +68,22 @@ public:
             ::poll(nullptr, 0, 10);
         return entryExists(entry) == present;
     }
+    /// Waits until it has gone to sleep that many times, having looked at its port in between.
+    void waitForRounds(long rounds) const
+    {
+        const auto sleeps = [this] {
+            QFile file(QString("/proc/%1/status").arg(process.processId()));
+            EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+            const QByteArray text = file.readAll();
+            const QByteArray key = "\nvoluntary_ctxt_switches:";
+            const qsizetype at = text.indexOf(key) + key.size();
+            return text.mid(at, text.indexOf('\n', at) - at).trimmed().toLong();
+        };
+        const long before = sleeps();
+        for (int i = 0; i < 3000 && sleeps() < before + rounds; ++i)
+            ::poll(nullptr, 0, 10);
+        EXPECT_GE(sleeps(), before + rounds);
+    }
     /// Processor time used so far, in clock ticks.
     long ticks() const
     {
@@ -235,6 +251,20 @@ TEST(Program, AHostThatLeavesInMidSweepIsFollowedByAnother)
         host.write("enquire 1.28\rpoints 1000\rimptest\r");
         ASSERT_TRUE(host.readUntilFrames('F', static_cast<std::size_t>(5 * i))) << i;
         EXPECT_EQ(host.dropped, 0) << "nothing of what the last host did not read";
+    }
+}
+
+TEST(Program, ACommandOfAHostThatIsGoneIsNotAnsweredToTheNext)
+{
+    Simulator simulator({"--idle-levels", "0"});
+    for (int i = 0; i < 10; ++i) {
+        PtyClient(simulator.entry).write("amptest\r");
+        simulator.waitForRounds(3);
+        PtyClient host(simulator.entry);
+        host.write("enquire 1.28\r");
+        ASSERT_TRUE(host.readUntilFrame('X'));
+        EXPECT_EQ(host.codes(), "OVlllllllLMNABCJKPQRSstX");
+        EXPECT_EQ(host.dropped, 0);
     }
 }
 
