@@ -12,7 +12,7 @@
 #include <cstdint>
 #include <memory>
 
-struct clsTestSettings;
+class clsTestSettings;
 
 /// One graph document without its window: ten pens, their views, zoom history, clipboard and plot file. frmDocument is
 /// the window over it; the command-line program uses it bare.
