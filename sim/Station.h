@@ -9,6 +9,10 @@
 namespace sim {
 
 /// Joins a device to its port and keeps both going until it is told to end.
+///
+/// A pseudo-terminal tells that its other end is closed, not that it was: a host that leaves and another that comes
+/// before the station has looked are one host to it. It looks at every wake-up, and fifty times a second while no host
+/// is there.
 class Station
 {
 public:

@@ -249,8 +249,11 @@ TEST(Program, AHostThatLeavesInMidSweepIsFollowedByAnother)
     for (int i = 0; i < 20; ++i) {
         PtyClient host(simulator.entry);
         host.write("enquire 1.28\rpoints 1000\rimptest\r");
-        ASSERT_TRUE(host.readUntilFrames('F', static_cast<std::size_t>(5 * i))) << i;
-        EXPECT_EQ(host.dropped, 0) << "nothing of what the last host did not read";
+        ASSERT_TRUE(host.readUntilFrames('F', static_cast<std::size_t>(1 + 5 * i))) << i;
+        EXPECT_EQ(host.frames.front().code, 'O') << "nothing of what the last host did not read";
+        EXPECT_EQ(host.dropped, 0);
+        host.close();
+        simulator.waitForRounds(3);
     }
 }
 
