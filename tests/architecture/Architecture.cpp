@@ -138,10 +138,26 @@ private:
         return *m_reach.insert(target.name, all);
     }
 
+    /// What its sources may include: a library what its line names, a program also what that uses.
+    const QSet<QString>& allowed(const Target& target)
+    {
+        if (target.kind == Kind::Program)
+            return reach(target);
+        if (const auto known = m_allowed.constFind(target.name); known != m_allowed.constEnd())
+            return *known;
+        QSet<QString> names;
+        for (QStringList open = target.uses; !open.isEmpty();) {
+            const QString name = open.takeLast();
+            names.insert(name);
+            open += kBroughtAlong.value(name);
+        }
+        return *m_allowed.insert(target.name, names);
+    }
+
     void checkAngled(const Target& target, const Include& include)
     {
         const QSet<QString> owners = m_headers.value(include.path);
-        if (owners.isEmpty() || owners.intersects(reach(target)))
+        if (owners.isEmpty() || owners.intersects(allowed(target)))
             return;
         QStringList names(owners.begin(), owners.end());
         names.sort();
@@ -165,7 +181,7 @@ private:
             const Target* owner = m_byFolder.value(path.left(path.lastIndexOf(u'/')));
             if (!owner)
                 report(include, u"\"%1\" belongs to no target of the map"_s.arg(include.path));
-            else if (owner->name != target.name && !reach(target).contains(owner->name))
+            else if (owner->name != target.name && !allowed(target).contains(owner->name))
                 report(include, u"\"%1\" is of %2, which the target %3 does not use"_s.arg(include.path, owner->name,
                                                                                            target.name));
             return;
@@ -180,6 +196,7 @@ private:
     QMap<QString, const Target*> m_targets;
     QMap<QString, const Target*> m_byFolder;
     QMap<QString, QSet<QString>> m_reach;
+    QMap<QString, QSet<QString>> m_allowed;
     QStringList m_reports;
 };
 

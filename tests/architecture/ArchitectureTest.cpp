@@ -124,6 +124,15 @@ TEST_F(ArchitectureSample, AnArrowMayNotRunTheWrongWay)
                             "src/low/Low.cpp:1: \"high/High.h\" is of high, which the target low does not use"));
 }
 
+TEST_F(ArchitectureSample, ALibraryMayNotIncludeWhatItsLineDoesNotName)
+{
+    file("src/low/Low.h", "");
+    file("src/high/ui/frmHigh.cpp", "#include \"low/Low.h\"\n");
+    EXPECT_THAT(
+        found(m_map),
+        ElementsAre("src/high/ui/frmHigh.cpp:1: \"low/Low.h\" is of low, which the target high_ui does not use"));
+}
+
 TEST_F(ArchitectureSample, TheSimulatorIsLookedAtToo)
 {
     file("src/high/High.h", "");
