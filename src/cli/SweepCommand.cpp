@@ -8,6 +8,7 @@
 #include <QJsonDocument>
 
 #include <cmath>
+#include <utility>
 
 namespace cli {
 using namespace Qt::StringLiterals;
@@ -26,7 +27,9 @@ SweepCommand::SweepCommand(const SweepOptions& options, Console& console, Pictur
     connect(&m_session.device(), &KorvaLink::Disconnected, this, [this] { endBy(End::Lost); });
     // Connected behind the device module, so the frames have been handled when this runs.
     connect(&m_session.device(), &KorvaLink::DataReceived, this, [this] {
-        if (m_silence.isActive())
+        // Levels that come between tests do not count: only the sweep's own progress does.
+        if (m_silence.isActive() &&
+            std::exchange(m_lastPoint, m_session.mirror().iCurrentPoint) != m_session.mirror().iCurrentPoint)
             m_silence.start();
         showProgress();
         m_loop.quit();
@@ -128,6 +131,7 @@ ExitCode SweepCommand::sweepOnce(int number)
     const int pen = number - 1;
     document.setCurrentPen(pen);
     m_plotting = m_viewing = m_penMoved = false;
+    m_lastPoint = -1;
     m_session.messages().takeSaid();
     m_session.testRun().mnuTestStart_Click();
     if (m_end == End::None && !waitFor([this] { return m_plotting; }, kAnswerTime) && m_end == End::None) {
@@ -169,6 +173,8 @@ ExitCode SweepCommand::judge(const SweepResult& result)
     case End::TimeUp:
         return failed(ExitCode::Stopped, tr("Stopped after %1: the time is up.").arg(reached));
     case End::Silent:
+        if (result.complete())
+            break; // only the report of the end was lost
         return failed(ExitCode::Stopped, tr("Stopped after %1: the instrument has fallen silent.").arg(reached));
     case End::None:
     case End::Done:

@@ -30,7 +30,7 @@ class SweepCommand : public QObject
     Q_OBJECT
 
 public:
-    /// An instrument that sends nothing for that long, with the time of two points added, is taken for stuck.
+    /// An instrument that sends no point for that long, with the time of two points added, is taken for stuck.
     static constexpr int kLongestSilence = 30000;
     /// Time for the instrument to tell its complete state, to report a start, to report an end after a stop.
     static constexpr int kAnswerTime = 5000;
@@ -49,7 +49,7 @@ private:
         Lost,    ///< the link is down
         Stopped, ///< by stop()
         TimeUp,  ///< --timeout
-        Silent   ///< nothing was heard for too long
+        Silent   ///< no point has come for too long
     };
 
     ExitCode failed(ExitCode code, const QString& sentence);
@@ -78,6 +78,7 @@ private:
     bool m_plotting = false; ///< the instrument has reported the start of the present sweep
     bool m_viewing = false;  ///< and its end
     bool m_penMoved = false; ///< and that all points have been sent
+    int m_lastPoint = -1;    ///< number of the last point seen; -1 before the first
     std::vector<SweepResult> m_results;
 };
 
