@@ -65,6 +65,4 @@ public:
     virtual void showCalibrated(bool /*calibrated*/) {}
     virtual void showSerialNumber(const QString& /*text*/) {}
     virtual void showFreqComp(double /*value*/) {}
-    virtual void showAttenuation(int /*code*/) {}
-    virtual void showTestPeriod(double /*ms*/) {}
 };

@@ -21,6 +21,7 @@
 namespace {
 
 constexpr int kHighestTrimCode = 255;
+constexpr int kBoxMargins = 14;
 
 /// A control under its name; the accessible name is given where no text of its own stands on it.
 template <typename Control, typename... Arguments>
@@ -44,6 +45,7 @@ FrequencyEdit* makeFrequency(const char* name, const QString& accessibleName)
     auto* const box = make<FrequencyEdit>(name);
     box->setAccessibleName(accessibleName);
     box->setMaxLength(32);
+    box->setMinimumWidth(box->fontMetrics().horizontalAdvance(QStringLiteral("50000000.0")) + kBoxMargins);
     return box;
 }
 
@@ -251,6 +253,7 @@ QWidget* frmSettings::buildMonitorFrame()
     layout->addWidget(new QLabel(tr("Phase")), 5, 0);
     layout->addWidget(pbTestPhase, 5, 1);
     layout->addWidget(lblRxPhase, 5, 2);
+    layout->setColumnStretch(1, 1);
     // The rows keep their height when a box is hidden.
     for (const int row : {2, 3})
         layout->setRowMinimumHeight(row, txtSpotFrequency[0]->sizeHint().height());
