@@ -170,6 +170,7 @@ AxisTicks logarithmicTicks(const Range& range, const TickStyle& style)
     const int wanted = std::max(1, style.wanted);
     const int stride = std::max(1, static_cast<int>(std::ceil((last - first) / (1.5 * wanted))));
     const bool labelAll = decades * 3 <= 1.5 * wanted;
+    const bool allDigits = style.length / decades * std::log10(10.0 / 9.0) >= kLeastTickDistance;
     const auto isInside = [&range](double tick) {
         return tick >= range.lower * (1 - 1e-9) && tick <= range.upper * (1 + 1e-9);
     };
@@ -179,7 +180,8 @@ AxisTicks logarithmicTicks(const Range& range, const TickStyle& style)
         if (isInside(decade))
             (labelled ? ticks.major : ticks.minor).push_back(decade);
         for (int digit = 2; stride == 1 && digit <= 9; ++digit) {
-            if (!isInside(digit * decade))
+            const bool thinned = !allDigits && digit != 2 && digit != 3 && digit != 5;
+            if (thinned || !isInside(digit * decade))
                 continue;
             const bool major = labelAll && (digit == 2 || digit == 5);
             (major ? ticks.major : ticks.minor).push_back(digit * decade);

@@ -23,12 +23,15 @@ struct AxisTicks
     std::vector<double> minor;
 };
 
+inline constexpr double kLeastTickDistance = 8; ///< pixels
+
 /// How the numbers of an axis are written and divided.
 struct TickStyle
 {
     QString prefixes;     ///< Properties::AxisUnitPrefixes; empty: plain numbers
     bool degrees = false; ///< steps of 15, 30, 45, 90 degrees where they fit
     int wanted = 6;       ///< about as many labelled ticks as have room
+    double length = 1000; ///< of the axis, pixels; minor ticks closer than kLeastTickDistance are thinned out
 };
 
 /// The unit in an axis title, the text behind its last " - "; empty when there is none.

@@ -68,12 +68,24 @@ TEST(AxisTicks, DegreesAreDividedLikeACircle)
 
 TEST(AxisTicks, ManyDecadesAreLabelledOnce)
 {
-    const graph::AxisTicks ticks = graph::logarithmicTicks({10, 5e7}, style(10));
+    graph::TickStyle wide = style(10);
+    wide.length = 1300;
+    const graph::AxisTicks ticks = graph::logarithmicTicks({10, 5e7}, wide);
     EXPECT_EQ(labels(ticks),
               (QStringList{QStringLiteral("10"), QStringLiteral("100"), QStringLiteral("1k"), QStringLiteral("10k"),
                            QStringLiteral("100k"), QStringLiteral("1M"), QStringLiteral("10M")}));
     EXPECT_EQ(ticks.minor.size(), 6U * 8U + 4U);
     EXPECT_EQ(std::count(ticks.minor.begin(), ticks.minor.end(), 2e7), 1);
+}
+
+TEST(AxisTicks, MinorTicksTooCloseToEachOtherAreThinnedOut)
+{
+    graph::TickStyle narrow = style(8);
+    narrow.length = 8 * 87;
+    const graph::AxisTicks ticks = graph::logarithmicTicks({0.01, 1e6}, narrow);
+    EXPECT_EQ(ticks.minor.size(), 8U * 3U);
+    narrow.length = 8 * 180;
+    EXPECT_EQ(graph::logarithmicTicks({0.01, 1e6}, narrow).minor.size(), 8U * 8U);
 }
 
 TEST(AxisTicks, FewDecadesAreLabelledAtOneTwoAndFive)

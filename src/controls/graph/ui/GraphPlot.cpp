@@ -33,12 +33,13 @@ GraphPlot::GraphPlot(const GraphModel& model, Look look, QWidget* parent)
     setObjectName(QStringLiteral("graphPlot"));
     setAutoAddPlottableToLegend(false);
     setInteractions(QCP::iNone);
-    // From below: paper, grid and axes, settled traces (one buffer); live traces; an inside legend; moving marks.
-    addLayer(QStringLiteral("settled"), layer(QStringLiteral("axes")), limAbove);
+    // From below: paper, grid, axes, settled traces in one buffer; live traces; what moves. Every buffer is filled and
+    // put on the screen at its full size, so an idle one costs as much as the curves.
+    moveLayer(layer(QStringLiteral("legend")), layer(QStringLiteral("axes")), limAbove);
+    addLayer(QStringLiteral("settled"), layer(QStringLiteral("legend")), limAbove);
     addLayer(QStringLiteral("live"), layer(QStringLiteral("settled")), limAbove);
     m_settledLayer = layer(QStringLiteral("settled"));
     m_liveLayer = layer(QStringLiteral("live"));
-    m_liveLayer->setMode(QCPLayer::lmBuffered);
 
     plotLayout()->clear();
     m_area = new QCPAxisRect(this, false);
@@ -95,6 +96,11 @@ void GraphPlot::createAxes()
         m_valueTickers[at(axis)] = QSharedPointer<EngineeringTicker>::create(*m_values[at(axis)], false);
         m_values[at(axis)]->setTicker(m_valueTickers[at(axis)]);
     }
+    // First on its layer, so that major lines lie above minor ones.
+    m_minor = new MinorDivisions(this);
+    m_minor->addAxis(m_bottom, m_bottomTicker);
+    for (int axis = 0; axis < graph::kYAxes; ++axis)
+        m_minor->addAxis(m_values[at(axis)], m_valueTickers[at(axis)]);
     for (QCPAxis* axis : m_area->axes()) {
         axis->setLayer(QStringLiteral("axes"));
         axis->grid()->setLayer(QStringLiteral("grid"));
@@ -135,6 +141,8 @@ void GraphPlot::prepare()
     applyLegend();
     m_overlay->setLines(m_model.shownProperties().verticalLines, m_style);
     m_linesRevision = m_model.shownLinesRevision();
+    const bool idle = m_overlay->isEmpty() && legend->layer() != m_overlay->layer();
+    m_overlay->layer()->setMode(idle ? QCPLayer::lmLogical : QCPLayer::lmBuffered);
     m_stale = false;
 }
 
@@ -179,8 +187,15 @@ void GraphPlot::refresh()
 
 void GraphPlot::redrawOverlay()
 {
-    m_overlay->layer()->replot();
-    ++m_work.overlay;
+    if (m_overlay->layer()->mode() == QCPLayer::lmBuffered) {
+        m_overlay->layer()->replot();
+        ++m_work.overlay;
+        return;
+    }
+    // The first mark brings the layer a buffer of its own.
+    m_overlay->layer()->setMode(QCPLayer::lmBuffered);
+    replot(rpQueuedRefresh);
+    ++m_work.full;
 }
 
 void GraphPlot::applyProperties()
@@ -189,7 +204,7 @@ void GraphPlot::applyProperties()
     const QPalette desktop = palette();
     m_style = plotStyle(properties, m_look == Look::Screen ? &desktop : nullptr);
     setBackground(QBrush(m_style.desk));
-    m_area->setBackground(QBrush(m_style.paper));
+    m_area->setBackground(m_style.paper == m_style.desk ? QBrush(Qt::NoBrush) : QBrush(m_style.paper));
     m_mainTitle->setText(properties.MainTitle, m_style.mainTitle, m_style.text);
     m_subTitle->setText(properties.SubTitle, m_style.subTitle, m_style.text);
     m_topTables->setTables(properties, m_style, true);
@@ -219,12 +234,11 @@ void GraphPlot::applyAxes()
         axis->setTickLabelColor(m_style.text);
         axis->setTickLabelPadding(4);
         axis->setTickLength(5);
-        axis->setSubTickLength(3);
+        axis->setSubTicks(false);
         axis->grid()->setPen(thinPen(m_style.grid));
-        axis->grid()->setSubGridPen(thinPen(m_style.minorGrid));
         axis->grid()->setZeroLinePen(thinPen(m_style.grid.darker(135)));
-        axis->grid()->setSubGridVisible(logarithmic);
     };
+    m_minor->setPens(thinPen(m_style.minorGrid), thinPen(m_style.frame));
     style(m_bottom, *m_bottomTicker, properties.XAxisLabel, properties.XAxisScaleControl);
     m_bottom->grid()->setVisible(true);
     bool gridTaken = false;
@@ -246,7 +260,6 @@ void GraphPlot::applyAxes()
         const QPen pen = thinPen(m_style.frame);
         axis->setBasePen(pen);
         axis->setTickPen(pen);
-        axis->setSubTickPen(pen);
     }
 }
 
@@ -309,6 +322,7 @@ void GraphPlot::makeLive(const std::vector<int>& subsets)
     m_live = subsets;
     for (const int subset : m_live)
         m_traces[at(subset)]->setLayer(m_liveLayer);
+    m_liveLayer->setMode(m_live.empty() ? QCPLayer::lmLogical : QCPLayer::lmBuffered);
 }
 
 // Legend and layout --------------------------------------------------------------------------------------------------
@@ -406,6 +420,10 @@ void GraphPlot::arrangeLayout()
         m_area->insetLayout()->addElement(legend, Qt::AlignTop | Qt::AlignRight);
     else
         m_legendHolder->addElement(legend, Qt::AlignCenter);
+    // Inside the plotting area it must cover live traces too.
+    legend->setLayer(inside ? QStringLiteral("overlay") : QStringLiteral("legend"));
+    for (int i = 0; i < legend->itemCount(); ++i)
+        legend->item(i)->setLayer(legend->layer());
 
     // A row without content would still cost its spacing.
     struct Part

@@ -10,6 +10,7 @@
 
 class EngineeringTicker;
 class LegendHolder;
+class MinorDivisions;
 class OverlayMarks;
 class TableStrip;
 class TitleElement;
@@ -86,6 +87,7 @@ private:
     std::array<QCPAxis*, graph::kYAxes> m_values{};
     QSharedPointer<EngineeringTicker> m_bottomTicker;
     std::array<QSharedPointer<EngineeringTicker>, graph::kYAxes> m_valueTickers;
+    MinorDivisions* m_minor = nullptr;
     QCPLayoutGrid* m_centre = nullptr;
     TitleElement* m_mainTitle = nullptr;
     TitleElement* m_subTitle = nullptr;

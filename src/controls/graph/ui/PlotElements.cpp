@@ -43,13 +43,73 @@ void EngineeringTicker::generate(const QCPRange& range, const QLocale& locale, Q
         m_horizontal ? viewport.width() * 0.82 / (m_textSize * 6.5) : viewport.height() * 0.76 / (m_textSize * 4.5);
     m_style.wanted = std::clamp(static_cast<int>(room), 2, 14);
     const graph::Range stretch{range.lower, range.upper};
-    const graph::AxisTicks made =
+    graph::AxisTicks made =
         m_logarithmic ? graph::logarithmicTicks(stretch, m_style) : graph::linearTicks(stretch, m_style);
     ticks = toVector(made.major);
     if (subTicks != nullptr)
         *subTicks = toVector(made.minor);
     if (tickLabels != nullptr)
         *tickLabels = toVector(made.labels);
+    m_minor = std::move(made.minor);
+}
+
+MinorDivisions::MinorDivisions(QCustomPlot* plot)
+    : QCPLayerable(plot, QStringLiteral("grid"))
+{}
+
+void MinorDivisions::addAxis(QCPAxis* axis, QSharedPointer<EngineeringTicker> ticker)
+{
+    m_entries.push_back({axis, std::move(ticker)});
+}
+
+void MinorDivisions::setPens(const QPen& grid, const QPen& ticks)
+{
+    m_gridPen = grid;
+    m_tickPen = ticks;
+}
+
+void MinorDivisions::draw(QCPPainter* painter)
+{
+    constexpr int kTickLength = 3;
+    QVector<QLine> grid;
+    QVector<QLine> ticks;
+    for (const Entry& entry : m_entries) {
+        const QCPAxis& axis = *entry.axis;
+        if (!axis.visible())
+            continue;
+        const QRect area = axis.axisRect()->rect();
+        const bool lines = axis.grid()->visible() && entry.ticker->isLogarithmic();
+        const int left = area.left() - (axis.axisType() == QCPAxis::atLeft ? axis.offset() : 0);
+        const int right = area.right() + 1 + (axis.axisType() == QCPAxis::atRight ? axis.offset() : 0);
+        for (const double tick : entry.ticker->minorTicks()) {
+            const int at = static_cast<int>(std::lround(axis.coordToPixel(tick)));
+            if (axis.axisType() == QCPAxis::atBottom) {
+                ticks.append(QLine(at, area.bottom(), at, area.bottom() - kTickLength));
+                if (lines)
+                    grid.append(QLine(at, area.top(), at, area.bottom()));
+            } else {
+                if (axis.axisType() == QCPAxis::atLeft)
+                    ticks.append(QLine(left, at, left + kTickLength, at));
+                else
+                    ticks.append(QLine(right, at, right - kTickLength, at));
+                if (lines)
+                    grid.append(QLine(area.left(), at, area.right(), at));
+            }
+        }
+    }
+    // Upright lines painted as narrow rectangles take a third of the time; vectors stay lines.
+    const bool asRectangles = !painter->modes().testFlag(QCPPainter::pmVectorized);
+    const auto drawAll = [&](const QVector<QLine>& lines, const QPen& pen) {
+        painter->setPen(pen);
+        if (!asRectangles) {
+            painter->drawLines(lines);
+            return;
+        }
+        for (const QLine& line : lines)
+            painter->fillRect(QRect(line.p1(), line.p2()).normalized(), pen.color());
+    };
+    drawAll(grid, m_gridPen);
+    drawAll(ticks, m_tickPen);
 }
 
 // Titles -------------------------------------------------------------------------------------------------------------
@@ -257,6 +317,13 @@ void OverlayMarks::setCursor(std::optional<QPointF> position, const QColor& colo
 {
     m_cursor = position;
     m_cursorColor = color;
+}
+
+bool OverlayMarks::isEmpty() const
+{
+    return !m_cursor && m_zoomRect.isEmpty() &&
+           std::all_of(m_lines.begin(), m_lines.end(),
+                       [](const graph::VerticalLine& line) { return line.type == graph::kLineVanished; });
 }
 
 QRect OverlayMarks::clipRect() const

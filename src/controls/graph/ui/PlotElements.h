@@ -18,6 +18,9 @@ public:
     void setStyle(const QString& prefixes, bool degrees, bool logarithmic, double textSize);
     void generate(const QCPRange& range, const QLocale& locale, QChar formatChar, int precision, QVector<double>& ticks,
                   QVector<double>* subTicks, QVector<QString>* tickLabels) override;
+    /// Of the last ticks made.
+    const std::vector<double>& minorTicks() const { return m_minor; }
+    bool isLogarithmic() const { return m_logarithmic; }
 
 private:
     const QCPAxis& m_axis;
@@ -25,6 +28,31 @@ private:
     graph::TickStyle m_style;
     bool m_logarithmic = false;
     double m_textSize = 12;
+    std::vector<double> m_minor;
+};
+
+/// The minor ticks of all visible axes and, on logarithmic ones that have a grid, their lines. The library draws them
+/// one by one, which takes as long as all the curves.
+class MinorDivisions : public QCPLayerable
+{
+public:
+    explicit MinorDivisions(QCustomPlot* plot);
+    void addAxis(QCPAxis* axis, QSharedPointer<EngineeringTicker> ticker);
+    void setPens(const QPen& grid, const QPen& ticks);
+
+protected:
+    void applyDefaultAntialiasingHint(QCPPainter* painter) const override { painter->setAntialiasing(false); }
+    void draw(QCPPainter* painter) override;
+
+private:
+    struct Entry
+    {
+        QCPAxis* axis;
+        QSharedPointer<EngineeringTicker> ticker;
+    };
+    std::vector<Entry> m_entries;
+    QPen m_gridPen;
+    QPen m_tickPen;
 };
 
 /// A title across the whole width, its lines shortened in the middle where they do not fit.
@@ -99,6 +127,7 @@ public:
     void setCursor(std::optional<QPointF> position, const QColor& color);
     void setZoomRect(const QRect& rect) { m_zoomRect = rect; }
     std::optional<QPointF> cursor() const { return m_cursor; }
+    bool isEmpty() const;
 
 protected:
     void applyDefaultAntialiasingHint(QCPPainter* painter) const override { painter->setAntialiasing(false); }

@@ -58,7 +58,7 @@ public:
     template <typename Take>
     void add(const QPointF& point, double columnsPerPixel, const Take& take)
     {
-        const double column = std::floor(point.x() * columnsPerPixel);
+        const auto column = static_cast<std::int64_t>(std::clamp(point.x() * columnsPerPixel, -1e15, 1e15));
         if (m_count > 0 && column != m_column)
             flush(take);
         if (m_count == 0) {
@@ -99,7 +99,7 @@ public:
     }
 
 private:
-    double m_column = 0;
+    std::int64_t m_column = 0;
     std::size_t m_count = 0;
     std::size_t m_lowestAt = 0;
     std::size_t m_highestAt = 0;
@@ -161,33 +161,50 @@ TracePlottable::Mapping TracePlottable::mapping(double columnsPerPixel) const
     return map;
 }
 
+bool TracePlottable::isWithin(const Mapping& map, const QRectF& reach) const
+{
+    const auto scaled = [](double value, bool logarithmic) { return logarithmic ? std::log10(value) : value; };
+    return reach.contains(
+               map.pixel(scaled(m_extent.x.lower, m_filter->isLogX()), scaled(m_extent.y.lower, m_filter->isLogY()))) &&
+           reach.contains(
+               map.pixel(scaled(m_extent.x.upper, m_filter->isLogX()), scaled(m_extent.y.upper, m_filter->isLogY())));
+}
+
 void TracePlottable::build(const Mapping& map, bool everyPoint)
 {
-    m_pixels.clear();
+    // A point makes at most two pixels: where its line enters the reach, and where it ends.
+    m_pixels.resize(m_u.size() * 2);
     m_runs.clear();
-    const QRectF reach = QRectF(map.area).adjusted(-kReach, -kReach, kReach, kReach);
-    qsizetype start = 0;
+    QPointF* pixels = m_pixels.data();
+    std::size_t used = 0;
+    std::size_t start = 0;
     const auto endRun = [&] {
-        if (m_pixels.size() > start)
-            m_runs.push_back({start, m_pixels.size() - start});
-        start = m_pixels.size();
+        if (used > start)
+            m_runs.push_back({start, used - start});
+        start = used;
     };
+    const QRectF reach = QRectF(map.area).adjusted(-kReach, -kReach, kReach, kReach);
+    const bool allWithin = isWithin(map, reach);
     bool hasPrevious = false;
     QPointF previous;
     const auto take = [&](const QPointF& point) {
+        if (allWithin) {
+            pixels[used++] = point;
+            return;
+        }
         const bool inside = reach.contains(point);
         if (hasPrevious && (!inside || !reach.contains(previous))) {
             QPointF from = previous;
             QPointF to = point;
             if (clipLine(reach, from, to)) {
-                if (m_pixels.size() == start)
-                    m_pixels.append(from);
-                m_pixels.append(to);
+                if (used == start)
+                    pixels[used++] = from;
+                pixels[used++] = to;
             }
             if (!inside)
                 endRun();
         } else if (inside) {
-            m_pixels.append(point);
+            pixels[used++] = point;
         }
         previous = point;
         hasPrevious = true;
@@ -233,20 +250,22 @@ void TracePlottable::draw(QCPPainter* painter)
 }
 
 // A polyline wider than one device pixel is turned into an outline and filled, which takes thirty times as long as a
-// polyline of one pixel. On the screen a wide solid line is therefore painted as a bundle of those, half a pixel apart.
+// polyline of one pixel. On the screen a wide line is therefore painted as a bundle of those, half a pixel apart, and a
+// pattern is cut into dashes first.
 void TracePlottable::drawRuns(QCPPainter* painter, double scale) const
 {
     const double deviceWidth = mPen.widthF() * scale;
     const bool onScreen = !painter->modes().testFlag(QCPPainter::pmNoCaching);
-    const bool asBundle =
-        onScreen && deviceWidth > 1.01 && deviceWidth <= kWidestBundle && mPen.style() == Qt::SolidLine;
+    const bool asBundle = onScreen && deviceWidth > 1.01 && deviceWidth <= kWidestBundle;
     for (const Run& run : m_runs) {
-        const QPointF* points = m_pixels.constData() + run.start;
+        const QPointF* points = m_pixels.data() + run.start;
         if (run.count == 1) {
             painter->save();
             painter->setPen(QPen(mPen.color(), std::max(2.0, mPen.widthF() * 1.5), Qt::SolidLine, Qt::RoundCap));
             painter->drawPoint(*points);
             painter->restore();
+        } else if (asBundle && mPen.style() != Qt::SolidLine) {
+            drawDashes(painter, points, run.count, deviceWidth, scale);
         } else if (asBundle) {
             drawBundle(painter, points, run.count, deviceWidth, scale);
         } else {
@@ -255,7 +274,45 @@ void TracePlottable::drawRuns(QCPPainter* painter, double scale) const
     }
 }
 
-void TracePlottable::drawBundle(QCPPainter* painter, const QPointF* points, qsizetype count, double deviceWidth,
+void TracePlottable::drawDashes(QCPPainter* painter, const QPointF* points, std::size_t count, double deviceWidth,
+                                double scale) const
+{
+    const QList<qreal> pattern = mPen.dashPattern(); // in widths of the pen, a dash and a gap by turns
+    if (pattern.isEmpty())
+        return;
+    qsizetype element = 0;
+    double left = pattern.at(0) * mPen.widthF();
+    m_dash.clear();
+    m_dash.push_back(points[0]);
+    const auto endDash = [&] {
+        if (m_dash.size() > 1)
+            drawBundle(painter, m_dash.data(), m_dash.size(), deviceWidth, scale);
+        m_dash.clear();
+    };
+    for (std::size_t i = 1; i < count; ++i) {
+        const QPointF d = points[i] - points[i - 1];
+        const double length = std::hypot(d.x(), d.y());
+        double walked = 0;
+        while (length - walked > left) {
+            walked += left;
+            const QPointF turn = points[i - 1] + d * (walked / length);
+            if (element % 2 == 0) {
+                m_dash.push_back(turn);
+                endDash();
+            } else {
+                m_dash.push_back(turn);
+            }
+            element = (element + 1) % pattern.size();
+            left = std::max(0.5, pattern.at(element) * mPen.widthF());
+        }
+        left -= length - walked;
+        if (element % 2 == 0)
+            m_dash.push_back(points[i]);
+    }
+    endDash();
+}
+
+void TracePlottable::drawBundle(QCPPainter* painter, const QPointF* points, std::size_t count, double deviceWidth,
                                 double scale) const
 {
     QPen hair(mPen.color(), 1);
@@ -265,7 +322,7 @@ void TracePlottable::drawBundle(QCPPainter* painter, const QPointF* points, qsiz
     constexpr double kLongestMiter = 1.5;
     m_normals.resize(count);
     QPointF before;
-    for (qsizetype i = 0; i < count; ++i) {
+    for (std::size_t i = 0; i < count; ++i) {
         QPointF after = before;
         if (i + 1 < count) {
             const QPointF d = points[i + 1] - points[i];
@@ -283,9 +340,9 @@ void TracePlottable::drawBundle(QCPPainter* painter, const QPointF* points, qsiz
     m_shifted.resize(count);
     for (int line = 0; line < lines; ++line) {
         const double shift = (deviceWidth - 1) * (static_cast<double>(line) / (lines - 1) - 0.5) / scale;
-        for (qsizetype i = 0; i < count; ++i)
+        for (std::size_t i = 0; i < count; ++i)
             m_shifted[i] = points[i] + m_normals[i] * shift;
-        painter->drawPolyline(m_shifted.constData(), static_cast<int>(count));
+        painter->drawPolyline(m_shifted.data(), static_cast<int>(count));
     }
     painter->setPen(mPen);
 }

@@ -59,14 +59,17 @@ private:
     };
     struct Run
     {
-        qsizetype start;
-        qsizetype count;
+        std::size_t start;
+        std::size_t count;
     };
 
     Mapping mapping(double columnsPerPixel) const;
+    bool isWithin(const Mapping& map, const QRectF& reach) const;
     void build(const Mapping& map, bool everyPoint);
     void drawRuns(QCPPainter* painter, double scale) const;
-    void drawBundle(QCPPainter* painter, const QPointF* points, qsizetype count, double deviceWidth,
+    void drawDashes(QCPPainter* painter, const QPointF* points, std::size_t count, double deviceWidth,
+                    double scale) const;
+    void drawBundle(QCPPainter* painter, const QPointF* points, std::size_t count, double deviceWidth,
                     double scale) const;
     void drawMarks(QCPPainter* painter, const Mapping& map) const;
     void drawMark(QCPPainter* painter, const QPointF& position) const;
@@ -80,9 +83,10 @@ private:
     std::vector<double> m_u; ///< scaled X; not a number for a point that is not drawn
     std::vector<double> m_v; ///< scaled Y
     std::optional<Mapping> m_built;
-    QVector<QPointF> m_pixels;
+    std::vector<QPointF> m_pixels;
     std::vector<Run> m_runs;
-    mutable QVector<QPointF> m_normals; ///< of the run being drawn
-    mutable QVector<QPointF> m_shifted;
+    mutable std::vector<QPointF> m_normals; ///< of the run being drawn
+    mutable std::vector<QPointF> m_shifted;
+    mutable std::vector<QPointF> m_dash;
     std::uint64_t m_drawCount = 0;
 };
