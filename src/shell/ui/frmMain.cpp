@@ -22,6 +22,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
+#include <QDialog>
 #include <QDragEnterEvent>
 #include <QMenu>
 #include <QMenuBar>
@@ -81,8 +82,9 @@ frmMain::frmMain(const ShellContext& context)
 
 frmMain::~frmMain()
 {
-    // Documents use the services below, which are members and would go before the child widgets do.
+    // Documents and dialogs use members of this window, which would go before its child widgets do.
     disconnect(m_area, nullptr, this, nullptr);
+    qDeleteAll(findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly));
     delete m_area;
 }
 
@@ -189,7 +191,10 @@ void frmMain::endProgram()
 {
     // The instrument's word is final: no question is asked, but the unload sequence runs as always.
     m_ending = true;
-    QTimer::singleShot(0, this, [this] { close(); });
+    QTimer::singleShot(0, this, [this] {
+        m_context.messages.dismiss();
+        close();
+    });
 }
 
 void frmMain::closeEvent(QCloseEvent* event)
@@ -244,15 +249,20 @@ void frmMain::dragEnterEvent(QDragEnterEvent* event)
 
 void frmMain::dropEvent(QDropEvent* event)
 {
-    const QPointer<frmMain> self(this);
-    const QList<QUrl> urls = event->mimeData()->urls();
-    event->acceptProposedAction();
-    for (const QUrl& url : urls) {
+    QStringList files;
+    for (const QUrl& url : event->mimeData()->urls()) {
         if (url.isLocalFile())
-            OpenFromCommand(url.toLocalFile());
-        if (!self)
-            return;
+            files.append(url.toLocalFile());
     }
+    event->acceptProposedAction();
+    // The program that the files come from waits until the drop is over; questions about them must not hold it up.
+    QTimer::singleShot(0, this, [this, files] {
+        for (const QString& file : files) {
+            if (m_unloaded)
+                return;
+            OpenFromCommand(file);
+        }
+    });
 }
 
 void frmMain::OpenFromCommand(const QString& strFileName)
