@@ -24,6 +24,10 @@ function(mg_library NAME KIND FOLDER)
     return()
   endif()
   add_library(${NAME} STATIC ${sources})
+  # A header that is new must reach the meta-object compiler in a build folder that exists already.
+  set(headers ${sources})
+  list(FILTER headers INCLUDE REGEX "\\.h$")
+  set_target_properties(${NAME} PROPERTIES AUTOGEN_TARGET_DEPENDS "${headers}")
   target_include_directories(${NAME} PUBLIC ${CMAKE_SOURCE_DIR}/src ${CMAKE_SOURCE_DIR})
   target_link_libraries(${NAME} PUBLIC ${ARG_USES})
   target_compile_definitions(${NAME} PRIVATE

@@ -2,6 +2,7 @@
 
 #include "controls/graph/GraphFile.h"
 #include "link/Commands.h"
+#include "values/SafeFile.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
@@ -242,11 +243,11 @@ ExitCode SweepCommand::writeFiles(PenDocument& document)
     };
     const bool table = m_options.output.endsWith(".csv"_L1, Qt::CaseInsensitive);
     if (table)
-        note(writeFile(m_options.output, resultTable(m_results)));
+        note(values::writeFile(m_options.output, resultTable(m_results)));
     else if (!m_options.output.isEmpty())
         note(GraphFile::PEsavetofile(graph, m_options.output));
     if (!m_options.csv.isEmpty())
-        note(writeFile(m_options.csv, resultTable(m_results)));
+        note(values::writeFile(m_options.csv, resultTable(m_results)));
     if (!m_options.picture.isEmpty())
         note(m_writePicture(graph, m_options.picture, m_options.pictureSize));
     return code;

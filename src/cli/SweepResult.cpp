@@ -5,7 +5,6 @@
 
 #include <QCoreApplication>
 #include <QJsonArray>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <array>
@@ -182,14 +181,6 @@ QByteArray resultTable(const std::vector<SweepResult>& results)
         }
     }
     return table;
-}
-
-Outcome writeFile(const QString& fileName, const QByteArray& content)
-{
-    QSaveFile file(fileName);
-    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit())
-        return Outcome::success();
-    return Outcome::failure(tr("%1 cannot be written: %2.").arg(fileName, file.errorString()));
 }
 
 } // namespace cli

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "values/Outcome.h"
-
 #include <QByteArray>
 #include <QJsonObject>
 #include <QString>
@@ -51,8 +49,5 @@ QByteArray resultTable(const std::vector<SweepResult>& results);
 /// Four significant digits or more with an engineering prefix: "39.982 kHz", "24.1 Ohm". The significant digits are at
 /// most that many; trailing zeros go.
 QString engineeringText(double value, const QString& unit, int significant);
-
-/// Writes the whole file or nothing.
-Outcome writeFile(const QString& fileName, const QByteArray& content);
 
 } // namespace cli

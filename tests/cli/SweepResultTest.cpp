@@ -1,9 +1,6 @@
 #include "cli/SweepResult.h"
 
-#include <QDir>
-#include <QFile>
 #include <QJsonArray>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -105,21 +102,4 @@ TEST(SweepResult, TheObjectHoldsExtremesAndPoints)
     partial.wanted = 4;
     EXPECT_EQ(resultObject(partial)[QStringLiteral("complete")], false);
     EXPECT_FALSE(resultObject(SweepResult()).contains(QStringLiteral("lowest")));
-}
-
-TEST(SweepResult, AFileIsWrittenWholeOrItsNameIsInTheSentence)
-{
-    QTemporaryDir folder;
-    const QString name = folder.filePath(QStringLiteral("a.csv"));
-    ASSERT_TRUE(writeFile(name, "one\n"));
-    ASSERT_TRUE(writeFile(name, "two\n"));
-    QFile file(name);
-    ASSERT_TRUE(file.open(QFile::ReadOnly));
-    EXPECT_EQ(file.readAll(), QByteArray("two\n"));
-    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
-
-    const QString lost = folder.filePath(QStringLiteral("none/b.csv"));
-    const Outcome outcome = writeFile(lost, "three\n");
-    EXPECT_FALSE(outcome);
-    EXPECT_TRUE(outcome.sentence().startsWith(lost + QStringLiteral(" cannot be written: ")));
 }

@@ -128,12 +128,7 @@ void StartUp::run(const StartUpOptions& options)
     window->show();
     window->setWindowTitle(state.gstrInstanceTitle);
 
-    if (const QString damaged = program.store.takeDamaged(); !damaged.isEmpty())
-        program.messages.message(
-            frmMain::tr(
-                "The settings could not be read and were set aside as %1. The program starts with its defaults.")
-                .arg(damaged),
-            UserMessages::OkOnly | UserMessages::Exclamation, frmMain::tr("Settings"));
+    window->tellDamagedSettings();
     if (!log)
         program.messages.message(log.sentence(), UserMessages::OkOnly | UserMessages::Exclamation,
                                  frmMain::tr("Link log"));

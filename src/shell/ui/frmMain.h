@@ -67,6 +67,8 @@ public:
 
     // Start-up and shut-down ------------------------------------------------------------------------------------------
     bool boolArePathsSet();
+    /// Tells once that a settings file was damaged and set aside; false when there is nothing to tell.
+    bool tellDamagedSettings();
     void SaveMainWindowPosition();
     /// Tries ten devices and stops at the first that opens.
     bool OpenFirstDeviceFound();

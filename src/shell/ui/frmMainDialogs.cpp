@@ -12,6 +12,7 @@
 #include "link/ui/frmTestSchedule.h"
 #include "prefs/DataFolders.h"
 #include "prefs/Preferences.h"
+#include "prefs/SettingsStore.h"
 #include "prefs/ui/frmPreferences.h"
 #include "shell/ProgramState.h"
 #include "shell/UserMessages.h"
@@ -44,10 +45,23 @@ bool frmMain::boolArePathsSet()
     });
 }
 
+bool frmMain::tellDamagedSettings()
+{
+    const QString damaged = m_context.preferences.store().takeDamaged();
+    if (damaged.isEmpty())
+        return false;
+    showMessage(tr("The settings could not be read and were set aside as %1. The program starts with its defaults.")
+                    .arg(damaged),
+                UserMessages::OkOnly | UserMessages::Exclamation, tr("Settings"));
+    return true;
+}
+
 void frmMain::askForPaths()
 {
-    showMessage(tr("Please enter the paths to your files."), UserMessages::OkOnly | UserMessages::Stop,
-                tr("Paths not set"));
+    // Paths that went with a damaged file need no second message.
+    if (!tellDamagedSettings())
+        showMessage(tr("Please enter the paths to your files."), UserMessages::OkOnly | UserMessages::Stop,
+                    tr("Paths not set"));
     showPreferences(kGeneralPage);
 }
 

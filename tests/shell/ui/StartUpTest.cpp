@@ -148,7 +148,7 @@ TEST_F(StartUpTest, theSplashIsTakenDownWhenTheWindowIsUp)
         EXPECT_EQ(qobject_cast<frmSplash*>(window), nullptr);
 }
 
-TEST_F(StartUpTest, aDamagedSettingsFileIsTold)
+TEST_F(StartUpTest, aDamagedSettingsFileIsToldInOneMessage)
 {
     QFile file(store.fileOf(QStringLiteral("MarrowickGraph")));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -156,7 +156,8 @@ TEST_F(StartUpTest, aDamagedSettingsFileIsTold)
     file.close();
     StartUp start(folder.path());
     start.run(arguments({}));
-    EXPECT_TRUE(seen.contains(QStringLiteral("frmQuorrelMessage:Settings")))
+    EXPECT_EQ(seen.filter(QStringLiteral("frmQuorrelMessage:")),
+              QStringList{QStringLiteral("frmQuorrelMessage:Settings")})
         << seen.join(QLatin1Char('\n')).toStdString();
 }
 
