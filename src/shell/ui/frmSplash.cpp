@@ -3,16 +3,20 @@
 #include "shell/MainModule.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
 #include <QScreen>
+#include <QThread>
+#include <QWindow>
 
 #include <cmath>
 #include <complex>
 
 namespace {
 
+constexpr int kExposeLimit = 500; // milliseconds granted to the window system
 constexpr QSize kSize(576, 324);
 constexpr double kDesignHeight = 324; // lengths below are in units of the picture's own height
 
@@ -101,8 +105,16 @@ void frmSplash::showAndRefresh()
     if (display != nullptr)
         move(display->availableGeometry().center() - rect().center());
     show();
+    // The window system maps the window by events, in its own time, and shows nothing that was painted before. The
+    // program stands still right behind this, so it has to be waited for here. Input waits for the main window.
+    const QDeadlineTimer limit(kExposeLimit);
+    do {
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        if (windowHandle() == nullptr || windowHandle()->isExposed())
+            break;
+        QThread::msleep(1);
+    } while (!limit.hasExpired());
     repaint();
-    // The window system maps the window by events; input waits for the main window.
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
