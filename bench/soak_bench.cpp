@@ -13,6 +13,7 @@
 #include "link/DeviceModule.h"
 #include "link/LinkContext.h"
 #include "link/TestRun.h"
+#include "shell/ProgramState.h"
 #include "shell/ui/StartUp.h"
 #include "shell/ui/frmMain.h"
 
