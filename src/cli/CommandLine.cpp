@@ -8,6 +8,8 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
+#include <array>
+
 namespace cli {
 namespace {
 
@@ -53,7 +55,11 @@ struct Options
     QCommandLineOption timeout{u"timeout"_s, tr("Stops after that many seconds (0: no limit)."), u"seconds"_s, u"0"_s};
     QCommandLineOption quiet{{u"q"_s, u"quiet"_s}, tr("Shows no progress.")};
 
+    QCommandLineOption pointsOfPen{
+        u"points"_s, tr("Prints the points of that pen, 1 to 10, as a table instead; takes one file."), u"pen"_s};
+
     QList<QCommandLineOption> ofDevices() const { return {json, help}; }
+    QList<QCommandLineOption> ofShow() const { return {pointsOfPen, json, help}; }
     QList<QCommandLineOption> ofSweep() const
     {
         return {device, type,   from, to,      points,      period,  attenuation, direction, noPhase, linear,
@@ -63,8 +69,8 @@ struct Options
 
 QString exitCodes()
 {
-    return tr("Exit codes: 0 done, 1 usage, 2 no instrument, 3 link lost in mid-sweep, 4 refused, 5 file not written,\n"
-              "6 stopped before the last point.\n");
+    return tr("Exit codes: 0 done, 1 usage, 2 no instrument, 3 link lost in mid-sweep, 4 refused, 5 file not written\n"
+              "or not read, 6 stopped before the last point.\n");
 }
 
 QString overview()
@@ -72,7 +78,8 @@ QString overview()
     return tr("Usage: marrowick COMMAND [OPTION...]\n\n"
               "Commands:\n"
               "  devices  lists the instruments found\n"
-              "  sweep    runs a sweep and writes what was measured\n\n"
+              "  sweep    runs a sweep and writes what was measured\n"
+              "  show     prints what plot files hold\n\n"
               "marrowick COMMAND --help tells the options of a command; --version tells the version.\n\n") +
            exitCodes();
 }
@@ -187,6 +194,46 @@ private:
     Outcome m_outcome = Outcome::success();
 };
 
+ValueOr<ShowOptions> readShow(const QCommandLineParser& parser, const Options& options)
+{
+    ShowOptions result{parser.positionalArguments(), 0, parser.isSet(options.json)};
+    if (result.files.isEmpty())
+        return Outcome::failure(tr("A plot file is missing."));
+    if (!parser.isSet(options.pointsOfPen))
+        return result;
+    const QString pen = parser.value(options.pointsOfPen);
+    bool isWhole = false;
+    result.pointsOfPen = pen.toInt(&isWhole);
+    if (!isWhole || result.pointsOfPen < 1 || result.pointsOfPen > 10)
+        return wrong(options.pointsOfPen, pen, tr("a pen from 1 to 10"));
+    if (result.json)
+        return Outcome::failure(tr("--points prints a table; --json has no place beside it."));
+    if (result.files.size() > 1)
+        return Outcome::failure(tr("--points takes one plot file, not %1.").arg(result.files.size()));
+    return result;
+}
+
+struct Command
+{
+    QLatin1String name;
+    QList<QCommandLineOption> options;
+    QString description;
+};
+
+std::optional<Command> commandOf(const QString& name, const Options& options)
+{
+    const std::array<Command, 3> commands = {{
+        {"devices"_L1, options.ofDevices(), tr("Lists the instruments found, one a line: serial number and place.")},
+        {"sweep"_L1, options.ofSweep(), tr("Runs a sweep and prints one line of results for each.")},
+        {"show"_L1, options.ofShow(), tr("Prints what plot files hold: type, title, origin, view and pens.")},
+    }};
+    for (const Command& command : commands) {
+        if (command.name == name)
+            return command;
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 std::optional<double> frequencyOf(const QString& text)
@@ -220,15 +267,17 @@ ValueOr<CommandLine> readCommandLine(const QStringList& arguments)
     }
     if (command.isEmpty())
         return Outcome::failure(tr("A command is missing; marrowick --help lists them."));
-    const bool isSweep = command == "sweep"_L1;
-    if (!isSweep && command != "devices"_L1)
+    const Options options;
+    const std::optional<Command> known = commandOf(command, options);
+    if (!known)
         return Outcome::failure(tr("\"%1\" is no command; marrowick --help lists them.").arg(command));
 
-    const Options options;
+    const bool isShow = known->name == "show"_L1;
     QCommandLineParser parser;
-    parser.addOptions(isSweep ? options.ofSweep() : options.ofDevices());
-    parser.setApplicationDescription(isSweep ? tr("Runs a sweep and prints one line of results for each.")
-                                             : tr("Lists the instruments found, one a line: serial number and place."));
+    parser.addOptions(known->options);
+    parser.setApplicationDescription(known->description);
+    if (isShow)
+        parser.addPositionalArgument(u"file"_s, tr("Plot files."), u"FILE..."_s);
     QStringList rest = arguments;
     rest.removeAt(1);
     rest[0] += u' ' + command;
@@ -240,10 +289,17 @@ ValueOr<CommandLine> readCommandLine(const QStringList& arguments)
         result.text = help + u'\n' + exitCodes();
         return result;
     }
+    if (isShow) {
+        ValueOr<ShowOptions> show = readShow(parser, options);
+        if (!show)
+            return Outcome::failure(show.sentence());
+        result.show = show.value();
+        return result;
+    }
     if (!parser.positionalArguments().isEmpty())
         return Outcome::failure(
             tr("\"%1\" has no place here; options begin with \"--\".").arg(parser.positionalArguments().constFirst()));
-    if (!isSweep) {
+    if (known->name == "devices"_L1) {
         result.devices = DevicesOptions{parser.isSet(options.json)};
         return result;
     }

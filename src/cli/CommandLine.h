@@ -47,11 +47,20 @@ struct DevicesOptions
     bool json = false;
 };
 
+/// What "marrowick show" was asked to print.
+struct ShowOptions
+{
+    QStringList files;   ///< at least one; exactly one when points are asked for
+    int pointsOfPen = 0; ///< 1 to 10: print the points of that pen instead; 0: the summary
+    bool json = false;
+};
+
 struct CommandLine
 {
     QString text; ///< help or version, to be printed when nothing else is asked
     std::optional<DevicesOptions> devices;
     std::optional<SweepOptions> sweep;
+    std::optional<ShowOptions> show;
 };
 
 /// Understands the arguments (the first is the program's name). A failure is a sentence about the argument at fault.

@@ -10,7 +10,7 @@ enum class ExitCode
     NoInstrument = 2, ///< none found, none of that name, or it does not open or answer
     Lost = 3,         ///< the link went down in mid-sweep
     Refused = 4,      ///< the instrument or a rule of the program refused the test
-    FileError = 5,    ///< a result could not be written
+    FileError = 5,    ///< a result could not be written, or a plot file not read
     Stopped = 6       ///< ended before the last point: Ctrl-C, --timeout, or by the instrument
 };
 

@@ -1,5 +1,6 @@
 #include "cli/Session.h"
 
+#include "controls/graph/GraphFile.h"
 #include "controls/korvalink/SerialTransport.h"
 
 #include <QCoreApplication>
@@ -71,17 +72,33 @@ Outcome Session::openListed(const QString& serial)
     return Outcome::failure(tr("There is no instrument %1; found: %2.").arg(serial, found.join(QLatin1String(", "))));
 }
 
-PenDocument& Session::newDocument(std::int16_t testType)
+PenDocument& Session::replaceDocument()
 {
     const DocumentContext context{m_device, m_mirror, m_state, m_preferences, m_messages, m_window};
     m_document = std::make_unique<PenDocument>(context);
     m_document->gstrKey = QStringLiteral("1");
     m_window.setActiveDocument(m_document.get());
+    return *m_document;
+}
+
+PenDocument& Session::newDocument(std::int16_t testType)
+{
+    replaceDocument();
     m_document->PrepareNew(testType, QStringLiteral("marrowick"));
     m_document->graphSetDefaultView();
     if (testType != PenDocument::Reactance)
         m_document->graphSetPhase(m_mirror.bfPhaseOn ? kSignedPhase : kNoPhase);
     return *m_document;
+}
+
+ValueOr<PenDocument*> Session::openPlot(const QString& fileName)
+{
+    PenDocument& document = replaceDocument();
+    // Not fileLoadPlot(), which gives the plot the look of the preferences.
+    if (Outcome loaded = GraphFile::PEloadfromfile(document.peGraph(), fileName); !loaded)
+        return loaded;
+    document.InitialiseSettings(fileName, fileName);
+    return &document;
 }
 
 } // namespace cli

@@ -34,6 +34,9 @@ public:
     /// measured. The sweep settings must stand in the mirror.
     PenDocument& newDocument(std::int16_t testType);
 
+    /// The plot of a file takes the place of the document before, with the look that the file gives it.
+    ValueOr<PenDocument*> openPlot(const QString& fileName);
+
     KorvaLink& device() { return m_device; }
     InstrumentMirror& mirror() { return m_mirror; }
     const ProgramState& state() const { return m_state; }
@@ -44,6 +47,7 @@ public:
 
 private:
     Outcome openListed(const QString& serial);
+    PenDocument& replaceDocument();
 
     QTemporaryDir m_settingsFolder;
     SettingsStore m_store;

@@ -29,12 +29,13 @@ struct Quantity
 
 const Quantity& quantityOf(std::int16_t testType)
 {
-    static constexpr std::array<Quantity, 3> quantities = {{
+    static constexpr std::array<Quantity, 4> quantities = {{
+        {"unknown", QT_TRANSLATE_NOOP("cli", "value"), ""},
         {"amplitude", QT_TRANSLATE_NOOP("cli", "gain"), "dB"},
         {"impedance", QT_TRANSLATE_NOOP("cli", "impedance"), "Ohm"},
         {"reactance", QT_TRANSLATE_NOOP("cli", "impedance"), "Ohm"},
     }};
-    return quantities[static_cast<std::size_t>(std::clamp<std::int16_t>(testType, 1, 3) - 1)];
+    return quantities[testType >= 1 && testType <= 3 ? static_cast<std::size_t>(testType) : 0];
 }
 
 QString valueText(const SweepResult& result, double value)
@@ -42,30 +43,81 @@ QString valueText(const SweepResult& result, double value)
     const QString unit = QLatin1String(quantityOf(result.testType).unit);
     if (result.testType == PenDocument::Amplitude)
         return values::decimalText(std::round(value * 100) / 100) + u' ' + unit;
-    return engineeringText(value, unit, 4);
+    return engineeringText(value, unit, 4).trimmed();
 }
 
-struct Extremes
+QByteArray tableHeading(const SweepResult& result)
 {
-    const MeasuredPoint* lowest;
-    const MeasuredPoint* highest;
-};
-
-Extremes extremesOf(const SweepResult& result)
-{
-    const auto [lowest, highest] =
-        std::minmax_element(result.points.begin(), result.points.end(), [&result](const auto& a, const auto& b) {
-            return a.modulus(result.testType) < b.modulus(result.testType);
-        });
-    return {&*lowest, &*highest};
+    switch (result.testType) {
+    case PenDocument::Reactance:
+        return "frequency_Hz,reactance_Ohm,resistance_Ohm,susceptance_S,conductance_S";
+    case PenDocument::Amplitude:
+        return QByteArray("frequency_Hz,gain_dB") + (result.phase ? ",phase_deg" : "");
+    case PenDocument::Impedance:
+        return QByteArray("frequency_Hz,impedance_Ohm") + (result.phase ? ",phase_deg" : "");
+    default:
+        return "frequency_Hz,value";
+    }
 }
+
+QByteArray tableRow(const SweepResult& result, const MeasuredPoint& point)
+{
+    const auto text = [](float value) { return values::decimalText(value).toLatin1(); };
+    QByteArray row = text(point.frequency) + ',' + text(point.value);
+    if (result.testType == PenDocument::Reactance)
+        row += ',' + text(point.resistance) + ',' + text(point.susceptance) + ',' + text(point.conductance);
+    else if (result.phase && result.testType != PenDocument::NoTest)
+        row += ',' + text(point.phase);
+    return row;
+}
+
+} // namespace
 
 QJsonObject extremeObject(const SweepResult& result, const MeasuredPoint& point)
 {
     return {{u"frequency"_s, static_cast<double>(point.frequency)}, {u"value"_s, point.modulus(result.testType)}};
 }
 
-} // namespace
+std::optional<Extremes> extremesOf(const SweepResult& result)
+{
+    std::optional<Extremes> extremes;
+    for (const MeasuredPoint& point : result.points) {
+        const double modulus = point.modulus(result.testType);
+        if (!std::isfinite(modulus) || !std::isfinite(point.frequency))
+            continue;
+        if (!extremes)
+            extremes = Extremes{point, point};
+        if (modulus < extremes->lowest.modulus(result.testType))
+            extremes->lowest = point;
+        if (modulus >= extremes->highest.modulus(result.testType))
+            extremes->highest = point;
+    }
+    return extremes;
+}
+
+std::optional<FrequencyRange> frequencyRangeOf(const SweepResult& result)
+{
+    std::optional<FrequencyRange> range;
+    for (const MeasuredPoint& point : result.points) {
+        if (!std::isfinite(point.frequency))
+            continue;
+        if (!range)
+            range = FrequencyRange{point.frequency, point.frequency};
+        range->from = std::min(range->from, point.frequency);
+        range->to = std::max(range->to, point.frequency);
+    }
+    return range;
+}
+
+QString typeName(std::int16_t testType)
+{
+    return QLatin1String(quantityOf(testType).typeName);
+}
+
+QString unitOf(std::int16_t testType)
+{
+    return QLatin1String(quantityOf(testType).unit);
+}
 
 double MeasuredPoint::modulus(std::int16_t testType) const
 {
@@ -111,17 +163,16 @@ QString resultLine(const SweepResult& result)
 {
     if (result.points.empty())
         return tr("no points");
-    const auto frequency = [](const MeasuredPoint& point) {
-        return engineeringText(static_cast<double>(point.frequency), u"Hz"_s, 6);
-    };
-    const auto [first, last] =
-        std::minmax_element(result.points.begin(), result.points.end(),
-                            [](const auto& a, const auto& b) { return a.frequency < b.frequency; });
-    const auto [lowest, highest] = extremesOf(result);
+    const auto frequency = [](float hertz) { return engineeringText(static_cast<double>(hertz), u"Hz"_s, 6); };
+    const std::optional<FrequencyRange> range = frequencyRangeOf(result);
+    const std::optional<Extremes> extremes = extremesOf(result);
+    const QString count = QString::number(result.points.size());
+    if (!range || !extremes)
+        return tr("%1 points, none of them a finite number").arg(count);
     return tr("%1 points from %2 to %3, lowest %4 %5 at %6, highest %7 at %8")
-        .arg(QString::number(result.points.size()), frequency(*first), frequency(*last),
-             tr(quantityOf(result.testType).name), valueText(result, lowest->modulus(result.testType)),
-             frequency(*lowest), valueText(result, highest->modulus(result.testType)), frequency(*highest));
+        .arg(count, frequency(range->from), frequency(range->to), tr(quantityOf(result.testType).name),
+             valueText(result, extremes->lowest.modulus(result.testType)), frequency(extremes->lowest.frequency),
+             valueText(result, extremes->highest.modulus(result.testType)), frequency(extremes->highest.frequency));
 }
 
 QJsonObject resultObject(const SweepResult& result)
@@ -142,10 +193,9 @@ QJsonObject resultObject(const SweepResult& result)
         }
         points.append(row);
     }
-    if (!result.points.empty()) {
-        const auto [lowest, highest] = extremesOf(result);
-        object.insert(u"lowest"_s, extremeObject(result, *lowest));
-        object.insert(u"highest"_s, extremeObject(result, *highest));
+    if (const std::optional<Extremes> extremes = extremesOf(result)) {
+        object.insert(u"lowest"_s, extremeObject(result, extremes->lowest));
+        object.insert(u"highest"_s, extremeObject(result, extremes->highest));
     }
     object.insert(u"points"_s, points);
     return object;
@@ -156,30 +206,19 @@ QByteArray resultTable(const std::vector<SweepResult>& results)
     QByteArray table;
     int sweep = 0;
     for (const SweepResult& result : results) {
-        const bool reactance = result.testType == PenDocument::Reactance;
-        if (++sweep == 1) {
-            table += "sweep,frequency_Hz,";
-            if (reactance)
-                table += "reactance_Ohm,resistance_Ohm,susceptance_S,conductance_S";
-            else
-                table += result.testType == PenDocument::Amplitude ? "gain_dB" : "impedance_Ohm";
-            table += !reactance && result.phase ? ",phase_deg\n" : "\n";
-        }
-        for (const MeasuredPoint& point : result.points) {
-            table += QByteArray::number(sweep);
-            const auto append = [&table](float value) { table += ',' + values::decimalText(value).toLatin1(); };
-            append(point.frequency);
-            append(point.value);
-            if (reactance) {
-                append(point.resistance);
-                append(point.susceptance);
-                append(point.conductance);
-            } else if (result.phase) {
-                append(point.phase);
-            }
-            table += '\n';
-        }
+        if (++sweep == 1)
+            table += "sweep," + tableHeading(result) + '\n';
+        for (const MeasuredPoint& point : result.points)
+            table += QByteArray::number(sweep) + ',' + tableRow(result, point) + '\n';
     }
+    return table;
+}
+
+QByteArray pointsTable(const SweepResult& result)
+{
+    QByteArray table = tableHeading(result) + '\n';
+    for (const MeasuredPoint& point : result.points)
+        table += tableRow(result, point) + '\n';
     return table;
 }
 

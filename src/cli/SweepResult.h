@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 class PenDocument;
@@ -36,6 +37,25 @@ struct SweepResult
     bool complete() const { return static_cast<int>(points.size()) >= wanted; }
 };
 
+/// The points of the lowest and the highest modulus; points that are not finite do not count.
+struct Extremes
+{
+    MeasuredPoint lowest, highest;
+};
+std::optional<Extremes> extremesOf(const SweepResult& result);
+
+/// Lowest and highest finite frequency in Hz.
+struct FrequencyRange
+{
+    float from = 0, to = 0;
+};
+std::optional<FrequencyRange> frequencyRangeOf(const SweepResult& result);
+
+/// "amplitude", "impedance", "reactance"; "unknown" for any other type.
+QString typeName(std::int16_t testType);
+/// "dB" or "Ohm"; empty for an unknown type.
+QString unitOf(std::int16_t testType);
+
 /// Reads the pen (0 to 9) of a document.
 SweepResult readPen(const PenDocument& document, int pen);
 
@@ -46,6 +66,10 @@ QJsonObject resultObject(const SweepResult& result);
 /// Table with a heading, values separated by commas, "." as decimal point; sweeps below one another, numbered in the
 /// first column.
 QByteArray resultTable(const std::vector<SweepResult>& results);
+/// The same of one pen, without that column.
+QByteArray pointsTable(const SweepResult& result);
+/// {"frequency": Hz, "value": modulus}
+QJsonObject extremeObject(const SweepResult& result, const MeasuredPoint& point);
 /// Four significant digits or more with an engineering prefix: "39.982 kHz", "24.1 Ohm". The significant digits are at
 /// most that many; trailing zeros go.
 QString engineeringText(double value, const QString& unit, int significant);

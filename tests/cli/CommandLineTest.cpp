@@ -141,6 +141,31 @@ TEST(CommandLine, DevicesKnowsItsOwnOption)
     EXPECT_FALSE(json.value().sweep);
 }
 
+TEST(CommandLine, ShowTakesFilesAndAPen)
+{
+    const ValueOr<CommandLine> many = readCommandLine(arguments("show a.gzd --json b.gad"));
+    ASSERT_TRUE(many && many.value().show);
+    EXPECT_EQ(many.value().show->files, (QStringList{QStringLiteral("a.gzd"), QStringLiteral("b.gad")}));
+    EXPECT_TRUE(many.value().show->json);
+    EXPECT_EQ(many.value().show->pointsOfPen, 0);
+    const ValueOr<CommandLine> points = readCommandLine(arguments("show --points 10 a.gzd"));
+    ASSERT_TRUE(points && points.value().show);
+    EXPECT_EQ(points.value().show->pointsOfPen, 10);
+    EXPECT_FALSE(points.value().show->json);
+    EXPECT_FALSE(points.value().sweep || points.value().devices);
+
+    EXPECT_EQ(problemOf("show"), "A plot file is missing.");
+    for (const char* pen : {"0", "11", "-1", "two", "1.5"})
+        EXPECT_EQ(problemOf((std::string("show a.gzd --points=") + pen).c_str()),
+                  std::string("--points needs a pen from 1 to 10, not \"") + pen + "\".");
+    EXPECT_EQ(problemOf("show a.gzd --points 1 --json"), "--points prints a table; --json has no place beside it.");
+    EXPECT_EQ(problemOf("show a.gzd b.gzd --points 1"), "--points takes one plot file, not 2.");
+    const ValueOr<CommandLine> help = readCommandLine(arguments("show --help"));
+    ASSERT_TRUE(help);
+    EXPECT_TRUE(help.value().text.startsWith(QStringLiteral("Usage: marrowick show ")));
+    EXPECT_TRUE(help.value().text.contains(QStringLiteral("FILE...")));
+}
+
 TEST(CommandLine, HelpListsEveryOptionOfTheCommandAndTheExitCodes)
 {
     const ValueOr<CommandLine> sweep = readCommandLine(arguments("sweep --help --points 3"));
@@ -154,5 +179,6 @@ TEST(CommandLine, HelpListsEveryOptionOfTheCommandAndTheExitCodes)
     EXPECT_TRUE(sweep.value().text.startsWith(QStringLiteral("Usage: marrowick sweep ")));
     const ValueOr<CommandLine> overview = readCommandLine(arguments("--help"));
     ASSERT_TRUE(overview);
-    EXPECT_TRUE(overview.value().text.contains(QStringLiteral("devices")));
+    for (const char* command : {"devices", "sweep", "show"})
+        EXPECT_TRUE(overview.value().text.contains(QLatin1String(command))) << command;
 }

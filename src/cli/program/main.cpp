@@ -3,6 +3,7 @@
 #include "cli/Console.h"
 #include "cli/DevicesCommand.h"
 #include "cli/Interrupts.h"
+#include "cli/ShowCommand.h"
 #include "cli/SweepCommand.h"
 #include "controls/graph/ui/GraphPicture.h"
 #include "controls/korvalink/DeviceList.h"
@@ -55,6 +56,8 @@ cli::ExitCode run(const cli::CommandLine& commandLine, cli::Console& console)
 {
     if (commandLine.sweep)
         return sweep(*commandLine.sweep, console);
+    if (commandLine.show)
+        return cli::showPlots(*commandLine.show, console);
     if (commandLine.devices) {
         DeviceList devices;
         return cli::listDevices(devices, *commandLine.devices, console);
