@@ -174,6 +174,9 @@ void frmSettings::cmdDiagnose_Click()
     GraphModel& peGraph = document->peGraph();
     peGraph.setSubTitle(settingsrules::diagnoseSubTitle(peGraph.TXAxisLabel()));
     peGraph.setXAxisLabel(QStringLiteral("Frequency - Hz (Diagnose)"));
+    // It covers all that the instrument can do, whatever sweep the user has set.
+    peGraph.setManualMinX(m_context.mirror.dblAmpMinFreq);
+    peGraph.setManualMaxX(m_context.mirror.dblAmpMaxFreq);
     m_host.showDocument(*document);
     if (!self || document == nullptr)
         return;

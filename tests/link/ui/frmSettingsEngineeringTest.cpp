@@ -175,6 +175,8 @@ TEST_F(FrmSettingsEngineering, DiagnosePreparesADocumentEachTime)
     ASSERT_EQ(documents.size(), 2U);
     PenDocument& document = *documents[1];
     EXPECT_EQ(document.peGraph().XAxisLabel(), QStringLiteral("Frequency - Hz (Diagnose)"));
+    EXPECT_EQ(document.peGraph().ManualMinX(), mirror.dblAmpMinFreq);
+    EXPECT_EQ(document.peGraph().ManualMaxX(), mirror.dblAmpMaxFreq);
     EXPECT_EQ(mirror.iCurrentPoint, 1006);
     for (int pen = 0; pen < PenDocument::kPens; ++pen)
         EXPECT_EQ(document.GetPenDisplay(pen), pen < 2 ? 0 : 1) << pen;
