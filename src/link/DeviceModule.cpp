@@ -141,12 +141,16 @@ void DeviceModule::deviceConnected()
     m_rxBegin = m_rxEnd = 0;
     if (m_context.mirror.strDeviceSerial != InstrumentMirror().strDeviceSerial) {
         // Another instrument was opened without the first having been unplugged: nothing of the first goes to it.
-        if (m_context.state.gbfDeviceReady)
+        if (m_context.state.gbfDeviceReady) {
             DeviceSaveSettings();
+            m_dialog->storeSettings();
+        }
         m_context.state.gbfScriptRunning = false;
         if (m_context.state.gbfPlotting)
             m_plotState.GUISetViewing();
         DeviceInitialise();
+        // A dialog that stayed open would send what it still shows when it is closed.
+        m_dialog->RefreshDialog();
     }
     m_panels.show(StatusPanels::State, "Connected");
     DeviceEnquire();
@@ -157,6 +161,8 @@ void DeviceModule::deviceConnected()
 
 void DeviceModule::deviceDisconnected()
 {
+    if (m_context.state.gbfDeviceReady)
+        m_dialog->storeSettings();
     m_context.device.Close();
     m_panels.show(StatusPanels::State, "Disconnected");
     m_panels.show(StatusPanels::Pen, "1");

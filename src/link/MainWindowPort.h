@@ -50,6 +50,9 @@ public:
     virtual ~SettingsDialogPort() = default;
 
     virtual void RefreshDialog() {}
+    /// The mirror is about to lose the instrument that the dialog shows: what was set for it is stored now, and not
+    /// again before the next RefreshDialog().
+    virtual void storeSettings() {}
     virtual void SetInputLevel(double /*dblAmpIn_dB*/, double /*dblPhase*/, bool /*bfShowPhase*/) {}
     virtual bool monitorChecked() const { return false; }
     virtual void uncheckMonitor() {}

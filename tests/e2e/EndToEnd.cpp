@@ -126,13 +126,13 @@ QByteArray Simulator::errors()
     return m_process.readAllStandardError();
 }
 
-std::vector<LoggedFrame> pointsOfLastTest(const QString& linkLog)
+std::vector<LoggedFrame> loggedFrames(const QString& linkLog)
 {
     constexpr int kFrameLength = 67;
     QFile file(linkLog);
-    std::vector<LoggedFrame> points;
+    std::vector<LoggedFrame> frames;
     if (!file.open(QFile::ReadOnly))
-        return points;
+        return frames;
     for (const QByteArray& line : file.readAll().split('\n')) {
         const qsizetype arrow = line.indexOf(" < ");
         if (line.startsWith('#') || arrow < 0)
@@ -140,16 +140,23 @@ std::vector<LoggedFrame> pointsOfLastTest(const QString& linkLog)
         const QByteArray frame = unescaped(line.mid(arrow + 3));
         if (frame.size() != kFrameLength || frame[1] != ':' || frame[65] != '\r')
             continue;
-        if (frame[0] == 'D')
-            points.clear();
-        if (frame[0] != 'F' && frame[0] != 'H')
-            continue;
         const auto number = [&frame](int column, int width) { return leadingNumber(frame.mid(column - 1, width)); };
         bool flagIsNumber = false, pointIsNumber = false;
         const int flag = frame.mid(2, 1).toInt(&flagIsNumber), point = frame.mid(60, 5).trimmed().toInt(&pointIsNumber);
-        if (!flagIsNumber || !pointIsNumber)
-            continue;
-        points.push_back({frame[0], flag, number(5, 13), number(19, 13), number(33, 13), number(47, 13), point});
+        frames.push_back({frame[0], flag, number(5, 13), number(19, 13), number(33, 13), number(47, 13), point,
+                          flagIsNumber && pointIsNumber});
+    }
+    return frames;
+}
+
+std::vector<LoggedFrame> pointsOfLastTest(const QString& linkLog)
+{
+    std::vector<LoggedFrame> points;
+    for (const LoggedFrame& frame : loggedFrames(linkLog)) {
+        if (frame.code == 'D')
+            points.clear();
+        if ((frame.code == 'F' || frame.code == 'H') && frame.readable)
+            points.push_back(frame);
     }
     return points;
 }

@@ -63,7 +63,11 @@ struct LoggedFrame
     int flag = 0;
     double n1 = 0, n2 = 0, n3 = 0, n4 = 0;
     int point = 0;
+    bool readable = true; ///< false: flag or point number is none
 };
+
+/// The frames of a link log, those of the right length only.
+std::vector<LoggedFrame> loggedFrames(const QString& linkLog);
 
 /// The point frames ("F" and "H") of the last test in a link log: those behind its last "D". Frames that a reader must
 /// refuse, for a wrong length or for a flag or point number that is none, are left out.

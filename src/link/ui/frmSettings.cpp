@@ -110,18 +110,27 @@ void frmSettings::unload()
         SendToDevice(command::text(command::kStartFreq, low));
         SendToDevice(command::text(command::kEndFreq, high));
     }
-    const SettingsStore::Batch batch(m_context.preferences.store());
-    m_device.DeviceSaveSettings();
     if (chkMonitor->isChecked() && m_context.device.Connected())
         m_context.device.Write(QStringLiteral("x\r"));
-    saveMonitor();
-    if (m_bfSamplingModel)
-        m_context.preferences.setValue(m_context.mirror.strDeviceSerial, options::kSamples,
-                                       lstDT46Samples->currentText().toInt());
+    const SettingsStore::Batch batch(m_context.preferences.store());
+    storeSettings();
     if (isVisible())
         storePosition();
     m_bfDialogLive = false;
     m_device.setSettingsDialog(nullptr);
+}
+
+void frmSettings::storeSettings()
+{
+    if (m_stored)
+        return;
+    m_stored = true;
+    const SettingsStore::Batch batch(m_context.preferences.store());
+    m_device.DeviceSaveSettings();
+    saveMonitor();
+    if (m_bfSamplingModel)
+        m_context.preferences.setValue(m_context.mirror.strDeviceSerial, options::kSamples,
+                                       lstDT46Samples->currentText().toInt());
 }
 
 void frmSettings::SendToDevice(const QString& text)
@@ -183,6 +192,7 @@ void frmSettings::RefreshDialog()
 {
     const InstrumentMirror& mirror = m_context.mirror;
     m_bfDialogLive = false;
+    m_stored = false;
     showModel();
 
     {

@@ -48,6 +48,7 @@ public:
     // SettingsDialogPort ----------------------------------------------------------------------------------------------
     /// Shows the mirror. Sends nothing but the count of samples of a DT46 that runs no script.
     void RefreshDialog() override;
+    void storeSettings() override;
     void SetInputLevel(double dblAmpIn_dB, double dblPhase, bool bfShowPhase) override;
     bool monitorChecked() const override;
     void uncheckMonitor() override;
@@ -152,6 +153,7 @@ private:
     SettingsDialogHost& m_host;
     bool m_bfDialogLive = false;
     bool m_bfSamplingModel = false;
+    bool m_stored = false; ///< the mirror may be another instrument's already
     bool m_unloaded = false;
 
     QTabWidget* SSTab1 = nullptr;

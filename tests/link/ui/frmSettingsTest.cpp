@@ -584,3 +584,26 @@ TEST_F(FrmSettings, EveryControlIsReachedByTheKeyboardAndHasAName)
 }
 
 } // namespace
+
+TEST_F(FrmSettings, NothingThatItShowsOfOneInstrumentGoesToTheNext)
+{
+    open();
+    type("txtLowFreq", "35000");
+    type("txtSpotFrequency_0", "77000", false);
+    // Another is opened in its place, and the dialog closed before that has told anything of itself.
+    Terminal other;
+    ASSERT_TRUE(device.OpenTransport(std::make_unique<SerialTransport>(other.path()), QStringLiteral("other")));
+    EXPECT_EQ(boxText("txtLowFreq"), QStringLiteral("1000"));
+    click("OKButton");
+    device.Write(QStringLiteral("mark\r"));
+    QByteArray heard;
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        heard += other.take();
+        return heard.endsWith("mark\r");
+    }));
+    EXPECT_EQ(heard.count("startfreq 1000\r"), 2) << heard.constData();
+    EXPECT_FALSE(heard.contains("35000")) << heard.constData();
+    EXPECT_EQ(saved("S1", "dblStartFrequency"), QStringLiteral("35000"));
+    EXPECT_EQ(saved("S1", "MonF1"), QStringLiteral("77000"));
+    EXPECT_EQ(saved("Device", "MonF1"), QStringLiteral("400000"));
+}
