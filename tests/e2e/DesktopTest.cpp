@@ -123,3 +123,20 @@ TEST_F(DesktopTest, TwoCopiesRunSideBySideWithAnInstrumentEach)
     EXPECT_TRUE(
         SettingsStore().contains(QStringLiteral("MarrowickGraph1"), QStringLiteral("Window"), QStringLiteral("State")));
 }
+
+TEST_F(DesktopTest, ATestAskedForOnTheCommandLineRunsToItsEnd)
+{
+    const Simulator simulator(freshSerial(), {QStringLiteral("--fast")});
+    QProcess program;
+    start(program, {QStringLiteral("--test"), QStringLiteral("impedance")}, QStringLiteral("link.log"));
+    const auto has = [this](const char* beginning) {
+        const std::vector<std::string> lines = logged(QStringLiteral("link.log"));
+        return std::any_of(lines.begin(), lines.end(), [&](const auto& line) { return line.starts_with(beginning); });
+    };
+    EXPECT_TRUE(waitFor([&] { return has("< Y:"); }));
+    EXPECT_TRUE(has("> y\\rimptest\\r"));
+    EXPECT_TRUE(has("< F:"));
+    EXPECT_EQ(program.state(), QProcess::Running);
+    program.kill();
+    program.waitForFinished(kPatience);
+}

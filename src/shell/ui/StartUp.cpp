@@ -3,7 +3,9 @@
 #include "controls/korvalink/DeviceList.h"
 #include "controls/korvalink/KorvaLink.h"
 #include "document/DocumentList.h"
+#include "document/PenDocument.h"
 #include "instrument/InstrumentMirror.h"
+#include "link/TestRun.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
 #include "shell/CommandLine.h"
@@ -34,6 +36,17 @@ StartUpOptions StartUpOptions::parse(const QStringList& arguments)
                 options.problem = QCoreApplication::translate("StartUp", "--link-log needs the name of a file.");
             else
                 options.linkLogFile = arguments[++i];
+        } else if (argument == QLatin1String("--test") || argument.startsWith(QLatin1String("--test="))) {
+            const bool apart = !argument.contains(QLatin1Char('='));
+            const QString type = !apart                     ? argument.section(QLatin1Char('='), 1)
+                                 : i + 1 < arguments.size() ? arguments[++i]
+                                                            : QString();
+            static const QStringList types{QStringLiteral("amplitude"), QStringLiteral("impedance"),
+                                           QStringLiteral("reactance")};
+            options.testType = static_cast<int>(types.indexOf(type)) + 1;
+            if (options.testType == 0)
+                options.problem =
+                    QCoreApplication::translate("StartUp", "--test needs one of amplitude, impedance, reactance.");
         } else {
             options.arguments.append(argument);
         }
@@ -44,13 +57,16 @@ StartUpOptions StartUpOptions::parse(const QStringList& arguments)
 QString StartUpOptions::helpText()
 {
     return QCoreApplication::translate("StartUp",
-                                       "Usage: marrowickgraph [PLOT FILE] [-rerun] [--link-log FILE]\n"
+                                       "Usage: marrowickgraph [PLOT FILE] [-rerun] [--test TYPE] [--link-log FILE]\n"
                                        "\n"
                                        "Draws what a T46 or DT46 analyser measures.\n"
                                        "\n"
                                        "  PLOT FILE         opened at the start: .gad amplitude, .gzd impedance, "
                                        ".gxd reactance\n"
                                        "  -rerun            the instrument runs the script that it holds\n"
+                                       "  --test TYPE       a new graph and a test into it as soon as the "
+                                       "instrument has answered:\n"
+                                       "                    amplitude, impedance or reactance\n"
                                        "  --link-log FILE   log everything that passes the link to the instrument\n"
                                        "  --version         print the version and end\n"
                                        "  -h, --help        print this text and end\n"
@@ -134,6 +150,27 @@ void StartUp::run(const StartUpOptions& options)
                                  frmMain::tr("Link log"));
     if (!window->isUnloaded())
         actOnCommandLine(request);
+    if (window && !window->isUnloaded() && options.testType != 0)
+        startTest(options.testType);
+}
+
+void StartUp::startTest(int testType)
+{
+    constexpr int kRounds = 400; // two seconds at most for the instrument's answer
+    ProgramState& state = m_program->state;
+    const QPointer<frmMain> window = m_program->main.get();
+    for (int round = 0; round < kRounds && !state.gbfDeviceReady; ++round) {
+        window->waitRounds(1, 5);
+        if (!window || window->isUnloaded())
+            return;
+    }
+    state.giNewDocType = static_cast<std::int16_t>(testType);
+    const QPointer<PenDocument> document = window->LoadNewDoc();
+    if (!window || !document)
+        return;
+    document->gbfSendZoom = true;
+    document->graphSetDefaultView();
+    window->testRun().mnuTestStart_Click();
 }
 
 void StartUp::actOnCommandLine(const CommandLine& request)

@@ -13,6 +13,7 @@ struct StartUpOptions
 {
     QStringList arguments; ///< the command line without the options below
     QString linkLogFile;   ///< log of the link; empty for none
+    int testType = 0;      ///< 1 amplitude, 2 impedance, 3 reactance: a document of that type and a test; 0 for none
     bool help = false;
     bool version = false;
     QString problem; ///< one sentence when an option lacks its value; empty otherwise
@@ -42,6 +43,7 @@ public:
 
 private:
     void actOnCommandLine(const CommandLine& request);
+    void startTest(int testType);
     static QStringList filesToOpen(const CommandLine& request);
 
     struct Program;

@@ -67,6 +67,12 @@ TEST_F(StartUpTest, ownOptionsAreTakenOutOfTheCommandLine)
     EXPECT_TRUE(arguments({QStringLiteral("--help")}).help);
     EXPECT_TRUE(arguments({QStringLiteral("--version")}).version);
     EXPECT_FALSE(arguments({QStringLiteral("--link-log")}).problem.isEmpty());
+    EXPECT_EQ(arguments({QStringLiteral("--test"), QStringLiteral("impedance")}).testType, 2);
+    EXPECT_EQ(arguments({QStringLiteral("--test=reactance")}).testType, 3);
+    EXPECT_EQ(arguments({}).testType, 0);
+    for (const char* wrong : {"--test", "--test=", "--test=sound"})
+        EXPECT_EQ(arguments({QLatin1String(wrong)}).problem,
+                  QStringLiteral("--test needs one of amplitude, impedance, reactance."));
 }
 
 TEST_F(StartUpTest, theWindowIsUpUnderThePlainTitle)
