@@ -1,5 +1,7 @@
 #include "values/SafeFile.h"
 
+#include "values/SafeFileCalls.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
@@ -7,9 +9,6 @@
 
 #include <cerrno>
 #include <cstring>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace values {
 namespace {
@@ -46,43 +45,58 @@ QString reasonOf(int error)
     return QString::fromLocal8Bit(std::strerror(error));
 }
 
-bool writeAll(int fd, const QByteArray& bytes)
+bool sync(int fd, const SafeFileCalls& calls)
+{
+    int result = 0;
+    do
+        result = calls.fsync(fd);
+    while (result != 0 && errno == EINTR);
+    return result == 0;
+}
+
+bool writeAll(int fd, const QByteArray& bytes, const SafeFileCalls& calls)
 {
     qsizetype done = 0;
     while (done < bytes.size()) {
-        const ssize_t n = ::write(fd, bytes.constData() + done, static_cast<std::size_t>(bytes.size() - done));
-        if (n < 0 && errno != EINTR)
+        const ssize_t n = calls.write(fd, bytes.constData() + done, static_cast<std::size_t>(bytes.size() - done));
+        if (n == 0)
+            errno = ENOSPC;
+        if (n == 0 || (n < 0 && errno != EINTR))
             return false;
         done += n > 0 ? n : 0;
     }
-    return ::fsync(fd) == 0;
+    return sync(fd, calls);
 }
 
 /// Gives the nameless file a name beside the old one and moves it over the old one.
-bool putInPlace(int fd, int folder, const QByteArray& name)
+bool putInPlace(int fd, int folder, const QByteArray& name, const SafeFileCalls& calls)
 {
     const QByteArray source = "/proc/self/fd/" + QByteArray::number(fd);
     const QByteArray saving = '.' + name + ".saving";
     // Another program that saves the same name may take the hidden file away in between; its bytes are whole as well.
     for (int attempt = 0; attempt < 100; ++attempt) {
-        if (::linkat(AT_FDCWD, source.constData(), folder, saving.constData(), AT_SYMLINK_FOLLOW) != 0) {
+        if (calls.linkat(AT_FDCWD, source.constData(), folder, saving.constData(), AT_SYMLINK_FOLLOW) != 0) {
             if (errno != EEXIST)
                 return false;
-            ::unlinkat(folder, saving.constData(), 0);
+            calls.unlinkat(folder, saving.constData(), 0);
             continue;
         }
-        if (::renameat(folder, saving.constData(), folder, name.constData()) == 0) {
-            ::fsync(folder);
+        if (calls.renameat(folder, saving.constData(), folder, name.constData()) == 0)
             return true;
-        }
         if (errno != ENOENT) {
             const int error = errno;
-            ::unlinkat(folder, saving.constData(), 0);
+            calls.unlinkat(folder, saving.constData(), 0);
             errno = error;
             return false;
         }
     }
     return false;
+}
+
+/// Not every file system can sync a folder.
+bool syncFolder(int folder, const SafeFileCalls& calls)
+{
+    return sync(folder, calls) || errno == EINVAL || errno == EOPNOTSUPP;
 }
 
 /// For file systems without nameless files.
@@ -99,6 +113,11 @@ Outcome writeThroughSaveFile(const QString& fileName, const QByteArray& bytes)
 
 Outcome writeFile(const QString& fileName, const QByteArray& bytes)
 {
+    return writeFile(fileName, bytes, SafeFileCalls());
+}
+
+Outcome writeFile(const QString& fileName, const QByteArray& bytes, const SafeFileCalls& calls)
+{
     const QFileInfo given(fileName);
     const QFileInfo info(given.isSymLink() ? given.symLinkTarget() : given.absoluteFilePath());
     if (fileName.isEmpty() || info.fileName().isEmpty() || (info.exists() && !info.isFile()))
@@ -111,17 +130,22 @@ Outcome writeFile(const QString& fileName, const QByteArray& bytes)
         ::open(QFile::encodeName(info.absolutePath()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!folder.isOpen())
         return failed(fileName, reasonOf(errno));
-    const Descriptor file(::openat(folder.get(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666));
+    const Descriptor file(calls.openTemporary(folder.get(), O_TMPFILE | O_WRONLY | O_CLOEXEC));
     if (!file.isOpen()) {
         if (errno == EOPNOTSUPP || errno == EISDIR || errno == ENOENT || errno == EINVAL)
             return writeThroughSaveFile(info.filePath(), bytes);
         return failed(fileName, reasonOf(errno));
     }
     struct stat old = {};
-    if (::fstatat(folder.get(), name.constData(), &old, 0) == 0 && ::fchmod(file.get(), old.st_mode & 07777) != 0)
+    if (::fstatat(folder.get(), name.constData(), &old, 0) == 0 && calls.fchmod(file.get(), old.st_mode & 07777) != 0)
         return failed(fileName, reasonOf(errno));
-    if (!writeAll(file.get(), bytes) || !putInPlace(file.get(), folder.get(), name))
+    if (!writeAll(file.get(), bytes, calls) || !putInPlace(file.get(), folder.get(), name, calls))
         return failed(fileName, reasonOf(errno));
+    if (!syncFolder(folder.get(), calls))
+        return Outcome::failure(
+            QCoreApplication::translate("SafeFile",
+                                        "%1 is written, but may not survive a power failure: %2. Save it again.")
+                .arg(fileName, reasonOf(errno)));
     return Outcome::success();
 }
 

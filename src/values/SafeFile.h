@@ -13,7 +13,8 @@ namespace values {
 /// keeps pointing to the file it points to. A kill can leave one hidden file ".NAME.saving", which the next save of
 /// NAME takes away, so that none gather. Two programs that save the same name at once leave the bytes of one of them.
 ///
-/// Refused: an empty name, a folder, a device. The sentence of a failure names the file and the reason.
+/// Refused: an empty name, a folder, a device. The sentence of a failure names the file and the reason. After a failure
+/// the old file is there, but for one: when only the folder cannot be brought to the disk the new one is.
 Outcome writeFile(const QString& fileName, const QByteArray& bytes);
 
 } // namespace values

@@ -1,11 +1,16 @@
 #include "values/SafeFile.h"
 
+#include "values/SafeFileCalls.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include <algorithm>
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <gtest/gtest.h>
 #include <random>
 #include <sys/resource.h>
@@ -25,7 +30,166 @@ QStringList filesIn(const QTemporaryDir& folder)
     return QDir(folder.path()).entryList(QDir::Files | QDir::Hidden | QDir::System);
 }
 
+/// System calls of which one fails: the one whose number, counted from 0, is failingCall.
+struct FailingCalls
+{
+    static inline int failingCall = -1;
+    static inline int error = EIO;
+    static inline int count = 0;
+    static inline std::size_t longestWrite = 1000;
+
+    static bool fails()
+    {
+        if (count++ != failingCall)
+            return false;
+        errno = error;
+        return true;
+    }
+
+    /// Starts counting anew.
+    static values::SafeFileCalls with(int call, int errorNumber)
+    {
+        failingCall = call;
+        error = errorNumber;
+        count = 0;
+        values::SafeFileCalls calls;
+        calls.openTemporary = [](int folder, int flags) {
+            return fails() ? -1 : values::SafeFileCalls().openTemporary(folder, flags);
+        };
+        calls.write = [](int fd, const void* bytes, std::size_t size) {
+            return fails() ? ssize_t(-1) : ::write(fd, bytes, std::min(size, longestWrite));
+        };
+        calls.fsync = [](int fd) { return fails() ? -1 : ::fsync(fd); };
+        calls.fchmod = [](int fd, mode_t mode) { return fails() ? -1 : ::fchmod(fd, mode); };
+        calls.linkat = [](int from, const char* name, int to, const char* newName, int flags) {
+            return fails() ? -1 : ::linkat(from, name, to, newName, flags);
+        };
+        calls.renameat = [](int from, const char* name, int to, const char* newName) {
+            return fails() ? -1 : ::renameat(from, name, to, newName);
+        };
+        calls.unlinkat = [](int folder, const char* name, int flags) {
+            return fails() ? -1 : ::unlinkat(folder, name, flags);
+        };
+        return calls;
+    }
+};
+
 } // namespace
+
+TEST(SafeFile, WithAnyOfItsCallsFailingOnceTheOldFileOrTheNewOneIsThereWholeAndNoOther)
+{
+    const QByteArray oldBytes(5000, 'o');
+    const QByteArray newBytes(4500, 'n');
+    QTemporaryDir folder;
+    const QString name = folder.filePath(QStringLiteral("plot"));
+    for (const int error : {EIO, ENOSPC, EACCES, EDQUOT}) {
+        int failures = 0;
+        int replaced = 0;
+        for (int call = 0;; ++call) {
+            SCOPED_TRACE(testing::Message() << "call " << call << " with " << std::strerror(error));
+            ASSERT_TRUE(values::writeFile(name, oldBytes).ok());
+            const Outcome outcome = values::writeFile(name, newBytes, FailingCalls::with(call, error));
+            const QByteArray content = contentOf(name);
+            EXPECT_EQ(filesIn(folder), QStringList{QStringLiteral("plot")});
+            if (FailingCalls::count <= call) { // all calls have had their turn
+                EXPECT_TRUE(outcome.ok());
+                EXPECT_EQ(content, newBytes);
+                break;
+            }
+            ++failures;
+            EXPECT_FALSE(outcome.ok());
+            EXPECT_TRUE(outcome.sentence().contains(name));
+            EXPECT_TRUE(outcome.sentence().contains(QString::fromLocal8Bit(std::strerror(error))));
+            EXPECT_TRUE(content == oldBytes || content == newBytes);
+            replaced += content == newBytes ? 1 : 0;
+            EXPECT_EQ(outcome.sentence().contains(QStringLiteral("The file is as it was before.")),
+                      content == oldBytes);
+        }
+        // Open, permissions, five writes, sync, link, rename and the sync of the folder: only behind the rename is the
+        // new file there.
+        EXPECT_EQ(failures, 11);
+        EXPECT_EQ(replaced, 1);
+    }
+}
+
+TEST(SafeFile, AFirstSaveThatFailsAtAnyCallLeavesTheWholeFileOrNone)
+{
+    QTemporaryDir folder;
+    const QString name = folder.filePath(QStringLiteral("plot"));
+    for (int call = 0;; ++call) {
+        SCOPED_TRACE(call);
+        QFile::remove(name);
+        const Outcome outcome = values::writeFile(name, QByteArray(2500, 'n'), FailingCalls::with(call, EIO));
+        if (FailingCalls::count <= call) {
+            EXPECT_TRUE(outcome.ok());
+            EXPECT_EQ(call, 8);
+            break;
+        }
+        EXPECT_FALSE(outcome.ok());
+        EXPECT_TRUE(outcome.sentence().contains(name));
+        if (QFileInfo::exists(name)) {
+            EXPECT_EQ(contentOf(name), QByteArray(2500, 'n'));
+            EXPECT_EQ(filesIn(folder).size(), 1);
+        } else {
+            EXPECT_EQ(filesIn(folder).size(), 0);
+        }
+    }
+}
+
+TEST(SafeFile, ASaveBehindAKilledOneFailsAtAnyCallOrTakesTheHiddenFileAway)
+{
+    QTemporaryDir folder;
+    const QString name = folder.filePath(QStringLiteral("plot"));
+    for (int call = 0;; ++call) {
+        SCOPED_TRACE(call);
+        ASSERT_TRUE(values::writeFile(name, "old").ok());
+        QFile left(folder.filePath(QStringLiteral(".plot.saving")));
+        ASSERT_TRUE(left.open(QFile::WriteOnly));
+        const Outcome outcome = values::writeFile(name, "new", FailingCalls::with(call, EIO));
+        const bool allDone = FailingCalls::count <= call;
+        const QByteArray content = contentOf(name);
+        EXPECT_TRUE(content == "old" || content == "new");
+        EXPECT_TRUE(!outcome.ok() || content == "new");
+        ASSERT_TRUE(values::writeFile(name, "next").ok());
+        EXPECT_EQ(filesIn(folder), QStringList{QStringLiteral("plot")});
+        if (allDone) {
+            EXPECT_TRUE(outcome.ok());
+            break;
+        }
+    }
+}
+
+TEST(SafeFile, AnInterruptedCallIsTriedAgain)
+{
+    QTemporaryDir folder;
+    const QString name = folder.filePath(QStringLiteral("plot"));
+    const QByteArray bytes(2500, 'n');
+    for (int call = 1; call <= 4; ++call) { // three writes and a sync
+        ASSERT_TRUE(values::writeFile(name, bytes, FailingCalls::with(call, EINTR)).ok()) << call;
+        EXPECT_EQ(contentOf(name), bytes);
+        QFile::remove(name);
+    }
+}
+
+TEST(SafeFile, AFolderThatCannotBeSyncedIsNoFailure)
+{
+    QTemporaryDir folder;
+    const QString name = folder.filePath(QStringLiteral("plot"));
+    EXPECT_TRUE(values::writeFile(name, "new", FailingCalls::with(5, EINVAL)).ok());
+    EXPECT_EQ(FailingCalls::count, 6); // it was the last call
+    EXPECT_EQ(contentOf(name), "new");
+}
+
+TEST(SafeFile, AFileSystemWithoutNamelessFilesIsServedToo)
+{
+    QTemporaryDir folder;
+    const QString name = folder.filePath(QStringLiteral("plot"));
+    ASSERT_TRUE(values::writeFile(name, "old").ok());
+    EXPECT_TRUE(values::writeFile(name, "new", FailingCalls::with(0, EOPNOTSUPP)).ok());
+    EXPECT_EQ(FailingCalls::count, 1);
+    EXPECT_EQ(contentOf(name), "new");
+    EXPECT_EQ(filesIn(folder).size(), 1);
+}
 
 TEST(SafeFile, MakesAndReplacesAFileAndLeavesNoOther)
 {

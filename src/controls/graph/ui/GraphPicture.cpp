@@ -2,6 +2,7 @@
 
 #include "controls/graph/GraphModel.h"
 #include "controls/graph/ui/GraphPlot.h"
+#include "values/SafeFile.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
@@ -11,7 +12,6 @@
 #include <QPaintEngine>
 #include <QPdfWriter>
 #include <QPicture>
-#include <QSaveFile>
 #include <QSvgGenerator>
 
 #include <algorithm>
@@ -58,14 +58,6 @@ void drawScaled(const GraphModel& model, QPaintDevice& device, int width, int he
     painter.setModes(modes);
     painter.scale(static_cast<double>(width) / layoutSize.width(), static_cast<double>(height) / layoutSize.height());
     drawPlot(model, painter, layoutSize);
-}
-
-Outcome writeFile(const QString& fileName, const QByteArray& content)
-{
-    QSaveFile file(fileName);
-    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit())
-        return Outcome::success();
-    return Outcome::failure(tr("The picture could not be written to %1: %2").arg(fileName, file.errorString()));
 }
 
 Outcome encodeImage(const QImage& image, PictureFormat format, QByteArray& content)
@@ -129,7 +121,7 @@ Outcome savePicture(const GraphModel& model, const QString& fileName, PictureFor
         if (Outcome encoded = encodeImage(image, format, content); !encoded)
             return encoded;
     }
-    return writeFile(fileName, content);
+    return values::writeFile(fileName, content);
 }
 
 // The library paints with a painter of its own class, so the graph is recorded and played into the caller's.

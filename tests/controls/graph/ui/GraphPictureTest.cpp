@@ -2,11 +2,15 @@
 
 #include "GraphFixture.h"
 
+#include <QDir>
 #include <QFile>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QSvgRenderer>
 #include <QTemporaryDir>
+
+#include <csignal>
+#include <sys/resource.h>
 
 namespace {
 
@@ -110,6 +114,27 @@ TEST_F(GraphPicture, SizesThatCannotBeAreRefusedAndNothingIsWritten)
     }
     EXPECT_FALSE(QFile::exists(path("no.png")));
     EXPECT_FALSE(view.savePicture(path("missing/folder/a.png"), graph::PictureFormat::Png, 100, 100));
+}
+
+TEST_F(GraphPicture, APictureThatDoesNotFitOnTheDiskLeavesTheOldOneAndSaysSo)
+{
+    const QString name = path("a.bmp");
+    ASSERT_TRUE(view.savePicture(name, graph::PictureFormat::Bmp, 32, 32));
+    const QByteArray before = content(name);
+    // A limit on the size of files fails a write as a full disk does, here at the last bytes of the picture.
+    rlimit unlimited{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &unlimited), 0);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit limit = unlimited;
+    limit.rlim_cur = 64 * 64 * 3; // a header and three bytes a pixel are wanted
+    setrlimit(RLIMIT_FSIZE, &limit);
+    const Outcome outcome = view.savePicture(name, graph::PictureFormat::Bmp, 64, 64);
+    setrlimit(RLIMIT_FSIZE, &unlimited);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_FALSE(outcome);
+    EXPECT_TRUE(outcome.sentence().contains(name));
+    EXPECT_EQ(content(name), before);
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
 }
 
 TEST_F(GraphPicture, ADarkDesktopDoesNotReachPictures)
