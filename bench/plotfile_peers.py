@@ -1,5 +1,10 @@
 #!/usr/bin/python3
-"""Saves and loads what a full plot file holds with numpy and HDF5; prints name, best save and best load in ms."""
+"""Saves and loads the arrays and texts of a plot with numpy and HDF5, one task a line of standard input, and answers
+each with its time in ms, so that they take turns with the program they are compared with.
+
+    plotfile_peers.py FOLDER    FOLDER holds x.f32 and y.f32 (40 x 1024 floats) and texts.json
+    tasks: numpy|hdf5 save|durable|load; durable is a save and fsync of the file
+"""
 
 import json
 import os
@@ -9,40 +14,55 @@ import time
 import h5py
 import numpy
 
-FOLDER, ROUNDS = sys.argv[1], int(sys.argv[2])
-X = numpy.random.default_rng(1).random((40, 1024), dtype=numpy.float32)
-Y = X + numpy.float32(1)
-TEXTS = json.dumps({f"text {i}": f"annotation {i}" for i in range(60)})
-
-
-def best(task):
-    least = float("inf")
-    for _ in range(ROUNDS):
-        start = time.perf_counter()
-        task()
-        least = min(least, time.perf_counter() - start)
-    return least * 1e3
+FOLDER = sys.argv[1]
+X, Y = (numpy.fromfile(os.path.join(FOLDER, name), dtype="<f4").reshape(40, 1024) for name in ("x.f32", "y.f32"))
+with open(os.path.join(FOLDER, "texts.json"), encoding="utf-8") as file:
+    PROPERTIES = json.load(file)
+NPZ, HDF = os.path.join(FOLDER, "peer.npz"), os.path.join(FOLDER, "peer.h5")
 
 
 def numpy_save():
-    numpy.savez(os.path.join(FOLDER, "peer.npz"), x=X, y=Y, texts=TEXTS)
+    numpy.savez(NPZ, x=X, y=Y, texts=json.dumps(PROPERTIES))
+
+
+def numpy_durable():
+    with open(NPZ, "wb") as file:
+        numpy.savez(file, x=X, y=Y, texts=json.dumps(PROPERTIES))
+        file.flush()
+        os.fsync(file.fileno())
 
 
 def numpy_load():
-    with numpy.load(os.path.join(FOLDER, "peer.npz")) as archive:
+    with numpy.load(NPZ) as archive:
         return archive["x"], archive["y"], json.loads(str(archive["texts"]))
 
 
-def hdf_save():
-    with h5py.File(os.path.join(FOLDER, "peer.h5"), "w") as file:
+def hdf5_save():
+    with h5py.File(HDF, "w") as file:
         file["x"], file["y"] = X, Y
-        file.attrs["texts"] = TEXTS
+        file.attrs["texts"] = json.dumps(PROPERTIES)
 
 
-def hdf_load():
-    with h5py.File(os.path.join(FOLDER, "peer.h5"), "r") as file:
+def hdf5_durable():
+    hdf5_save()
+    descriptor = os.open(HDF, os.O_RDONLY)
+    os.fsync(descriptor)
+    os.close(descriptor)
+
+
+def hdf5_load():
+    with h5py.File(HDF, "r") as file:
         return file["x"][:], file["y"][:], json.loads(file.attrs["texts"])
 
 
-for name, save, load in (("numpy", numpy_save, numpy_load), ("HDF5", hdf_save, hdf_load)):
-    print(name, f"{best(save):.4f}", f"{best(load):.4f}")
+for save, load in ((numpy_save, numpy_load), (hdf5_save, hdf5_load)):
+    save()
+    x, y, texts = load()
+    if not (numpy.array_equal(x, X) and numpy.array_equal(y, Y) and texts == PROPERTIES):
+        sys.exit("a peer does not read what it wrote")
+
+for line in sys.stdin:
+    task = globals()["_".join(line.split())]
+    start = time.perf_counter()
+    task()
+    print(f"{(time.perf_counter() - start) * 1e3:.4f}", flush=True)

@@ -4,6 +4,7 @@
 #include "controls/graph/GraphModel.h"
 #include "values/SafeFile.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
@@ -11,6 +12,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <span>
 #include <zlib.h>
 
 namespace GraphFile {
@@ -31,23 +33,25 @@ Outcome damaged()
     return Outcome::failure(tr("The file is damaged or is no plot file."));
 }
 
-quint32 checksum(const QByteArray& bytes)
+quint32 checksum(QByteArrayView bytes)
 {
     const uLong start = crc32(0, nullptr, 0);
     return static_cast<quint32>(
-        crc32(start, reinterpret_cast<const Bytef*>(bytes.constData()), static_cast<uInt>(bytes.size())));
+        crc32(start, reinterpret_cast<const Bytef*>(bytes.data()), static_cast<uInt>(bytes.size())));
 }
 
-void appendFloats(QCborStreamWriter& writer, const GraphModel& model, int property)
+void appendFloats(QCborStreamWriter& writer, std::span<const float> values)
 {
-    const int count = model.Subsets() * model.Points();
-    std::vector<float> values(static_cast<std::size_t>(count));
-    model.PEvgetEx(property, 0, count, values.data());
-    if constexpr (Q_BYTE_ORDER == Q_BIG_ENDIAN)
-        qToLittleEndian<quint32>(values.data(), count, values.data());
     writer.append(kFloat32Little);
-    writer.appendByteString(reinterpret_cast<const char*>(values.data()),
-                            static_cast<qsizetype>(values.size() * sizeof(float)));
+    if constexpr (Q_BYTE_ORDER == Q_BIG_ENDIAN) {
+        std::vector<float> swapped(values.size());
+        qToLittleEndian<quint32>(values.data(), static_cast<qsizetype>(values.size()), swapped.data());
+        writer.appendByteString(reinterpret_cast<const char*>(swapped.data()),
+                                static_cast<qsizetype>(values.size_bytes()));
+    } else {
+        writer.appendByteString(reinterpret_cast<const char*>(values.data()),
+                                static_cast<qsizetype>(values.size_bytes()));
+    }
 }
 
 bool readFloats(QCborStreamReader& reader, graph::CborReader& archive, std::size_t count, std::vector<float>& values)
@@ -74,12 +78,9 @@ struct Content
     graph::Properties properties;
 };
 
-QByteArray storeContent(const GraphModel& model)
+void storeContent(QCborStreamWriter& writer, const GraphModel& model)
 {
     const graph::Properties& properties = model.properties();
-    QByteArray content;
-    content.reserve(static_cast<qsizetype>(model.Subsets()) * model.Points() * 8 + 16384);
-    QCborStreamWriter writer(&content);
     graph::CborWriter archive(writer);
     graph::FieldCount count;
     graph::describe(count, properties);
@@ -87,9 +88,9 @@ QByteArray storeContent(const GraphModel& model)
     archive("Subsets", model.Subsets());
     archive("Points", model.Points());
     writer.append(QLatin1StringView("XData"));
-    appendFloats(writer, model, GraphModel::PEP_faXDATA);
+    appendFloats(writer, model.allX());
     writer.append(QLatin1StringView("YData"));
-    appendFloats(writer, model, GraphModel::PEP_faYDATA);
+    appendFloats(writer, model.allY());
     graph::describe(archive, properties);
     for (const auto& [name, item] : properties.otherEntries) {
         writer.append(QStringView(name));
@@ -97,7 +98,6 @@ QByteArray storeContent(const GraphModel& model)
     }
     // The writer counts what passes through it, not what was written behind its back: the end of a map of known length
     // has no byte of its own, so it is left out.
-    return content;
 }
 
 /// One entry of the content that this program does not know: its encoded bytes.
@@ -184,24 +184,34 @@ bool readEnvelope(const QByteArray& bytes, Envelope& envelope)
 
 } // namespace
 
+// All in one buffer: a second one of this size would cost more than the encoding. So the length of the content is
+// filled in behind it, and its checksum follows it.
 QByteArray PEstore(const GraphModel& model)
 {
-    const QByteArray content = storeContent(model);
+    constexpr char kLength32 = 0x5A; // a byte string whose length follows in four bytes, most significant first
     QByteArray bytes;
-    bytes.reserve(content.size() + 128);
-    QCborStreamWriter writer(&bytes);
+    bytes.reserve(static_cast<qsizetype>(model.Subsets()) * model.Points() * 8 + 65536);
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    QCborStreamWriter writer(&buffer);
     writer.append(kSelfDescribed);
     writer.startMap(4);
     writer.append(QLatin1StringView("format"));
     writer.append(kFormat);
     writer.append(QLatin1StringView("version"));
     writer.append(quint64(kFormatVersion));
-    writer.append(QLatin1StringView("crc32"));
-    writer.append(quint64(checksum(content)));
     writer.append(QLatin1StringView("content"));
     writer.append(kEncodedItem);
-    writer.append(content);
-    writer.endMap();
+    buffer.write(QByteArray(5, kLength32));
+    const qsizetype start = bytes.size();
+    QCborStreamWriter content(&buffer);
+    storeContent(content, model);
+    const qsizetype size = bytes.size() - start;
+    qToBigEndian(static_cast<quint32>(size), bytes.data() + start - 4);
+    // The first writer still waits for the value of "content", which was written behind its back.
+    QCborStreamWriter end(&buffer);
+    end.append(QLatin1StringView("crc32"));
+    end.append(quint64(checksum(QByteArrayView(bytes).sliced(start, size))));
     return bytes;
 }
 

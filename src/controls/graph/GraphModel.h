@@ -66,6 +66,9 @@ public:
     /// Read-only arrays of one subset, Points() long; empty for a subset the graph does not have.
     std::span<const float> xArray(int subset) const;
     std::span<const float> yArray(int subset) const;
+    /// The flat stores of X and Y: subset after subset, Points() values each.
+    std::span<const float> allX() const { return m_x; }
+    std::span<const float> allY() const { return m_y; }
     enum BulkProperty
     {
         PEP_faXDATA = 1,
