@@ -45,12 +45,13 @@ int main(int argc, char** argv)
     QApplication::setDesktopFileName(QStringLiteral("marrowickgraph"));
     QApplication::setWindowIcon(programIcon());
 
-    const FirstPaintMark mark;
+    FirstPaintMark mark;
     StartUp startUp;
     startUp.run(StartUpOptions::parse(QApplication::arguments().mid(1)));
     // The window may have been closed already, from a question at the start: then there is no loop to wait in.
     if (startUp.mainWindow()->isUnloaded())
         return 0;
     QObject::connect(startUp.mainWindow(), &frmMain::unloaded, &application, &QApplication::quit, Qt::QueuedConnection);
+    mark.startedUp();
     return QApplication::exec();
 }
