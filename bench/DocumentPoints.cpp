@@ -2,13 +2,12 @@
 // 100 ns.
 #include "controls/korvalink/DeviceList.h"
 #include "controls/korvalink/KorvaLink.h"
-#include "document/DocumentHost.h"
 #include "document/PenDocument.h"
 #include "instrument/InstrumentMirror.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
 #include "shell/ProgramState.h"
-#include "shell/UserMessages.h"
+#include "tests/support/SilentPorts.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
@@ -18,21 +17,6 @@
 #include <vector>
 
 namespace {
-
-class Silent : public DocumentHost, public UserMessages
-{
-public:
-    PenDocument* activeDocument() const override { return nullptr; }
-    void updateToolBars(PenDocument&) override {}
-    void defaultToolBars() override {}
-    void penShowCurrent(int) override {}
-    bool QuestionTestCancel() override { return false; }
-    void UpdateQuickFileList(const QString&) override {}
-    void removeDocument(const QString&) override {}
-    void processEvents() override {}
-    int message(const QString&, int, const QString&) override { return ReplyOk; }
-    int systemBox(const QString&, int, const QString&) override { return ReplyOk; }
-};
 
 struct World
 {
@@ -45,8 +29,9 @@ struct World
     InstrumentMirror mirror;
     ProgramState state;
     Preferences preferences{store, QStringLiteral("MarrowickGraph")};
-    Silent silent;
-    PenDocument document{DocumentContext{link, mirror, state, preferences, silent, silent}};
+    SilentMessages messages;
+    SilentDocumentHost host;
+    PenDocument document{DocumentContext{link, mirror, state, preferences, messages, host}};
 };
 
 void impedancePoint(benchmark::State& state)

@@ -10,6 +10,7 @@
 #include "prefs/SettingsStore.h"
 #include "shell/ProgramState.h"
 #include "shell/UserMessages.h"
+#include "tests/support/SilentPorts.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
@@ -51,42 +52,19 @@ namespace {
 constexpr int kPoints = 1024;
 constexpr int kFrameLength = static_cast<int>(Frame::kLength);
 
-class BenchWindow : public MainWindowPort
+class BenchWindow : public SilentMainWindow
 {
 public:
-    PenDocument* active = nullptr;
     std::array<char, 128> panel{};
 
-    PenDocument* activeDocument() const override { return active; }
-    void updateToolBars(PenDocument&) override {}
-    void defaultToolBars() override {}
-    void penShowCurrent(int) override {}
-    bool QuestionTestCancel() override { return false; }
-    void UpdateQuickFileList(const QString&) override {}
-    void removeDocument(const QString&) override {}
     void processEvents() override { QCoreApplication::processEvents(); }
     void setPanel(int, std::string_view text) override
     {
         std::copy_n(text.data(), std::min(text.size(), panel.size()), panel.data());
     }
-    void setPenBarEnabled(bool) override {}
-    void SetRepeatStatus(bool) override {}
-    void penSetActive(int) override {}
-    void fileNew() override {}
-    void mnuTestDevice_Click() override {}
-    void mnuWindowCloseAll_Click() override {}
-    void endProgram() override {}
-    void showSettings() override {}
-    void unloadDeviceChooser() override {}
-    void unloadDeviceWindows() override {}
-    void showLoopView() override {}
-    void refreshLoopView() override {}
-    void closeLoopView() override {}
-    bool firmwareWizardReadsVersion() const override { return false; }
-    void showWizardVersion(const QString&) override {}
 };
 
-class SilentMessages : public UserMessages
+class StrictMessages : public UserMessages
 {
 public:
     int message(const QString& text, int, const QString&) override
@@ -152,7 +130,7 @@ int main(int argc, char** argv)
     ProgramState state;
     Preferences preferences(store, state.gstrAppTitle);
     InstrumentMirror mirror;
-    SilentMessages messages;
+    StrictMessages messages;
     BenchWindow window;
     DeviceList devices(std::vector<std::unique_ptr<DeviceSource>>{});
     KorvaLink device(devices);

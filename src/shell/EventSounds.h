@@ -8,7 +8,7 @@ class EventSounds
 {
 public:
     virtual ~EventSounds() = default;
-    /// Starts the sound of an event of the freedesktop.org sound naming specification and returns at once. Silence is
+    /// Starts the sound of an event of the freedesktop.org sound naming scheme and returns at once. Silence is
     /// no failure.
     virtual void play(const QString& eventName) = 0;
 };

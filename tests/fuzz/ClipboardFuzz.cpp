@@ -3,14 +3,13 @@
 #include "controls/korvalink/DeviceList.h"
 #include "controls/korvalink/KorvaLink.h"
 #include "document/ClipboardPort.h"
-#include "document/DocumentHost.h"
 #include "document/PenDocument.h"
 #include "document/PenReader.h"
 #include "instrument/InstrumentMirror.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
 #include "shell/ProgramState.h"
-#include "shell/UserMessages.h"
+#include "tests/support/SilentPorts.h"
 
 #include <QCoreApplication>
 
@@ -27,19 +26,9 @@ void check(bool held)
         std::abort();
 }
 
-class Silent : public DocumentHost, public UserMessages, public ClipboardPort
+class Clipboard : public ClipboardPort
 {
 public:
-    PenDocument* activeDocument() const override { return nullptr; }
-    void updateToolBars(PenDocument&) override {}
-    void defaultToolBars() override {}
-    void penShowCurrent(int) override {}
-    bool QuestionTestCancel() override { return false; }
-    void UpdateQuickFileList(const QString&) override {}
-    void removeDocument(const QString&) override {}
-    void processEvents() override {}
-    int message(const QString&, int, const QString&) override { return ReplyOk; }
-    int systemBox(const QString&, int, const QString&) override { return ReplyOk; }
     QString text() const override { return content; }
     void setText(const QString& text) override { content = text; }
 
@@ -71,8 +60,10 @@ struct World
     InstrumentMirror mirror;
     ProgramState state;
     Preferences preferences{store, QStringLiteral("MarrowickGraph")};
-    Silent silent;
-    DocumentContext context{link, mirror, state, preferences, silent, silent, &silent};
+    SilentMessages messages;
+    SilentDocumentHost host;
+    Clipboard clipboard;
+    DocumentContext context{link, mirror, state, preferences, messages, host, &clipboard};
     std::vector<std::unique_ptr<PenDocument>> documents;
 };
 
@@ -89,7 +80,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const QString text = QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
     for (const auto& document : world.documents) {
         GraphModel& graph = document->peGraph();
-        world.silent.content = text;
+        world.clipboard.content = text;
         document->SniffClipboardData();
         document->PasteLineData(0, text);
         for (const int subset : {1, 11, 21, 31}) {

@@ -9,7 +9,7 @@
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
 #include "shell/ProgramState.h"
-#include "shell/UserMessages.h"
+#include "tests/support/SilentPorts.h"
 
 #include <QCoreApplication>
 
@@ -22,26 +22,14 @@
 
 namespace {
 
-class Window : public MainWindowPort
+class Window : public SilentMainWindow
 {
 public:
-    PenDocument* active = nullptr;
-
-    PenDocument* activeDocument() const override { return active; }
-    void updateToolBars(PenDocument&) override {}
-    void defaultToolBars() override {}
-    void penShowCurrent(int) override {}
-    bool QuestionTestCancel() override { return false; }
-    void UpdateQuickFileList(const QString&) override {}
-    void removeDocument(const QString&) override {}
-    void processEvents() override {}
     void setPanel(int index, std::string_view text) override
     {
         if (index < 1 || index > 12 || text.size() > 200)
             std::abort();
     }
-    void setPenBarEnabled(bool) override {}
-    void SetRepeatStatus(bool) override {}
     void penSetActive(int iPenNumber) override
     {
         if (iPenNumber < 1 || iPenNumber > PenDocument::kPens)
@@ -49,25 +37,7 @@ public:
         if (active != nullptr)
             active->setCurrentPen(iPenNumber - 1);
     }
-    void fileNew() override {}
-    void mnuTestDevice_Click() override {}
     void mnuWindowCloseAll_Click() override { active = nullptr; }
-    void endProgram() override {}
-    void showSettings() override {}
-    void unloadDeviceChooser() override {}
-    void unloadDeviceWindows() override {}
-    void showLoopView() override {}
-    void refreshLoopView() override {}
-    void closeLoopView() override {}
-    bool firmwareWizardReadsVersion() const override { return false; }
-    void showWizardVersion(const QString&) override {}
-};
-
-class Messages : public UserMessages
-{
-public:
-    int message(const QString&, int, const QString&) override { return ReplyOk; }
-    int systemBox(const QString&, int, const QString&) override { return ReplyOk; }
 };
 
 struct Program
@@ -77,7 +47,7 @@ struct Program
     ProgramState state;
     Preferences preferences{store, state.gstrAppTitle};
     InstrumentMirror mirror;
-    Messages messages;
+    SilentMessages messages;
     Window window;
     DeviceList devices{std::vector<std::unique_ptr<DeviceSource>>{}};
     KorvaLink device{devices};
