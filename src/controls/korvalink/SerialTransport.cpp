@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QSerialPort>
 #include <QSocketNotifier>
+#include <QThread>
 
 #include <cerrno>
 #include <cstring>
@@ -17,6 +18,7 @@ constexpr int kChunkSize = 32 * 1024;
 
 // The instrument's USB link has no line speed of its own; a real serial adapter needs one.
 constexpr qint32 kBaudRate = QSerialPort::Baud115200;
+constexpr int kLockPatience = 10; // times 10 ms
 
 } // namespace
 
@@ -47,7 +49,13 @@ Outcome SerialTransport::open()
     port->setParity(QSerialPort::NoParity);
     port->setStopBits(QSerialPort::OneStop);
     port->setFlowControl(QSerialPort::NoFlowControl);
-    if (!port->open(QIODevice::ReadWrite)) {
+    // A program that lets go of a port frees the port first and its lock file a moment later.
+    bool opened = port->open(QIODevice::ReadWrite);
+    for (int i = 0; i < kLockPatience && !opened && port->error() == QSerialPort::PermissionError; ++i) {
+        QThread::msleep(10);
+        opened = port->open(QIODevice::ReadWrite);
+    }
+    if (!opened) {
         if (port->error() == QSerialPort::PermissionError)
             return Outcome::failure(tr("The device %1 is in use by another program.").arg(m_path));
         return Outcome::failure(tr("The device %1 cannot be opened: %2.").arg(m_path, port->errorString()));

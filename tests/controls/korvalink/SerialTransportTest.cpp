@@ -10,14 +10,18 @@
 #include <QElapsedTimer>
 #include <QEvent>
 #include <QEventLoop>
+#include <QSerialPort>
 #include <QSignalSpy>
 #include <QSocketNotifier>
 #include <QTest>
+#include <QThread>
 #include <QTimer>
 
+#include <future>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <thread>
 
 namespace {
 
@@ -194,6 +198,22 @@ TEST_F(SerialTransportTest, ClosingOutlivesEverySignalOfALossOnItsWay)
         QCoreApplication::processEvents();
     EXPECT_EQ(gone.count(), 0);
     EXPECT_TRUE(link.Connected());
+}
+
+TEST_F(SerialTransportTest, ADeviceThatAnotherProgramIsJustLettingGoOfIsOpened)
+{
+    std::promise<bool> held;
+    std::thread other([&] {
+        QSerialPort port(pty.slavePath());
+        held.set_value(port.open(QIODevice::ReadWrite));
+        QThread::msleep(5);
+    });
+    const bool inUse = held.get_future().get();
+    SerialTransport transport(pty.slavePath());
+    const Outcome opened = transport.open();
+    other.join();
+    ASSERT_TRUE(inUse);
+    EXPECT_TRUE(opened) << opened.sentence().toStdString();
 }
 
 TEST_F(SerialTransportTest, ADeviceInUseIsRefusedWithASentence)
