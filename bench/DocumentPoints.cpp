@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // One measured point into the four subsets of a pen, beside the eight plain stores that it cannot do without. Limit:
 // 100 ns.
 #include "controls/korvalink/DeviceList.h"
@@ -6,7 +7,7 @@
 #include "instrument/InstrumentMirror.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
-#include "shell/ProgramState.h"
+#include "program/ProgramState.h"
 #include "tests/support/SilentPorts.h"
 
 #include <QCoreApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Drawing of the graph control against the plotting library's own graph and against bare painting, in one run.
 #include "controls/graph/GraphModel.h"
 #include "controls/graph/ui/GraphPlot.h"

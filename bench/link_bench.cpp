@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What a frame costs on its way from bytes to a pen. One line a figure: name, figure, peer or limit, verdict. The exit
 // code tells whether all verdicts are good.
 #include "controls/korvalink/DeviceList.h"
@@ -8,8 +9,8 @@
 #include "link/DeviceModule.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
-#include "shell/ProgramState.h"
-#include "shell/UserMessages.h"
+#include "program/ProgramState.h"
+#include "program/UserMessages.h"
 #include "tests/support/SilentPorts.h"
 
 #include <QCoreApplication>

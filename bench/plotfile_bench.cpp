@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Saving and loading a full plot file against numpy's and HDF5's files of the same arrays and texts, in one run and in
 // turns: in memory, where the figures are those of the formats, and on the disk of the build folder, where every save
 // that counts has reached the disk.

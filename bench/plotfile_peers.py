@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Saves and loads the arrays and texts of a plot with numpy and HDF5, one task a line of standard input, and answers
 each with its time in ms, so that they take turns with the program they are compared with.
 

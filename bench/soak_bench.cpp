@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Repeat sweeps at the pace of a full-speed USB link, as long as one likes: the desktop program with its window, the
 // simulated instrument behind a pseudo-terminal at 18 000 frames a second, 1024 points a sweep.
 //
@@ -14,7 +15,7 @@
 #include "link/DeviceModule.h"
 #include "link/LinkContext.h"
 #include "link/TestRun.h"
-#include "shell/ProgramState.h"
+#include "program/ProgramState.h"
 #include "shell/ui/StartUp.h"
 #include "shell/ui/frmMain.h"
 

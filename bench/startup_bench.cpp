@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // From process start to the first painted window: MarrowickGraph against a program that shows an empty main window and
 // does nothing else. Both are started afresh in turns, on the offscreen platform, with settings of their own in a
 // temporary folder; the splash and the search for paths are switched off, as they wait for a person. Then the program

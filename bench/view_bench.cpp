@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Switching the views of a full document, ten pens of 1024 points each, until the new view stands on the screen.
 #include "cli/Session.h"
 #include "controls/graph/ui/GraphPlot.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Language level, warnings, sanitizers and linker, the same for every target.
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -12,6 +13,7 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 option(MG_TESTS "Build the tests" ON)
 option(MG_BENCH "Build the benchmark programs" ON)
 option(MG_FUZZ "Build with coverage instrumentation and the libFuzzer targets" OFF)
+option(MG_PCH "Precompile the headers of Qt and the test library" ON)
 option(MG_WERROR "Treat warnings as errors" OFF)
 set(MG_SANITIZE "" CACHE STRING "Sanitizers for every target, for example address,undefined")
 

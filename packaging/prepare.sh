@@ -1,4 +1,5 @@
 # shellcheck shell=bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Read by ./run and ./test: installs what is missing, configures and builds. Expects the repository as the current folder.
 
 say() { printf '%s: %s\n' "$(basename "$0")" "$*" >&2; }

@@ -1,12 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "sim/CommandParser.h"
+#include "sim/protocol/CommandParser.h"
 #include "sim/Device.h"
-#include "sim/Frames.h"
-#include "sim/Measurement.h"
-#include "sim/Pace.h"
+#include "sim/protocol/Frames.h"
+#include "sim/bench/Measurement.h"
+#include "sim/port/Pace.h"
 #include "sim/Runs.h"
-#include "sim/ScriptRunner.h"
+#include "sim/script/ScriptRunner.h"
 #include "values/Outcome.h"
 
 #include <functional>

@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The commands of the instrument: what each word does and with which frame it is answered.
 #include "sim/Instrument.h"
-#include "sim/StatusFrames.h"
+#include "sim/protocol/StatusFrames.h"
 #include "values/Conversions.h"
 
 #include <QStringList>

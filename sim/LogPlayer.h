@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include "controls/linklog/LinkLog.h"
-#include "sim/CommandParser.h"
+#include "sim/protocol/CommandParser.h"
 #include "sim/Device.h"
-#include "sim/Frames.h"
-#include "sim/Pace.h"
+#include "sim/protocol/Frames.h"
+#include "sim/port/Pace.h"
 #include "values/Outcome.h"
 
 #include <QIODevice>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "sim/MemoryFile.h"
 
 #include "sim/Instrument.h"

@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "sim/InstrumentState.h"
+#include "sim/protocol/InstrumentState.h"
 #include "values/Outcome.h"
 
 #include <QString>

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "sim/Faults.h"
-#include "sim/InstrumentState.h"
-#include "sim/Pace.h"
+#include "sim/port/Faults.h"
+#include "sim/protocol/InstrumentState.h"
+#include "sim/port/Pace.h"
 #include "values/Outcome.h"
 
 #include <QString>

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include "controls/linklog/LinkLog.h"
-#include "sim/MeasuredTable.h"
+#include "sim/bench/MeasuredTable.h"
 #include "values/Outcome.h"
 
 #include <QString>

@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "sim/Runs.h"
 
-#include "sim/StatusFrames.h"
+#include "sim/protocol/StatusFrames.h"
 
 #include <QCoreApplication>
 

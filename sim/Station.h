@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include "sim/Device.h"
-#include "sim/DeviceEntry.h"
-#include "sim/Faults.h"
-#include "sim/PtyPort.h"
+#include "sim/port/DeviceEntry.h"
+#include "sim/port/Faults.h"
+#include "sim/port/PtyPort.h"
 #include "sim/StatusLine.h"
 
 namespace sim {

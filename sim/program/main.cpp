@@ -1,11 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // marrowick-sim: the simulated instrument as a program.
-#include "sim/DeviceEntry.h"
-#include "sim/FrameScript.h"
+#include "sim/port/DeviceEntry.h"
+#include "sim/script/FrameScript.h"
 #include "sim/Instrument.h"
 #include "sim/LogPlayer.h"
 #include "sim/MemoryFile.h"
 #include "sim/Options.h"
-#include "sim/PartModel.h"
+#include "sim/bench/PartModel.h"
 #include "sim/Replay.h"
 #include "sim/Station.h"
 #include "sim/StatusLine.h"

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // marrowickgraph: the desktop program.
 #include "app/FirstPaintMark.h"
 #include "shell/ui/StartUp.h"
-#include "shell/ui/TintedIcon.h"
+#include "widgets/ui/TintedIcon.h"
 #include "shell/ui/frmMain.h"
 
 #include <QApplication>

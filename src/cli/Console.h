@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "shell/UserMessages.h"
+#include "program/UserMessages.h"
 
 #include <QString>
 #include <QTextStream>

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/SweepCommand.h"
 
 #include "controls/graph/GraphFile.h"
 #include "link/Commands.h"
-#include "values/SafeFile.h"
+#include "files/SafeFile.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
@@ -243,11 +244,11 @@ ExitCode SweepCommand::writeFiles(PenDocument& document)
     };
     const bool table = m_options.output.endsWith(".csv"_L1, Qt::CaseInsensitive);
     if (table)
-        note(values::writeFile(m_options.output, resultTable(m_results)));
+        note(files::writeFile(m_options.output, resultTable(m_results)));
     else if (!m_options.output.isEmpty())
         note(GraphFile::PEsavetofile(graph, m_options.output));
     if (!m_options.csv.isEmpty())
-        note(values::writeFile(m_options.csv, resultTable(m_results)));
+        note(files::writeFile(m_options.csv, resultTable(m_results)));
     if (!m_options.picture.isEmpty())
         note(m_writePicture(graph, m_options.picture, m_options.pictureSize));
     return code;

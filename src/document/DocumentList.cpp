@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/DocumentList.h"
 
 #include "document/DocumentHost.h"
 #include "document/PenDocument.h"
 #include "document/PlotFileNames.h"
-#include "shell/ProgramState.h"
-#include "shell/UserMessages.h"
+#include "program/ProgramState.h"
+#include "program/UserMessages.h"
 
 #include <QFileInfo>
 

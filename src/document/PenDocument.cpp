@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/PenDocument.h"
 
 #include "controls/korvalink/KorvaLink.h"
@@ -6,7 +7,7 @@
 #include "document/GraphTexts.h"
 #include "instrument/InstrumentMirror.h"
 #include "instrument/clsTestSettings.h"
-#include "shell/ProgramState.h"
+#include "program/ProgramState.h"
 
 #include <QLocale>
 #include <QPointer>

@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // One pen as a grid of text, and grids of all pens.
 #include "document/ClipboardPort.h"
 #include "document/DocumentHost.h"
 #include "document/PenDocument.h"
 #include "document/PenGrid.h"
 #include "document/PenReader.h"
-#include "shell/UserMessages.h"
+#include "program/UserMessages.h"
 #include "values/Conversions.h"
 
 #include <QPointer>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Saving, loading and closing.
 #include "controls/graph/GraphFile.h"
 #include "document/DocumentHost.h"
@@ -8,9 +9,9 @@
 #include "document/PlotFileNames.h"
 #include "instrument/clsTestSettings.h"
 #include "prefs/Preferences.h"
-#include "shell/MainModule.h"
-#include "shell/ProgramState.h"
-#include "shell/UserMessages.h"
+#include "program/MainModule.h"
+#include "program/ProgramState.h"
+#include "program/UserMessages.h"
 #include "values/Conversions.h"
 
 #include <QCoreApplication>

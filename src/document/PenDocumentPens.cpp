@@ -1,11 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Locks, display, colours and erasure of the pens.
 #include "document/DocumentHost.h"
 #include "document/GraphScope.h"
 #include "document/GraphTexts.h"
 #include "document/PenDocument.h"
 #include "prefs/Preferences.h"
-#include "shell/ProgramState.h"
-#include "shell/UserMessages.h"
+#include "program/ProgramState.h"
+#include "program/UserMessages.h"
 
 #include <QPointer>
 

@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/korvalink/KorvaLink.h"
 #include "document/PenDocument.h"
-#include "shell/UserMessages.h"
+#include "program/UserMessages.h"
 
 namespace {
 

@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Appearance, popup menu and cursor read-out.
 #include "document/GraphScope.h"
 #include "document/GraphTexts.h"
 #include "document/PenDocument.h"
 #include "prefs/Preferences.h"
-#include "shell/ProgramState.h"
+#include "program/ProgramState.h"
 #include "values/Conversions.h"
 
 #include <algorithm>

@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Where a plot comes from: program, instrument and date.
 #include "controls/korvalink/KorvaLink.h"
 #include "document/PenDocument.h"
 #include "document/VersionText.h"
 #include "instrument/InstrumentMirror.h"
-#include "shell/MainModule.h"
-#include "shell/ProgramState.h"
+#include "program/MainModule.h"
+#include "program/ProgramState.h"
 #include "values/Conversions.h"
 
 #include <QDate>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Axes, views and the extent that goes to the instrument.
 #include "controls/korvalink/KorvaLink.h"
 #include "document/DocumentHost.h"
@@ -6,7 +7,7 @@
 #include "document/PenDocument.h"
 #include "instrument/InstrumentMirror.h"
 #include "prefs/Preferences.h"
-#include "shell/ProgramState.h"
+#include "program/ProgramState.h"
 #include "values/Conversions.h"
 
 #include <QPointer>

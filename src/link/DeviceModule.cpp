@@ -1,12 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "link/DeviceModule.h"
 
 #include "controls/korvalink/KorvaLink.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/Commands.h"
 #include "prefs/Preferences.h"
-#include "shell/MainModule.h"
-#include "shell/ProgramState.h"
-#include "shell/UserMessages.h"
+#include "program/MainModule.h"
+#include "program/ProgramState.h"
+#include "program/UserMessages.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The instrument's own message codes. Each handler reads its fields first: a field that fails leaves the mirror as it
 // was.
 #include "controls/korvalink/KorvaLink.h"
@@ -8,9 +9,9 @@
 #include "link/FirmwareVersion.h"
 #include "link/NoticeRules.h"
 #include "prefs/Preferences.h"
-#include "shell/MainModule.h"
-#include "shell/ProgramState.h"
-#include "shell/UserMessages.h"
+#include "program/MainModule.h"
+#include "program/ProgramState.h"
+#include "program/UserMessages.h"
 #include "values/Conversions.h"
 
 #include <QCoreApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The sweep settings on their way between the mirror, the settings store and the instrument.
 #include "controls/korvalink/KorvaLink.h"
 #include "instrument/InstrumentMirror.h"

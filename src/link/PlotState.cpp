@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "link/PlotState.h"
 
 #include "controls/korvalink/KorvaLink.h"
 #include "document/PenDocument.h"
 #include "link/StatusPanels.h"
-#include "shell/ProgramState.h"
+#include "program/ProgramState.h"
 
 void PlotState::GUISetPlotting()
 {

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "link/SettingsRules.h"
 
 #include "link/Commands.h"
-#include "shell/MainModule.h"
+#include "program/MainModule.h"
 #include "values/Conversions.h"
 
 #include <QDateTime>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "link/TestRun.h"
 
 #include "controls/korvalink/KorvaLink.h"
@@ -6,9 +7,9 @@
 #include "link/Commands.h"
 #include "link/DeviceModule.h"
 #include "prefs/Preferences.h"
-#include "shell/MainModule.h"
-#include "shell/ProgramState.h"
-#include "shell/UserMessages.h"
+#include "program/MainModule.h"
+#include "program/ProgramState.h"
+#include "program/UserMessages.h"
 #include "values/Conversions.h"
 
 #include <QPointer>

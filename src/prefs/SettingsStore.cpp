@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "prefs/SettingsStore.h"
 
 #include "values/Conversions.h"
-#include "values/FileLock.h"
-#include "values/SafeFile.h"
+#include "files/FileLock.h"
+#include "files/SafeFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -214,7 +215,7 @@ bool SettingsStore::write(const QString& application, const QList<Change>& chang
     }
     if (!differs)
         return true;
-    if (!values::writeFile(path, snapshot.text.bytes()))
+    if (!files::writeFile(path, snapshot.text.bytes()))
         return false;
     m_snapshots.remove(path);
     return true;

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Prints format, title and the first curve of a plot file, with a stock CBOR library and nothing of this project."""
 import struct
 import sys

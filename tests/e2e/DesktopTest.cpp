@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The desktop program as it ships, without a display of its own.
 #include "controls/korvalink/DeviceList.h"
 #include "controls/korvalink/KorvaLink.h"

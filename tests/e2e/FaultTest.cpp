@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What a bad cable and a bad instrument can do to a sweep: it ends in viewing, and no point is stored that was not
 // sent.
 #include "cli/Console.h"

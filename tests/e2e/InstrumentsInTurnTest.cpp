@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The desktop program with several instruments, one after the other: each gets its own settings and never those of
 // another. What counts is what the instrument says of itself; the program's picture of it must agree.
 #include "controls/korvalink/KorvaLink.h"
@@ -7,7 +8,7 @@
 #include "link/TestRun.h"
 #include "link/ui/frmSettings.h"
 #include "prefs/SettingsStore.h"
-#include "shell/ProgramState.h"
+#include "program/ProgramState.h"
 #include "shell/ui/Commands.h"
 #include "shell/ui/StartUp.h"
 #include "shell/ui/frmMain.h"

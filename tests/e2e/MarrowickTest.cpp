@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // marrowick as a script calls it: results on one stream, problems on the other, exit codes as documented.
 #include "e2e/EndToEnd.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A cable that is pulled and put back a thousand times costs nothing that stays.
 #include "controls/korvalink/KorvaLink.h"
 #include "controls/korvalink/SerialTransport.h"
@@ -5,7 +6,7 @@
 #include "instrument/InstrumentMirror.h"
 #include "link/DeviceModule.h"
 #include "prefs/SettingsStore.h"
-#include "shell/ProgramState.h"
+#include "program/ProgramState.h"
 #include "shell/ui/StartUp.h"
 #include "shell/ui/frmMain.h"
 #include "support/FrameText.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // ./run as a newcomer calls it on a machine without a display.
 #include "e2e/EndToEnd.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What was drawn equals what was sent: the points in the document against the frames of the link log, which are read
 // here by means of their own.
 #include "cli/Console.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Arbitrary text pasted into documents of each type: only the pen that is pasted into changes, points end where the
 // graph ends, and what a pen then holds goes through the clipboard and back unchanged.
 #include "controls/korvalink/DeviceList.h"
@@ -8,7 +9,7 @@
 #include "instrument/InstrumentMirror.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
-#include "shell/ProgramState.h"
+#include "program/ProgramState.h"
 #include "tests/support/SilentPorts.h"
 
 #include <QCoreApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The byte framer under arbitrary bytes in arbitrary chunks: what it hands out must not depend on the chunks, every
 // piece must end one byte behind a carriage return, and memory must stay within its promise.
 #include "controls/korvalink/FrameBuffer.h"

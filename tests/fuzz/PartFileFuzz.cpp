@@ -1,5 +1,6 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Part files from anywhere: refused with a sentence, or a part that has a finite impedance at every frequency.
-#include "sim/PartModel.h"
+#include "sim/bench/PartModel.h"
 
 #include <cmath>
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Bytes from an instrument, through link, reader and dispatch into documents. Everything lives as long as the process
 // and no event loop runs, so that an execution costs little more than its frames.
 #include "controls/korvalink/DeviceList.h"
@@ -8,7 +9,7 @@
 #include "link/DeviceModule.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
-#include "shell/ProgramState.h"
+#include "program/ProgramState.h"
 #include "tests/support/SilentPorts.h"
 
 #include <QCoreApplication>

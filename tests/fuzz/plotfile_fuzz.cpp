@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Plot files: any bytes, as a whole file and as the content of a file with a good checksum.
 #include "controls/graph/GraphFile.h"
 #include "controls/graph/GraphModel.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Settings files: any bytes. What is read must be written so that it is read again as the same, and a change must not
 // touch anything else.
 #include "prefs/IniText.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The table of message codes: every field of every frame into the mirror, the panels and the dialog.
 #include "LinkFixture.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Connection, loss and the settings that follow the instrument.
 #include "LinkFixture.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // From bytes to frames: what is read, what is dropped, what ends a pass.
 #include "LinkFixture.h"
 

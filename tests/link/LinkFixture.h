@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include "controls/korvalink/DeviceList.h"
@@ -9,7 +10,7 @@
 #include "link/TestRun.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
-#include "shell/ProgramState.h"
+#include "program/ProgramState.h"
 #include "support/FrameText.h"
 #include "support/RecordingMainWindow.h"
 #include "support/RecordingMessages.h"

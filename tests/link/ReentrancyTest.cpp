@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What may happen while a message, the chooser or a wait runs the event loop: a frame, an unplug, a closed document, a
 // new start, a quit. Each is injected at each such place; what is asserted here is that the program ends in a state
 // that makes sense. That no memory is used after its end is the sanitizers' to say.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Start, stop, repeat, the refusals and the questions.
 #include "LinkFixture.h"
 

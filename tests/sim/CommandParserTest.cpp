@@ -1,4 +1,5 @@
-#include "sim/CommandParser.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "sim/protocol/CommandParser.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,5 @@
-#include "sim/DeviceEntry.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "sim/port/DeviceEntry.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,5 +1,6 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The documents name what the program has.
-#include "sim/Faults.h"
+#include "sim/port/Faults.h"
 #include "sim/Options.h"
 #include "tests/sim/SimBench.h"
 

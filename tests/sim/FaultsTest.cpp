@@ -1,4 +1,5 @@
-#include "sim/Faults.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "sim/port/Faults.h"
 
 #include "tests/sim/SimBench.h"
 

@@ -1,6 +1,7 @@
-#include "sim/Frames.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "sim/protocol/Frames.h"
 
-#include "sim/Noise.h"
+#include "sim/bench/Noise.h"
 #include "tests/sim/SimBench.h"
 
 #include <bit>

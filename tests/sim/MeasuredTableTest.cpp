@@ -1,4 +1,5 @@
-#include "sim/MeasuredTable.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "sim/bench/MeasuredTable.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

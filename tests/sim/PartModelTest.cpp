@@ -1,4 +1,5 @@
-#include "sim/PartModel.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "sim/bench/PartModel.h"
 
 #include <QFile>
 #include <QTemporaryDir>

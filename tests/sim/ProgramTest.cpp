@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The program as it ships, on a real pseudo-terminal.
 #include "controls/linklog/LinkLog.h"
 #include "tests/sim/PtyClient.h"

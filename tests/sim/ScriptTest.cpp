@@ -1,4 +1,5 @@
-#include "sim/FrameScript.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "sim/script/FrameScript.h"
 #include "tests/sim/SimBench.h"
 
 namespace {

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include "sim/Instrument.h"
-#include "sim/PartModel.h"
+#include "sim/bench/PartModel.h"
 #include "values/Conversions.h"
 
 #include <cmath>

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include "link/MainWindowPort.h"
-#include "shell/UserMessages.h"
+#include "program/UserMessages.h"
 
 /// A main window and messages that do nothing and cost nothing, for benchmarks and fuzz targets: they derive and
 /// override what they look at. Tests that assert what was asked of the window take the recording ones.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Entry of every test program: offscreen platform, C locale, UTC and a home of its own, so that a test can neither see
 // nor change anything of the person who runs it.
 #include <QApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // marrowick: the engine of MarrowickGraph without a window.
 #include "cli/CommandLine.h"
 #include "cli/Console.h"

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/graph/GraphFile.h"
 
 #include "controls/graph/CborArchive.h"
 #include "controls/graph/GraphModel.h"
-#include "values/SafeFile.h"
+#include "files/SafeFile.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
@@ -235,7 +236,7 @@ Outcome PEload(GraphModel& model, const QByteArray& bytes)
 
 Outcome PEsavetofile(const GraphModel& model, const QString& fileName)
 {
-    return values::writeFile(fileName, PEstore(model));
+    return files::writeFile(fileName, PEstore(model));
 }
 
 Outcome PEloadfromfile(GraphModel& model, const QString& fileName)

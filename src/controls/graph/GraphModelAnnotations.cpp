@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Annotations, tables, menu and style of the graph model.
 #include "controls/graph/GraphModel.h"
 

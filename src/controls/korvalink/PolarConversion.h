@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 /// Impedance between its polar and its rectangular form, and the admittance that belongs to it.

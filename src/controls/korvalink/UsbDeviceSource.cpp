@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/korvalink/UsbDeviceSource.h"
 
 #include "controls/korvalink/PortAccess.h"

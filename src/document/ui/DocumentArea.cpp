@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/ui/DocumentArea.h"
 
 #include "controls/graph/ui/GraphView.h"

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/ui/frmDocument.h"
 
 #include "controls/graph/ui/GraphView.h"
 #include "controls/korvalink/KorvaLink.h"
-#include "shell/ProgramState.h"
+#include "program/ProgramState.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>

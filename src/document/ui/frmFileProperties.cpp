@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/ui/frmFileProperties.h"
 
 #include "ui_frmFileProperties.h"
 
 #include "document/PenDocument.h"
 #include "document/VersionText.h"
-#include "shell/MainModule.h"
+#include "program/MainModule.h"
 
 frmFileProperties::frmFileProperties(QWidget* parent)
     : QDialog(parent)

@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/ui/frmOptionsTestType.h"
 
 #include "ui_frmOptionsTestType.h"
 
 #include "document/ui/HookUpSketch.h"
 #include "prefs/Preferences.h"
-#include "shell/ProgramState.h"
+#include "program/ProgramState.h"
 
 #include <QKeyEvent>
 

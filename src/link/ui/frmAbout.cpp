@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "link/ui/frmAbout.h"
 
 #include "ui_frmAbout.h"
@@ -7,7 +8,7 @@
 #include "link/ui/LinkImages.h"
 #include "link/ui/SystemInformation.h"
 #include "link/ui/frmSystemInformation.h"
-#include "shell/UserMessages.h"
+#include "program/UserMessages.h"
 #include "values/Conversions.h"
 
 frmAbout::frmAbout(const KorvaLink& device, const InstrumentMirror& mirror, UserMessages& messages, QWidget* parent)

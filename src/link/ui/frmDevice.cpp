@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "link/ui/frmDevice.h"
 
 #include "ui_frmDevice.h"
 
 #include "controls/korvalink/KorvaLink.h"
 #include "prefs/Preferences.h"
-#include "shell/UserMessages.h"
+#include "program/UserMessages.h"
 
 #include <QDesktopServices>
 #include <QPointer>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "link/ui/frmDeviceProperties.h"
 
 #include "ui_frmDeviceProperties.h"
@@ -8,8 +9,8 @@
 #include "link/MainWindowPort.h"
 #include "link/PlotState.h"
 #include "link/ui/LinkImages.h"
-#include "shell/ProgramState.h"
-#include "shell/UserMessages.h"
+#include "program/ProgramState.h"
+#include "program/UserMessages.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The first tab of the settings dialog, and what is common to all.
 #include "link/ui/frmSettings.h"
 
@@ -11,7 +12,7 @@
 #include "link/ui/FrequencyEdit.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
-#include "shell/ProgramState.h"
+#include "program/ProgramState.h"
 #include "values/Conversions.h"
 
 #include <QCheckBox>

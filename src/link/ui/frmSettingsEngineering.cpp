@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The second and third tab of the settings dialog: calibration, trouble-shooting, the instrument's memory, test
 // schedule.
 #include "controls/korvalink/KorvaLink.h"
@@ -9,8 +10,8 @@
 #include "link/ui/FrequencyEdit.h"
 #include "link/ui/frmSettings.h"
 #include "prefs/Preferences.h"
-#include "shell/ProgramState.h"
-#include "shell/UserMessages.h"
+#include "program/ProgramState.h"
+#include "program/UserMessages.h"
 #include "values/Conversions.h"
 
 #include <QCheckBox>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The controls of the settings dialog: where they stand, what they say, what they are tied to.
 #include "link/ui/FrequencyEdit.h"
 #include "link/ui/frmSettings.h"

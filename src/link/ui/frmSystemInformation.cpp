@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "link/ui/frmSystemInformation.h"
 
 #include "ui_frmSystemInformation.h"

@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "prefs/ui/frmDirSelect.h"
 
-#include "shell/UserMessages.h"
+#include "program/UserMessages.h"
 
 #include <QComboBox>
 #include <QDir>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "prefs/ui/frmPreferences.h"
 
 #include "prefs/DataFolders.h"
@@ -5,11 +6,11 @@
 #include "prefs/Preferences.h"
 #include "prefs/PreferencesHost.h"
 #include "prefs/SettingsStore.h"
-#include "prefs/ui/ColourLabel.h"
+#include "widgets/ui/ColourLabel.h"
 #include "prefs/ui/frmDirSelect.h"
-#include "shell/MainModule.h"
-#include "shell/ProgramState.h"
-#include "shell/UserMessages.h"
+#include "program/MainModule.h"
+#include "program/ProgramState.h"
+#include "program/UserMessages.h"
 #include "values/Conversions.h"
 
 #include <QCheckBox>

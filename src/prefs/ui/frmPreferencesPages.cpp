@@ -1,5 +1,6 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The controls of frmPreferences and their places; what they do is in frmPreferences.cpp.
-#include "prefs/ui/ColourLabel.h"
+#include "widgets/ui/ColourLabel.h"
 #include "prefs/ui/frmPreferences.h"
 
 #include <QCheckBox>

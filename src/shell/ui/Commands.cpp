@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/Commands.h"
 
-#include "shell/ui/TintedIcon.h"
+#include "widgets/ui/TintedIcon.h"
 #include "shell/ui/frmMain.h"
 
 #include <QCoreApplication>

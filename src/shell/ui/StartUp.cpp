@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/StartUp.h"
 
 #include "controls/korvalink/DeviceList.h"
@@ -8,10 +9,10 @@
 #include "link/TestRun.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
-#include "shell/CommandLine.h"
-#include "shell/EventSounds.h"
-#include "shell/InstanceTitle.h"
-#include "shell/ProgramState.h"
+#include "program/CommandLine.h"
+#include "program/EventSounds.h"
+#include "program/InstanceTitle.h"
+#include "program/ProgramState.h"
 #include "shell/ui/frmMain.h"
 #include "shell/ui/frmQuorrelMessage.h"
 #include "shell/ui/frmSplash.h"

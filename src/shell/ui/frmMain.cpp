@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/frmMain.h"
 
 #include "controls/korvalink/KorvaLink.h"
@@ -9,15 +10,15 @@
 #include "link/DeviceModule.h"
 #include "link/TestRun.h"
 #include "prefs/Preferences.h"
-#include "shell/CommandLine.h"
-#include "shell/ProgramState.h"
-#include "shell/UserMessages.h"
+#include "program/CommandLine.h"
+#include "program/ProgramState.h"
+#include "program/UserMessages.h"
 #include "shell/ui/Commands.h"
 #include "shell/ui/FileDialogs.h"
 #include "shell/ui/PenBar.h"
 #include "shell/ui/StatusBar.h"
-#include "shell/ui/TintedIcon.h"
-#include "shell/ui/WindowPosition.h"
+#include "widgets/ui/TintedIcon.h"
+#include "widgets/ui/WindowPosition.h"
 
 #include <QApplication>
 #include <QClipboard>

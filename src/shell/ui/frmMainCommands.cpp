@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The Edit, View, Test and Help commands of the main window, the pen bar and the instrument's port.
 #include "controls/korvalink/KorvaLink.h"
 #include "document/ClipboardPort.h"
@@ -7,9 +8,9 @@
 #include "link/DeviceModule.h"
 #include "link/TestRun.h"
 #include "prefs/Preferences.h"
-#include "shell/MainModule.h"
-#include "shell/ProgramState.h"
-#include "shell/UserMessages.h"
+#include "program/MainModule.h"
+#include "program/ProgramState.h"
+#include "program/UserMessages.h"
 #include "shell/ui/Commands.h"
 #include "shell/ui/PenBar.h"
 #include "shell/ui/StatusBar.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The dialogs that the main window opens.
 #include "document/DocumentList.h"
 #include "document/PenDocument.h"
@@ -14,8 +15,8 @@
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
 #include "prefs/ui/frmPreferences.h"
-#include "shell/ProgramState.h"
-#include "shell/UserMessages.h"
+#include "program/ProgramState.h"
+#include "program/UserMessages.h"
 #include "shell/ui/Commands.h"
 #include "shell/ui/PenBar.h"
 #include "shell/ui/frmMain.h"

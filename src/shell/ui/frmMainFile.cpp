@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The File and Window commands of the main window and what its documents ask of it.
 #include "document/DocumentList.h"
 #include "document/PenDocument.h"
@@ -8,8 +9,8 @@
 #include "instrument/InstrumentMirror.h"
 #include "link/TestRun.h"
 #include "prefs/Preferences.h"
-#include "shell/ProgramState.h"
-#include "shell/UserMessages.h"
+#include "program/ProgramState.h"
+#include "program/UserMessages.h"
 #include "shell/ui/Commands.h"
 #include "shell/ui/FileDialogs.h"
 #include "shell/ui/frmMain.h"

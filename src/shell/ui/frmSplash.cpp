@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/frmSplash.h"
 
-#include "shell/MainModule.h"
+#include "program/MainModule.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>

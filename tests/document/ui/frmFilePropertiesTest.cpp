@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/ui/frmFileProperties.h"
 
 #include "document/DocumentBench.h"
-#include "document/ui/ElidingLabel.h"
+#include "widgets/ui/ElidingLabel.h"
 
 #include <QLabel>
 #include <QPushButton>

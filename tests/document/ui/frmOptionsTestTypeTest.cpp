@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/ui/frmOptionsTestType.h"
 
 #include "document/ui/HookUpSketch.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
-#include "shell/ProgramState.h"
+#include "program/ProgramState.h"
 
 #include <QImage>
 #include <QPushButton>

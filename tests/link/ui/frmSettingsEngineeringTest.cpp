@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The engineering tab: calibration, diagnosis, trims, memory, serial number.
 #include "SettingsFixture.h"
 

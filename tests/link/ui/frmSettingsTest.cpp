@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The oscillator tab and what is common to all tabs.
 #include "SettingsFixture.h"
 

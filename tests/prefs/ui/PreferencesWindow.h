@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include "prefs/Preferences.h"
 #include "prefs/PreferencesHost.h"
 #include "prefs/SettingsStore.h"
 #include "prefs/ui/frmPreferences.h"
-#include "shell/ProgramState.h"
+#include "program/ProgramState.h"
 #include "support/RecordingMessages.h"
 
 #include <QRadioButton>

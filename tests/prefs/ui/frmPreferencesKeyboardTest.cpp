@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Keyboard, screen reader, fonts and place of the preferences window.
 #include "PreferencesWindow.h"
 

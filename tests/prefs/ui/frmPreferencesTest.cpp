@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "PreferencesWindow.h"
 
-#include "prefs/ui/ColourLabel.h"
+#include "widgets/ui/ColourLabel.h"
 #include "prefs/ui/frmDirSelect.h"
 
 #include <QApplication>

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/Commands.h"
 
 #include "shell/ui/MainWindowHarness.h"
-#include "shell/ui/TintedIcon.h"
+#include "widgets/ui/TintedIcon.h"
 
 #include <QMenuBar>
 #include <QSet>

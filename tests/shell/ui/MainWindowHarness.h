@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include "controls/korvalink/DeviceList.h"
@@ -12,8 +13,8 @@
 #include "link/TestRun.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
-#include "shell/ProgramState.h"
-#include "shell/UserMessages.h"
+#include "program/ProgramState.h"
+#include "program/UserMessages.h"
 #include "shell/ui/Commands.h"
 #include "shell/ui/PenBar.h"
 #include "shell/ui/StatusBar.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/ui/frmOptionsTestType.h"
 #include "shell/ui/FileDialogs.h"
 #include "shell/ui/MainWindowHarness.h"

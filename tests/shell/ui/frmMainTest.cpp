@@ -1,5 +1,6 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/MainWindowHarness.h"
-#include "shell/ui/WindowPosition.h"
+#include "widgets/ui/WindowPosition.h"
 
 #include <QDropEvent>
 #include <QLabel>

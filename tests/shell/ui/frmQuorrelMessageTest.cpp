@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/frmQuorrelMessage.h"
 
-#include "shell/EventSounds.h"
+#include "program/EventSounds.h"
 
 #include <QApplication>
 #include <QClipboard>

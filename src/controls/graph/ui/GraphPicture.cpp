@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/graph/ui/GraphPicture.h"
 
 #include "controls/graph/GraphModel.h"
 #include "controls/graph/ui/GraphPlot.h"
-#include "values/SafeFile.h"
+#include "files/SafeFile.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
@@ -121,7 +122,7 @@ Outcome savePicture(const GraphModel& model, const QString& fileName, PictureFor
         if (Outcome encoded = encodeImage(image, format, content); !encoded)
             return encoded;
     }
-    return values::writeFile(fileName, content);
+    return files::writeFile(fileName, content);
 }
 
 // The library paints with a painter of its own class, so the graph is recorded and played into the caller's.

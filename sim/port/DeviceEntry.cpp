@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "sim/port/DeviceEntry.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace sim {
+
+namespace {
+
+QString tr(const char* text)
+{
+    return QCoreApplication::translate("sim::DeviceEntry", text);
+}
+
+/// The descriptor of the locked file, -1 when another process holds it, -2 with errno set for anything else.
+int lockFile(const QByteArray& path)
+{
+    for (;;) {
+        const int file = ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+        if (file < 0)
+            return -2;
+        if (::flock(file, LOCK_EX | LOCK_NB) != 0) {
+            const int reason = errno;
+            ::close(file);
+            errno = reason;
+            return reason == EWOULDBLOCK ? -1 : -2;
+        }
+        // Its former owner may have removed it between the two calls; then this is a lock on a file nobody else can
+        // find.
+        struct stat held, found;
+        if (::fstat(file, &held) == 0 && ::stat(path.constData(), &found) == 0 && held.st_ino == found.st_ino &&
+            held.st_dev == found.st_dev)
+            return file;
+        ::close(file);
+    }
+}
+
+} // namespace
+
+QByteArray DeviceEntry::runtimeFolder()
+{
+    return QFile::encodeName(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) +
+                             QLatin1String("/marrowick"));
+}
+
+DeviceEntry::~DeviceEntry()
+{
+    release();
+}
+
+Outcome DeviceEntry::claim(const QByteArray& serial)
+{
+    if (serial == m_serial)
+        return Outcome::success();
+    if (m_folder.isEmpty())
+        m_folder = runtimeFolder();
+    const QString base = QFile::decodeName(m_folder);
+    if (!QDir().mkpath(base + QLatin1String("/locks")) || !QDir().mkpath(base + QLatin1String("/devices")))
+        return Outcome::failure(tr("The folder \"%1\" cannot be made.").arg(base));
+    const int lock = lockFile(lockPath(serial));
+    if (lock == -1)
+        return Outcome::failure(
+            tr("An instrument with the serial number \"%1\" is already running. Choose another with --serial.")
+                .arg(QString::fromLatin1(serial)));
+    if (lock < 0)
+        return Outcome::failure(tr("The serial number \"%1\" cannot be reserved: %2.")
+                                    .arg(QString::fromLatin1(serial), QString::fromLocal8Bit(std::strerror(errno))));
+    const QByteArray target = m_target;
+    release();
+    m_serial = serial;
+    m_lock = lock;
+    return target.isEmpty() ? Outcome::success() : publish(target);
+}
+
+Outcome DeviceEntry::publish(const QByteArray& devicePath)
+{
+    // Made aside and moved into place, so that a host never sees a half-made entry and an old one is replaced in one
+    // step.
+    const QByteArray aside = m_folder + "/locks/." + m_serial + ".link";
+    ::unlink(aside.constData());
+    if (::symlink(devicePath.constData(), aside.constData()) != 0 ||
+        ::rename(aside.constData(), linkPath().constData()) != 0) {
+        const QString reason = QString::fromLocal8Bit(std::strerror(errno));
+        ::unlink(aside.constData());
+        return Outcome::failure(
+            tr("The device entry \"%1\" cannot be made: %2.").arg(QFile::decodeName(linkPath()), reason));
+    }
+    m_target = devicePath;
+    return Outcome::success();
+}
+
+void DeviceEntry::withdraw()
+{
+    if (!m_target.isEmpty())
+        ::unlink(linkPath().constData());
+    m_target.clear();
+}
+
+void DeviceEntry::release()
+{
+    withdraw();
+    if (m_lock >= 0) {
+        ::unlink(lockPath(m_serial).constData());
+        ::close(std::exchange(m_lock, -1));
+    }
+    m_serial.clear();
+}
+
+} // namespace sim

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "values/Outcome.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace sim {
+
+/// The entry under which hosts find a simulated instrument: the symbolic link "marrowick/devices/<serial>" in the
+/// runtime folder, which points to the terminal device. A lock in "marrowick/locks/<serial>" is held as long as the
+/// instrument lives, so that an entry left behind by a crash is told from one in use whatever its device has become
+/// since.
+class DeviceEntry
+{
+public:
+    DeviceEntry() = default;
+    ~DeviceEntry(); ///< withdraws the entry and gives the serial number back
+    DeviceEntry(const DeviceEntry&) = delete;
+    DeviceEntry& operator=(const DeviceEntry&) = delete;
+
+    /// Reserves the serial number; the one reserved before is given back, and its entry is moved to the new name if it
+    /// was published. Fails, leaving everything as it was, when a living instrument has that number.
+    Outcome claim(const QByteArray& serial);
+    /// Points the entry to the device, replacing whatever entry of that name was left behind. After claim().
+    Outcome publish(const QByteArray& devicePath);
+    /// Removes the entry, as at an unplugging; the serial number stays reserved.
+    void withdraw();
+
+    QByteArray serial() const { return m_serial; }
+    /// Where the link of the claimed serial number stands.
+    QByteArray linkPath() const { return m_folder + "/devices/" + m_serial; }
+
+    /// $XDG_RUNTIME_DIR/marrowick; QStandardPaths warns about and replaces a runtime folder that others may write to.
+    static QByteArray runtimeFolder();
+
+private:
+    void release();
+
+    QByteArray lockPath(const QByteArray& serial) const { return m_folder + "/locks/" + serial; }
+
+    QByteArray m_folder;
+    QByteArray m_serial;
+    QByteArray m_target; ///< published device; empty when there is no entry
+    int m_lock = -1;
+};
+
+} // namespace sim
