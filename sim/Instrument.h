@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "sim/protocol/CommandParser.h"
 #include "sim/Device.h"
-#include "sim/protocol/Frames.h"
+#include "sim/Runs.h"
 #include "sim/bench/Measurement.h"
 #include "sim/port/Pace.h"
-#include "sim/Runs.h"
+#include "sim/protocol/CommandParser.h"
+#include "sim/protocol/Frames.h"
 #include "sim/script/ScriptRunner.h"
 #include "values/Outcome.h"
 

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "controls/linklog/LinkLog.h"
-#include "sim/protocol/CommandParser.h"
 #include "sim/Device.h"
-#include "sim/protocol/Frames.h"
 #include "sim/port/Pace.h"
+#include "sim/protocol/CommandParser.h"
+#include "sim/protocol/Frames.h"
 #include "values/Outcome.h"
 
 #include <QIODevice>

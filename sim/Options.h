@@ -2,8 +2,8 @@
 #pragma once
 
 #include "sim/port/Faults.h"
-#include "sim/protocol/InstrumentState.h"
 #include "sim/port/Pace.h"
+#include "sim/protocol/InstrumentState.h"
 #include "values/Outcome.h"
 
 #include <QString>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "sim/protocol/Frames.h"
 #include "sim/bench/FrequencyPlan.h"
 #include "sim/bench/Measurement.h"
+#include "sim/protocol/Frames.h"
 
 #include <memory>
 #include <vector>

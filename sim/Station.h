@@ -2,10 +2,10 @@
 #pragma once
 
 #include "sim/Device.h"
+#include "sim/StatusLine.h"
 #include "sim/port/DeviceEntry.h"
 #include "sim/port/Faults.h"
 #include "sim/port/PtyPort.h"
-#include "sim/StatusLine.h"
 
 namespace sim {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "sim/port/Moment.h"
+#include "sim/protocol/Moment.h"
 
 #include <QString>
 

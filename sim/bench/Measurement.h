@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "sim/protocol/InstrumentState.h"
 #include "sim/bench/Noise.h"
 #include "sim/bench/Specimen.h"
+#include "sim/protocol/InstrumentState.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "sim/protocol/Frames.h"
-#include "sim/port/Moment.h"
 #include "sim/bench/Noise.h"
+#include "sim/protocol/Frames.h"
+#include "sim/protocol/Moment.h"
 #include "values/Outcome.h"
 
 #include <QString>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "sim/protocol/InstrumentState.h"
-#include "sim/port/Moment.h"
+#include "sim/protocol/Moment.h"
 
 namespace sim {
 

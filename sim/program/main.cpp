@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // marrowick-sim: the simulated instrument as a program.
-#include "sim/port/DeviceEntry.h"
-#include "sim/script/FrameScript.h"
 #include "sim/Instrument.h"
 #include "sim/LogPlayer.h"
 #include "sim/MemoryFile.h"
 #include "sim/Options.h"
-#include "sim/bench/PartModel.h"
 #include "sim/Replay.h"
 #include "sim/Station.h"
 #include "sim/StatusLine.h"
+#include "sim/bench/PartModel.h"
+#include "sim/port/DeviceEntry.h"
+#include "sim/script/FrameScript.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -3,7 +3,7 @@
 
 #include "sim/protocol/Frames.h"
 #include "sim/protocol/InstrumentState.h"
-#include "sim/port/Moment.h"
+#include "sim/protocol/Moment.h"
 #include "values/Outcome.h"
 
 #include <QByteArray>

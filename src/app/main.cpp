@@ -2,8 +2,8 @@
 // marrowickgraph: the desktop program.
 #include "app/FirstPaintMark.h"
 #include "shell/ui/StartUp.h"
-#include "widgets/ui/TintedIcon.h"
 #include "shell/ui/frmMain.h"
+#include "widgets/ui/TintedIcon.h"
 
 #include <QApplication>
 

@@ -2,8 +2,8 @@
 #include "cli/SweepCommand.h"
 
 #include "controls/graph/GraphFile.h"
-#include "link/Commands.h"
 #include "files/SafeFile.h"
+#include "link/Commands.h"
 
 #include <QFileInfo>
 #include <QJsonArray>

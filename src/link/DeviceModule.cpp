@@ -144,6 +144,7 @@ void DeviceModule::deviceConnected()
         // Another instrument was opened without the first having been unplugged: nothing of the first goes to it.
         if (m_context.state.gbfDeviceReady) {
             DeviceSaveSettings();
+            Q_EMIT m_events.aboutToForget();
             m_dialog->storeSettings();
         }
         m_context.state.gbfScriptRunning = false;
@@ -154,6 +155,7 @@ void DeviceModule::deviceConnected()
         m_dialog->RefreshDialog();
     }
     m_panels.show(StatusPanels::State, "Connected");
+    Q_EMIT m_events.connected();
     DeviceEnquire();
     m_context.port.unloadDeviceChooser();
     if (m_context.preferences.value(options::kOpenSettings))
@@ -162,8 +164,10 @@ void DeviceModule::deviceConnected()
 
 void DeviceModule::deviceDisconnected()
 {
-    if (m_context.state.gbfDeviceReady)
+    if (m_context.state.gbfDeviceReady) {
+        Q_EMIT m_events.aboutToForget();
         m_dialog->storeSettings();
+    }
     m_context.device.Close();
     m_panels.show(StatusPanels::State, "Disconnected");
     m_panels.show(StatusPanels::Pen, "1");
@@ -175,6 +179,7 @@ void DeviceModule::deviceDisconnected()
         m_plotState.GUISetViewing();
     m_context.state.gbfScriptRunning = false;
     DeviceReset();
+    Q_EMIT m_events.lost();
     m_context.port.unloadDeviceWindows();
     if (m_context.preferences.value(options::kNotifyDevice))
         m_context.messages.message(tr("Device link disconnected"), UserMessages::OkOnly | UserMessages::Information,

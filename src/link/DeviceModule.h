@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "instrument/InstrumentEvents.h"
 #include "link/Frame.h"
 #include "link/LinkContext.h"
 #include "link/PlotState.h"
@@ -33,6 +34,8 @@ public:
     const LinkContext& context() const { return m_context; }
     PlotState& plotState() { return m_plotState; }
     StatusPanels& panels() { return m_panels; }
+    /// What the instrument's side tells the rest of the program.
+    InstrumentEvents& events() { return m_events; }
 
     /// The settings dialog that frames write to; null when it is closed. Not owned.
     void setSettingsDialog(SettingsDialogPort* dialog);
@@ -126,6 +129,7 @@ private:
     std::size_t m_rxEnd = 0;
 
     LinkContext m_context;
+    InstrumentEvents m_events;
     PlotState m_plotState;
     StatusPanels m_panels;
     SettingsDialogPort* m_dialog;

@@ -112,6 +112,7 @@ bool DeviceModule::attenuation(const Frame& frame)
     mirror.iAttenuationCode = values::roundToInt16(frame.number(4));
     m_panels.ShowAttenuation(mirror.iAttenuationCode, mirror.dblAttenuationStep);
     mirror.iAttenuationSteps = toInt16(steps);
+    Q_EMIT m_events.changed(MirrorPart::Attenuation);
     return true;
 }
 
@@ -128,6 +129,8 @@ bool DeviceModule::calibrationSlope(const Frame& frame)
     mirror.dblCalSlope = values::tolerantNumber(values::decimalText(frame.number(4)));
     if (m_context.state.gbfDeviceReady)
         m_dialog->showCalSlope(frame.number(4));
+    Q_EMIT m_events.changed(MirrorPart::CalibrationSlope);
+    Q_EMIT m_events.changed(MirrorPart::LoopBack);
     return true;
 }
 
@@ -145,6 +148,8 @@ bool DeviceModule::trim(const Frame& frame)
     mirror.iVdutCode = toInt16(vdut);
     if (m_context.state.gbfDeviceReady)
         m_dialog->showTrimCodes(mirror.iVrefCode, mirror.iVdutCode);
+    Q_EMIT m_events.changed(MirrorPart::Trim);
+    Q_EMIT m_events.phaseReported(phase == 1);
     return true;
 }
 
@@ -257,6 +262,8 @@ void DeviceModule::showMeasured(PenDocument& document, double frequency, int act
 
 bool DeviceModule::idleLevel(const Frame& frame)
 {
+    const bool phaseMeasured = frame.number(3) != kNoPhase;
+    Q_EMIT m_events.levelMeasured(frame.number(2), frame.number(3) * frame.number(4), phaseMeasured);
     if (m_context.state.gbfDeviceReady) {
         const double phase = frame.number(3);
         m_dialog->SetInputLevel(frame.number(2), phase * frame.number(4), phase != kNoPhase);
@@ -266,6 +273,7 @@ bool DeviceModule::idleLevel(const Frame& frame)
 
 bool DeviceModule::idleImpedance(const Frame& frame)
 {
+    Q_EMIT m_events.levelMeasured(frame.number(2), frame.number(3) * frame.number(4), true);
     if (m_context.state.gbfDeviceReady)
         m_dialog->SetInputLevel(frame.number(2), frame.number(3) * frame.number(4), true);
     return true;
@@ -284,6 +292,8 @@ bool DeviceModule::options(const Frame& frame)
     mirror.bfOption2 = flag(frame.number(2));
     mirror.bfOption3 = flag(frame.number(3));
     mirror.bfOption4 = flag(frame.number(4));
+    Q_EMIT m_events.changed(MirrorPart::LoopBack);
+    Q_EMIT m_events.changed(MirrorPart::Options);
     return true;
 }
 
@@ -299,6 +309,9 @@ bool DeviceModule::sweep(const Frame& frame)
     m_panels.ShowIdleFrequency(mirror.dblIdleFrequency);
     mirror.dblStartFrequency = frame.number(2);
     mirror.dblEndFrequency = frame.number(3);
+    Q_EMIT m_events.changed(MirrorPart::SweepMode);
+    Q_EMIT m_events.changed(MirrorPart::IdleFrequency);
+    Q_EMIT m_events.changed(MirrorPart::SweepRange);
     return true;
 }
 
@@ -314,6 +327,7 @@ bool DeviceModule::amplitudeLimits(const Frame& frame)
     mirror.dblAmpMinDb = frame.number(3);
     mirror.dblAmpMaxDb = frame.number(4);
     mirror.bfIdleOutput = idleOutput != 0;
+    Q_EMIT m_events.changed(MirrorPart::Limits);
     return true;
 }
 
@@ -326,6 +340,7 @@ bool DeviceModule::reactanceLimits(const Frame& frame)
     mirror.bfReactanceTest = offered != 0;
     mirror.dblReactanceMin = frame.number(3);
     mirror.dblReactanceMax = frame.number(4);
+    Q_EMIT m_events.changed(MirrorPart::Limits);
     return true;
 }
 
@@ -338,6 +353,7 @@ bool DeviceModule::impedanceLimits(const Frame& frame)
     mirror.bfImpedanceTest = offered != 0;
     mirror.dblImpMinOhms = frame.number(3);
     mirror.dblImpMaxOhms = frame.number(4) - 1;
+    Q_EMIT m_events.changed(MirrorPart::Limits);
     return true;
 }
 
@@ -355,6 +371,7 @@ bool DeviceModule::firmwareVersion(const Frame& frame)
     mirror.dblFirmwareVersion = firmwareVersionNumber(mirror.dblFirmwareMajor, mirror.dblFirmwareMinor);
     if (m_context.port.firmwareWizardReadsVersion())
         m_context.port.showWizardVersion(firmwareVersionText(mirror));
+    Q_EMIT m_events.changed(MirrorPart::Firmware);
     return true;
 }
 
@@ -373,6 +390,7 @@ bool DeviceModule::points(const Frame& frame)
     mirror.iTestParam2 = frame.number(3);
     mirror.iTestParam3 = frame.number(4);
     mirror.iTestParam4 = parameter;
+    Q_EMIT m_events.changed(MirrorPart::Points);
     return true;
 }
 
@@ -383,6 +401,7 @@ bool DeviceModule::testParameters(const Frame& frame)
     m_panels.ShowTestPeriod(frame.number(2));
     mirror.iTestParam6 = frame.number(3);
     mirror.iTestParam7 = frame.number(4);
+    Q_EMIT m_events.periodReported(frame.number(2));
     return true;
 }
 
@@ -400,6 +419,7 @@ bool DeviceModule::calibration(const Frame& frame)
         m_dialog->showApplyCal(mirror.bfApplyCal);
         m_dialog->showCalibrated(mirror.bfCalibrated);
     }
+    Q_EMIT m_events.changed(MirrorPart::Calibration);
     return true;
 }
 
@@ -409,6 +429,7 @@ bool DeviceModule::period(const Frame& frame)
     m_panels.ShowTestPeriod(frame.number(2));
     mirror.iTestParam2 = frame.number(3);
     mirror.iTestParam3 = frame.number(4);
+    Q_EMIT m_events.periodReported(frame.number(2));
     return true;
 }
 
@@ -434,6 +455,7 @@ bool DeviceModule::serialNumber(const Frame& frame)
     frame.ParseText(m_context.mirror.strDeviceSerial);
     if (m_context.state.gbfDeviceReady)
         m_dialog->showSerialNumber(m_context.mirror.strDeviceSerial);
+    Q_EMIT m_events.changed(MirrorPart::SerialNumber);
     return true;
 }
 
@@ -460,6 +482,7 @@ bool DeviceModule::completeState(const Frame& frame)
     DeviceLoadSettings();
     DeviceSendSettings();
     m_dialog->RefreshDialog();
+    Q_EMIT m_events.stateComplete();
     return true;
 }
 
@@ -525,6 +548,7 @@ bool DeviceModule::deviceInformation(const Frame& frame)
         frame.ParseText(mirror.strDeviceModel);
         m_context.device.SetDeviceType(deviceTypeOfModel(mirror.strDeviceModel));
     }
+    Q_EMIT m_events.changed(MirrorPart::Information);
     return true;
 }
 
@@ -543,6 +567,7 @@ bool DeviceModule::sweepRange(const Frame& frame)
     mirror.dblEndFrequency = frame.number(3);
     m_panels.showFrequency(StatusPanels::EndFrequency, mirror.dblEndFrequency);
     m_dialog->showSweepRange(mirror.dblStartFrequency, mirror.dblEndFrequency);
+    Q_EMIT m_events.changed(MirrorPart::SweepRangeConfirmed);
     return true;
 }
 
@@ -551,6 +576,7 @@ bool DeviceModule::frequencyCompensation(const Frame& frame)
     m_context.mirror.dblFreqComp = frame.number(1);
     if (m_context.state.gbfDeviceReady)
         m_dialog->showFreqComp(m_context.mirror.dblFreqComp);
+    Q_EMIT m_events.changed(MirrorPart::FrequencyCompensation);
     return true;
 }
 

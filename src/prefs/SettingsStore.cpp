@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "prefs/SettingsStore.h"
 
-#include "values/Conversions.h"
 #include "files/FileLock.h"
 #include "files/SafeFile.h"
+#include "values/Conversions.h"
 
 #include <QDir>
 #include <QFile>

@@ -6,12 +6,12 @@
 #include "prefs/Preferences.h"
 #include "prefs/PreferencesHost.h"
 #include "prefs/SettingsStore.h"
-#include "widgets/ui/ColourLabel.h"
 #include "prefs/ui/frmDirSelect.h"
 #include "program/MainModule.h"
 #include "program/ProgramState.h"
 #include "program/UserMessages.h"
 #include "values/Conversions.h"
+#include "widgets/ui/ColourLabel.h"
 
 #include <QCheckBox>
 #include <QColorDialog>

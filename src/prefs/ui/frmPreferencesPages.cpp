@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The controls of frmPreferences and their places; what they do is in frmPreferences.cpp.
-#include "widgets/ui/ColourLabel.h"
 #include "prefs/ui/frmPreferences.h"
+#include "widgets/ui/ColourLabel.h"
 
 #include <QCheckBox>
 #include <QComboBox>

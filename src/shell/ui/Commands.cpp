@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/Commands.h"
 
-#include "widgets/ui/TintedIcon.h"
 #include "shell/ui/frmMain.h"
+#include "widgets/ui/TintedIcon.h"
 
 #include <QCoreApplication>
 #include <QMenu>

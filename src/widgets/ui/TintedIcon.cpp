@@ -40,11 +40,8 @@ public:
 
     QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override
     {
-        const QString key = QStringLiteral("icon/%1/%2x%3/%4")
-                                .arg(m_name)
-                                .arg(size.width())
-                                .arg(size.height())
-                                .arg(tint(mode).rgba());
+        const QString key =
+            QStringLiteral("icon/%1/%2x%3/%4").arg(m_name).arg(size.width()).arg(size.height()).arg(tint(mode).rgba());
         QPixmap pixmap;
         if (QPixmapCache::find(key, &pixmap))
             return pixmap;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PreferencesWindow.h"
 
-#include "widgets/ui/ColourLabel.h"
 #include "prefs/ui/frmDirSelect.h"
+#include "widgets/ui/ColourLabel.h"
 
 #include <QApplication>
 #include <QCheckBox>
