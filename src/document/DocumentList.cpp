@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/DocumentList.h"
 
-#include "document/DocumentHost.h"
+#include "document/ActiveDocument.h"
 #include "document/PenDocument.h"
 #include "document/PlotFileNames.h"
-#include "program/ProgramState.h"
 #include "program/UserMessages.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -35,12 +35,13 @@ std::vector<PenDocument*> DocumentList::living() const
 
 PenDocument* DocumentList::create()
 {
-    const std::int32_t number = ++m_context.state.giDocumentCounter;
+    const std::int32_t number = ++giDocumentCounter;
     const QPointer<PenDocument> document(m_windows.createDocument());
     if (document) {
         document->gstrKey = QStringLiteral("Doc%1").arg(number);
         document->setCaption(tr("Document %1").arg(number));
-        m_context.host.processEvents();
+        connect(document, &PenDocument::closed, this, [this, key = document->gstrKey] { remove(key); });
+        QCoreApplication::processEvents();
     }
     if (!document) {
         m_context.messages.message(tr("Please close some document windows and try again"), UserMessages::Information,
@@ -56,15 +57,18 @@ PenDocument* DocumentList::LoadNewDoc()
     if (!document)
         return nullptr;
     m_documents.emplace_back(document);
-    document->PrepareNew(m_context.state.giNewDocType, document->caption());
+    Q_EMIT added(document);
+    document->PrepareNew(giNewDocType, document->caption());
     return document;
 }
 
 PenDocument* DocumentList::LoadNewCleanDoc()
 {
     PenDocument* document = create();
-    if (document != nullptr)
+    if (document != nullptr) {
         m_documents.emplace_back(document);
+        Q_EMIT added(document);
+    }
     return document;
 }
 
@@ -92,11 +96,11 @@ bool DocumentList::LoadExistingDocument(const QString& strFileName)
     if (!document->fileLoadPlot(QFileInfo(strFileName).absoluteFilePath())) {
         // An open document keeps what it shows; one made for this file goes again.
         if (document && !reload) {
-            document->gbfModified = false;
-            m_context.state.gbfSuppressPrompts = true;
+            document->setModified(false);
+            m_suppressPrompts = true;
             const QString key = document->gstrKey;
             m_windows.unloadDocument(*document);
-            m_context.state.gbfSuppressPrompts = false;
+            m_suppressPrompts = false;
             remove(key);
         }
         m_context.messages.message(tr("File of unknown data format"), UserMessages::Stop, tr("File Load Error"));
@@ -113,7 +117,7 @@ bool DocumentList::LoadExistingDocument(const QString& strFileName)
 
 bool DocumentList::CloseAll()
 {
-    m_context.state.gbfSuppressPrompts = true;
+    m_suppressPrompts = true;
     for (int index = count(); index > 0; index = std::min(index - 1, count())) {
         PenDocument* document = at(index);
         const QString key = document->gstrKey;
@@ -121,10 +125,10 @@ bool DocumentList::CloseAll()
             break;
         remove(key);
     }
-    m_context.state.gbfSuppressPrompts = false;
+    m_suppressPrompts = false;
     if (count() > 0)
         return false;
-    m_context.state.giDocumentCounter = 0;
+    giDocumentCounter = 0;
     return true;
 }
 
@@ -155,7 +159,7 @@ PenDocument* DocumentList::findFile(const QString& strFileName) const
         const QString& name = document->GetFileName();
         if (!name.isEmpty() &&
             (PlotFileNames::sameFile(name, strFileName) ||
-             PlotFileNames::sameFile(PlotFileNames::completed(name, document->pgiTestType), strFileName)))
+             PlotFileNames::sameFile(PlotFileNames::completed(name, document->pgiTestType()), strFileName)))
             return document;
     }
     return nullptr;
@@ -175,7 +179,7 @@ int DocumentList::indexOf(const PenDocument* document) const
 
 int DocumentList::GetCurrentDocumentIndex() const
 {
-    return indexOf(m_context.host.activeDocument());
+    return indexOf(m_context.active.get());
 }
 
 PenDocument* DocumentList::nextDocument() const

@@ -2,8 +2,9 @@
 #pragma once
 
 #include "document/DocumentContext.h"
+#include "document/TestType.h"
 
-#include <QCoreApplication>
+#include <QObject>
 #include <QPointer>
 #include <QString>
 
@@ -27,15 +28,20 @@ public:
 
 /// gcolDocuments: the open documents in the order of their creation, each under its key. Indices count from 1; 0 is
 /// none. Documents that die without having been removed count no more.
-class DocumentList
+class DocumentList : public QObject
 {
-    Q_DECLARE_TR_FUNCTIONS(DocumentList)
+    Q_OBJECT
 
 public:
     /// Both outlive the list.
     DocumentList(const DocumentContext& context, DocumentWindows& windows);
 
-    /// A new document with a graph for state.giNewDocType, not yet shown; null, after a message, when there is no room.
+    std::int16_t giNewDocType = plot::Amplitude; ///< type of the next new document; plot::NoTest: none is wanted
+    std::int32_t giDocumentCounter = 0;          ///< running number of documents
+    /// Documents are being closed in bulk or discarded.
+    bool gbfSuppressPrompts() const { return m_suppressPrompts; }
+
+    /// A new document with a graph for giNewDocType, not yet shown; null, after a message, when there is no room.
     PenDocument* LoadNewDoc();
     /// A new document for a file to be loaded into.
     PenDocument* LoadNewCleanDoc();
@@ -51,12 +57,16 @@ public:
     /// The document that shows this file.
     PenDocument* findFile(const QString& strFileName) const;
     int indexOf(const PenDocument* document) const;
-    /// Place of the host's active document.
+    /// Place of the active document.
     int GetCurrentDocumentIndex() const;
     /// The document behind or before the active one, wrapping round; null with fewer than two documents or none active.
     PenDocument* nextDocument() const;
     PenDocument* previousDocument() const;
     void remove(const QString& strKey);
+
+Q_SIGNALS:
+    /// A document is on the list now; its graph is not set up or loaded yet.
+    void added(PenDocument* document);
 
 private:
     PenDocument* create();
@@ -65,4 +75,5 @@ private:
     DocumentContext m_context;
     DocumentWindows& m_windows;
     std::vector<QPointer<PenDocument>> m_documents;
+    bool m_suppressPrompts = false;
 };

@@ -1,27 +1,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/PenDocument.h"
 
-#include "controls/korvalink/KorvaLink.h"
-#include "document/DocumentHost.h"
+#include "document/ActiveDocument.h"
 #include "document/GraphScope.h"
+#include "document/GraphStyle.h"
 #include "document/GraphTexts.h"
-#include "instrument/InstrumentMirror.h"
-#include "instrument/clsTestSettings.h"
-#include "program/ProgramState.h"
+#include "document/PlotSource.h"
+#include "prefs/Preferences.h"
+#include "program/UserMessages.h"
 
-#include <QLocale>
+#include <QCoreApplication>
 #include <QPointer>
 #include <QTime>
 
-#include <algorithm>
+using namespace graphtexts;
 
 namespace {
 
-/// Writes the sampling kind's line type, or the plain one, into the four subsets of a pen.
-void setPenLineTypes(GraphModel& graph, int pen, int type)
+/// Pens that carry the mask lines while masks are on.
+bool isMaskPen(int pen)
 {
-    for (int subset = pen; subset < graph.Subsets(); subset += PenDocument::kPens)
-        graph.setSubsetLineTypes(subset, type);
+    return pen == 8 || pen == 9;
 }
 
 } // namespace
@@ -29,14 +28,18 @@ void setPenLineTypes(GraphModel& graph, int pen, int type)
 PenDocument::PenDocument(const DocumentContext& context, QObject* parent)
     : QObject(parent)
     , m_context(context)
-    , gcolZooms(m_graph)
-    , m_gclsTestSettings(std::make_unique<clsTestSettings>())
+    , m_pens(m_graph)
+    , m_view(m_graph)
+    , m_popup(m_graph)
+    , m_zooms(m_graph)
+    , m_points(m_graph)
 {
     connect(&m_graph, &GraphModel::ZoomIn, this, &PenDocument::zoomedIn);
     connect(&m_graph, &GraphModel::ZoomOut, this, &PenDocument::zoomedOut);
     connect(&m_graph, &GraphModel::CustomMenuClicked, this, &PenDocument::popupClicked);
     connect(&m_graph, &GraphModel::CursorMoved, this, [this](int subset, int point) {
-        const CursorTexts texts = cursorTexts(subset, point);
+        const Presentation::CursorTexts texts = m_view.cursorTexts(subset, point);
+        m_cursorSubset = subset;
         Q_EMIT cursorRead(texts.x, texts.y);
     });
 }
@@ -51,10 +54,23 @@ void PenDocument::setCaption(const QString& caption)
     Q_EMIT captionChanged(m_caption);
 }
 
-void PenDocument::SetModified()
+void PenDocument::setModified(bool modified)
 {
-    gbfModified = true;
+    if (modified == m_modified)
+        return;
+    m_modified = modified;
+    Q_EMIT modifiedChanged(modified);
 }
+
+void PenDocument::forgetCursor(int pen)
+{
+    if (m_cursorSubset < 0 || (pen >= 0 && m_cursorSubset % kPens != pen))
+        return;
+    m_cursorSubset = -1;
+    Q_EMIT cursorRead(QString(), QString());
+}
+
+// Making and reading --------------------------------------------------------------------------------------------------
 
 void PenDocument::PrepareNew(std::int16_t testType, const QString& sCaption)
 {
@@ -67,140 +83,63 @@ void PenDocument::PrepareNew(std::int16_t testType, const QString& sCaption)
 
 void PenDocument::InitialiseSettings(const QString& sCaption, const QString& sFile)
 {
-    readViewFromTitles();
-    readShownPens();
-    buildPopup();
+    m_view.readTitles();
+    m_view.readShownPens(m_pens);
+    m_popup.build(m_view);
     setCaption(sCaption);
-    gsFileName = sFile;
-    gbfModified = false;
+    m_fileName = sFile;
+    setModified(false);
     const QPointer<PenDocument> self(this);
-    m_context.host.processEvents();
+    QCoreApplication::processEvents();
     if (!self)
         return;
 
-    gbfZoomExtents = !m_graph.Zoomed();
-    if (gbfZoomExtents)
+    m_zoomExtents = !m_graph.Zoomed();
+    if (m_zoomExtents)
         UpdateTestExtents(m_graph.ManualMinX(), m_graph.ManualMaxX());
     else
         sendZoomExtent();
     if (!self)
         return;
 
-    if (m_graph.GraphAnnotationText(graphtexts::kSettingsMarker) == graphtexts::kTestSettings) {
+    if (m_graph.GraphAnnotationText(kSettingsMarker) == kTestSettings) {
         bool understood = false;
-        m_gclsTestSettings->InitaliseFromString(m_graph.GraphAnnotationText(graphtexts::kSettingsString), understood);
+        m_testSettings.InitaliseFromString(m_graph.GraphAnnotationText(kSettingsString), understood);
     }
-    readPenLocks();
-    gCurrentPen = 0;
-    m_gbfInitialised = true;
+    m_pens.readLocks();
+    m_currentPen = 0;
+    m_initialised = true;
     gbfSendZoom = true;
-    updateZoomButtons();
+    showZoom();
+    UpdateToolBars();
+    Q_EMIT viewChanged();
 }
 
-void PenDocument::readViewFromTitles()
+// A test into the document --------------------------------------------------------------------------------------------
+
+bool PenDocument::SetPlotting(const SweepStart& start)
 {
-    const auto title = [this](int axis) {
-        const AxisScope scope(m_graph, axis);
-        return m_graph.YAxisLabel();
-    };
-    gbfAltSubset = false;
-    const QString first = title(0);
-    if (first == graphtexts::kImpedance) {
-        pgiTestType = Impedance;
-    } else if (first == graphtexts::kGain) {
-        pgiTestType = Amplitude;
-    } else if (first == graphtexts::kReactance) {
-        pgiTestType = Reactance;
-    } else if (first == graphtexts::kSwitchedOff) {
-        gbfAltSubset = true;
-        const QString second = title(1);
-        if (second == graphtexts::kAdmittance)
-            pgiTestType = Impedance;
-        else if (second == graphtexts::kLoss)
-            pgiTestType = Amplitude;
-        else
-            pgiTestType = Reactance;
+    if (TestCurrentPenLock() && !(start.multiPen && SelectNextPen()))
+        return false;
+    graphEraseLine(m_currentPen);
+    if (!m_pens.isNamedByUser(m_currentPen)) {
+        m_pens.setName(m_currentPen, QTime::currentTime().toString(QStringLiteral("HH:mm:ss")));
+        Q_EMIT pensChanged();
     }
-    m_graph.setWorkingAxis(0);
-
-    gbfXLinear = m_graph.XAxisScaleControl() == graph::ScaleLinear;
-    if (pgiTestType == Amplitude || pgiTestType == Impedance) {
-        giPhaseView = 0;
-        if (title(2) == graphtexts::kPhase)
-            giPhaseView = 1;
-        if (title(3) == graphtexts::kPhase)
-            giPhaseView = 2;
-    } else if (pgiTestType == Reactance) {
-        giDisplayRG = title(3) == graphtexts::kResistance ? 1 : 2;
-    }
-}
-
-void PenDocument::readShownPens()
-{
-    gbfPenHide.fill(true);
-    const int offset = gbfAltSubset ? kPens : 0;
-    for (int slot = 0; slot < kPens; ++slot) {
-        int entry = m_graph.RandomSubsetsToGraph(slot);
-        // The alternate view keeps its subsets in the second ten slots and leaves -1 in the first.
-        if (gbfAltSubset && entry < 0)
-            entry = m_graph.RandomSubsetsToGraph(slot + kPens);
-        // A 0 can only stand for pen 0, in front: further on the list has ended.
-        if (entry == 0 && slot > 0)
-            break;
-        if (entry < 0 || entry >= offset + kPens)
-            continue;
-        const int pen = entry >= kPens ? entry - offset : entry;
-        gbfPenHide[static_cast<std::size_t>(pen)] = false;
-    }
-}
-
-void PenDocument::readPenLocks()
-{
-    const QString text = m_graph.MultiSubTitles(0);
-    for (int pen = 0; pen < kPens; ++pen)
-        gbfPenLock[static_cast<std::size_t>(pen)] = pen < text.size() && text.at(pen) == QLatin1Char('X');
-}
-
-QString PenDocument::lockText() const
-{
-    QString text(kPens, QLatin1Char('0'));
-    for (int pen = 0; pen < kPens; ++pen) {
-        if (isLocked(pen))
-            text[pen] = QLatin1Char('X');
-    }
-    return text;
-}
-
-void PenDocument::SetPlotting()
-{
-    if (!m_context.state.gbfPlotting)
-        return;
-    if (TestCurrentPenLock() && !(m_context.state.gbfSweepActive && SelectNextPen())) {
-        m_context.device.Write(QStringLiteral("x\r"));
-        return;
-    }
-    graphEraseLine(gCurrentPen);
-    if (m_graph.SubsetLabels(gCurrentPen) == QStringLiteral("Pen %1").arg(gCurrentPen + 1)) {
-        const QString now = QTime::currentTime().toString(QStringLiteral("HH:mm:ss"));
-        m_graph.setSubsetLabels(gCurrentPen, now);
-        m_graph.setSubsetLabels(gCurrentPen + kPens, now);
-    }
-    if (m_context.device.SamplingDevice())
-        setPenLineTypes(m_graph, gCurrentPen, graph::LinePointsJoined);
-
-    // The cursor starts where the sweep does: at its upper end when it runs downward.
-    const InstrumentMirror& mirror = m_context.mirror;
-    const bool downward = mirror.iSweepMode == 1 || (mirror.iSweepMode != 0 && mirror.iSweepDirection == 1);
-    m_graph.setVertLineAnnotationColor(0, m_graph.SubsetColors(gCurrentPen));
+    m_sampling = start.sampling;
+    if (m_sampling)
+        m_pens.setLineType(m_currentPen, graph::LinePointsJoined);
+    m_graph.setVertLineAnnotationColor(0, m_pens.colour(m_currentPen));
     m_graph.setVertLineAnnotationType(0, 0);
-    m_graph.setVertLineAnnotation(0, downward ? mirror.dblEndFrequency : mirror.dblStartFrequency);
+    m_graph.setVertLineAnnotation(0, start.frequency);
     m_graph.PEactions(graph::Reinitialise);
+    return true;
 }
 
 void PenDocument::SetViewing()
 {
-    if (m_context.device.SamplingDevice())
-        setPenLineTypes(m_graph, gCurrentPen, graph::LineSolid);
+    if (m_sampling)
+        m_pens.setLineType(m_currentPen, graph::LineSolid);
     m_graph.setVertLineAnnotationType(0, graph::kLineVanished);
     m_graph.setVertLineAnnotation(0, 0);
     for (const int axis : {0, 1}) {
@@ -209,4 +148,225 @@ void PenDocument::SetViewing()
     }
     m_graph.PEactions(graph::Reinitialise);
     SniffClipboardData();
+}
+
+PointAnswer PenDocument::taken(bool written)
+{
+    if (!written)
+        return PointAnswer::NoRoom;
+    if (m_pens.isHidden(m_currentPen))
+        UpdatePenHide(m_currentPen, false);
+    return PointAnswer::Taken;
+}
+
+PointAnswer PenDocument::AddAmplitudePoint(double dblFreq, double dblAmp, double dblPhase, double dblSign,
+                                           std::int32_t lPoint)
+{
+    if (lPoint > plot::kPoints)
+        return PointAnswer::TooMany;
+    if (pgiTestType() != Amplitude)
+        return PointAnswer::WrongType;
+    if (TestCurrentPenLock())
+        return PointAnswer::Locked;
+    return taken(m_points.writeAmplitude(m_currentPen, lPoint, dblFreq, dblAmp, dblPhase, dblSign));
+}
+
+PointAnswer PenDocument::AddImpedancePoint(double dblFreq, double l_dblImp, double dblPhase, double dblSign,
+                                           std::int32_t lPoint)
+{
+    if (pgiTestType() == Reactance)
+        return CalculateReactance(dblFreq, l_dblImp, dblPhase, dblSign, lPoint);
+    if (pgiTestType() != Impedance)
+        return PointAnswer::WrongType;
+    if (TestCurrentPenLock())
+        return PointAnswer::Locked;
+    return taken(m_points.writeImpedance(m_currentPen, lPoint, dblFreq, l_dblImp, dblPhase, dblSign));
+}
+
+PointAnswer PenDocument::CalculateReactance(double dblFreq, double dblImp, double dblPhase, double dblSign,
+                                            std::int32_t lPoint)
+{
+    if (pgiTestType() != Reactance)
+        return PointAnswer::WrongType;
+    if (TestCurrentPenLock())
+        return PointAnswer::Locked;
+    return taken(m_points.writePolarAsReactance(m_currentPen, lPoint, dblFreq, dblImp, dblPhase * dblSign));
+}
+
+PointAnswer PenDocument::CalculateImpedance(double dblFreq, double dblReactance, double dblResistance,
+                                            std::int32_t lPoint)
+{
+    if (pgiTestType() != Impedance)
+        return PointAnswer::WrongType;
+    if (TestCurrentPenLock())
+        return PointAnswer::Locked;
+    return taken(m_points.writeRectangularAsImpedance(m_currentPen, lPoint, dblFreq, dblReactance, dblResistance));
+}
+
+PointAnswer PenDocument::AddReactancePoint(double dblFreq, double dblReac, double dblRes, double dblSusc,
+                                           double dblCond, std::int32_t lPoint)
+{
+    if (pgiTestType() != Reactance)
+        return PointAnswer::WrongType;
+    if (TestCurrentPenLock())
+        return PointAnswer::Locked;
+    return taken(m_points.writeReactance(m_currentPen, lPoint, dblFreq, dblReac, dblRes, dblSusc, dblCond));
+}
+
+// Pens ----------------------------------------------------------------------------------------------------------------
+
+bool PenDocument::hasMasks() const
+{
+    const auto& cells = m_graph.properties().tables[kMaskTable].cells;
+    return !cells.empty() && cells.front().TAText == kMask;
+}
+
+std::int16_t PenDocument::TogglePenLock(int Index)
+{
+    if (!Pens::isPen(Index))
+        return 0;
+    const PenDocument* active = m_context.active.get();
+    if (isMaskPen(Index) && active != nullptr && active->hasMasks()) {
+        const std::int16_t lock = GetPenLock(Index);
+        m_context.messages.message(tr("Disable mask before unlocking pen"), UserMessages::Exclamation,
+                                   tr("Masks Enabled"));
+        return lock;
+    }
+    m_pens.setLocked(Index, !m_pens.isLocked(Index));
+    SetModified();
+    UpdateToolBars();
+    return GetPenLock(Index);
+}
+
+void PenDocument::UpdatePenLock(int Index, bool bfLock)
+{
+    m_pens.setLocked(Index, bfLock);
+    UpdateToolBars();
+}
+
+void PenDocument::LockAllPens()
+{
+    m_pens.setAllLocked(true);
+    SetModified();
+    UpdateToolBars();
+}
+
+void PenDocument::UnlockAllPens()
+{
+    m_pens.setAllLocked(false);
+    SetModified();
+    UpdateToolBars();
+}
+
+std::int16_t PenDocument::TogglePenDisplay(int Index)
+{
+    if (!Pens::isPen(Index))
+        return 0;
+    UpdatePenHide(Index, !m_pens.isHidden(Index));
+    if (m_pens.areAllHidden()) {
+        DisplayAllPens();
+        UpdatePenHide(Index, m_pens.isHidden(Index));
+    }
+    return GetPenDisplay(Index);
+}
+
+void PenDocument::UpdatePenHide(int Index, bool bfHide)
+{
+    if (!Pens::isPen(Index))
+        return;
+    m_pens.setHidden(Index, bfHide);
+    graphUpdateDisplayedPens();
+    SetModified();
+    UpdateToolBars();
+    m_graph.PEactions(graph::Reinitialise);
+}
+
+void PenDocument::DisplayAllPens()
+{
+    m_pens.setAllHidden(false);
+    graphUpdateDisplayedPens();
+    SetModified();
+    UpdateToolBars();
+    m_graph.PEactions(graph::Reinitialise);
+}
+
+void PenDocument::SetPenColour(int Index, std::uint32_t Colour)
+{
+    if (!Pens::isPen(Index))
+        return;
+    m_pens.setColour(Index, Colour);
+    m_graph.PEactions(graph::Reinitialise);
+    SetModified();
+    UpdateToolBars();
+}
+
+bool PenDocument::SelectNextPen()
+{
+    if (m_context.preferences.value(options::kLockPenAfterPlot))
+        m_pens.setLocked(m_currentPen, true);
+    const auto next = m_pens.nextUnlocked(m_currentPen);
+    if (next)
+        setCurrentPen(*next);
+    UpdateToolBars();
+    return next.has_value();
+}
+
+void PenDocument::setCurrentPen(int Index)
+{
+    if (!Pens::isPen(Index))
+        return;
+    m_currentPen = static_cast<std::int16_t>(Index);
+    Q_EMIT currentPenChanged(Index);
+    UpdateToolBars();
+}
+
+void PenDocument::UpdateToolBars()
+{
+    if (m_initialised)
+        Q_EMIT pensChanged();
+}
+
+void PenDocument::graphEraseLine(int Index)
+{
+    if (!m_pens.erase(Index))
+        return;
+    SetModified();
+    forgetCursor(Index);
+    Q_EMIT dataChanged(Index);
+}
+
+void PenDocument::setPenName(int Index, const QString& name)
+{
+    m_pens.setName(Index, name);
+    SetModified();
+    UpdateToolBars();
+}
+
+void PenDocument::graphResetPenName(int Index)
+{
+    if (!Pens::isPen(Index))
+        return;
+    m_pens.resetName(Index);
+    SetModified();
+    UpdateToolBars();
+}
+
+void PenDocument::graphResetData()
+{
+    m_graph.setMainTitle(kNoTitle);
+    m_graph.setSubTitle(QString());
+    for (int pen = 0; pen < kPens; ++pen) {
+        graphResetPenName(pen);
+        graphEraseLine(pen);
+    }
+}
+
+void PenDocument::KeyPressed(QChar key)
+{
+    if (key >= QLatin1Char('0') && key <= QLatin1Char('9'))
+        setCurrentPen((key.unicode() - u'0' + kPens - 1) % kPens);
+    else if (key == QLatin1Char('L') || key == QLatin1Char('l'))
+        TogglePenLock(m_currentPen);
+    else if (key == QLatin1Char('V') || key == QLatin1Char('v'))
+        TogglePenDisplay(m_currentPen);
 }

@@ -3,20 +3,22 @@
 
 #include "controls/graph/GraphModel.h"
 #include "document/DocumentContext.h"
+#include "document/DocumentPopup.h"
+#include "document/Pens.h"
+#include "document/PointWriter.h"
+#include "document/Presentation.h"
 #include "document/ZoomHistory.h"
+#include "instrument/clsTestSettings.h"
 #include "values/Outcome.h"
 
 #include <QObject>
 #include <QString>
 
-#include <array>
 #include <cstdint>
-#include <memory>
 
-class clsTestSettings;
-
-/// One graph document without its window: ten pens, their views, zoom history, clipboard and plot file. frmDocument is
-/// the window over it; the command-line program uses it bare.
+/// One graph document without its window and without an instrument: ten pens, their views, zoom history, clipboard and
+/// plot file, each a thing of its own over one graph; this class is the face that keeps them together and tells by
+/// signals what happened. frmDocument is the window over it; the command-line program uses it bare.
 ///
 /// Pen p (0 to 9) is four subsets of peGraph; measured data lives nowhere else, in single precision:
 ///
@@ -26,8 +28,7 @@ class clsTestSettings;
 ///   p+20   | -phase magnitude  | -phase magnitude, degrees  | conductance G, Siemens
 ///   p+30   | signed phase      | signed phase, degrees      | resistance R, Ohm
 ///
-/// The Y axis of subset s is s / 10. An axis that is switched off has the title "X". A point whose X is 0 or whose Y is
-/// -65536 ends the data of a pen (PenReader.h).
+/// The Y axis of subset s is s / 10. A point whose X is 0 or whose Y is -65536 ends the data of a pen (PenReader.h).
 ///
 /// Indices of pens count from 0. An index outside 0 to 9 changes nothing and reads as 0.
 /// Messages and event processing run nested event loops in which a document may be destroyed; callers that go on
@@ -37,99 +38,77 @@ class PenDocument : public QObject
     Q_OBJECT
 
 public:
-    static constexpr int kPens = 10;
-    enum TestType : std::int16_t
-    {
-        NoTest = 0,
-        Amplitude = 1,
-        Impedance = 2,
-        Reactance = 3
-    };
-    /// Entries of the popup menu, in their order.
-    enum PopupItem
-    {
-        PopupTestSettings = 0,
-        PopupViewOptions = 1,
-        PopupAddText = 2,
-        PopupAnalysis = 3,
-        PopupLoop = 4,
-        PopupView = 5,  ///< impedance or admittance, gain or loss; hidden for reactance
-        PopupPhase = 6, ///< phase view; reactance: impedance or admittance
-        PopupMarkPoints = 7,
-        PopupCut = 8,
-        PopupCopy = 9,
-        PopupPaste = 10,
-        PopupZoomExtents = 11,
-        PopupUndoZoom = 12,
-        PopupRedoZoom = 13,
-        PopupExport = 14,
-        PopupProperties = 15
-    };
+    using enum plot::TestType;
+    static constexpr int kPens = plot::kPens;
 
     explicit PenDocument(const DocumentContext& context, QObject* parent = nullptr);
     ~PenDocument() override;
 
     GraphModel& peGraph() { return m_graph; }
     const GraphModel& peGraph() const { return m_graph; }
-    const DocumentContext& context() const { return m_context; }
+    const Pens& pens() const { return m_pens; }
 
-    QString gstrKey;                   ///< key in the list of documents
-    std::int16_t pgiTestType = NoTest; ///< TestType; 0 until a title was recognised
-    std::int16_t gCurrentPen = 0;      ///< the pen that receives points
-    bool gbfAltSubset = false;         ///< alternate view: loss, admittance, susceptance
-    bool gbfZoomExtents = true;        ///< the graph shows its full extent
-    bool gbfSendZoom = false;          ///< a change of the X extent goes on to the instrument
-    bool gbfModified = false;          ///< unsaved changes exist
-    QString gsFileName;                ///< full path of the plot file, or empty
-    std::int16_t giDocumentVersion = 1;
-    std::int16_t giDisplayRG = 0; ///< reactance: 1 resistance, 2 conductance on the right axis, 0 neither
+    QString gstrKey;          ///< key in the list of documents
+    bool gbfSendZoom = false; ///< a change of the X extent is told by testExtentChanged()
 
-    /// The window's caption; the window follows captionChanged().
+    std::int16_t pgiTestType() const { return m_view.testType(); } ///< plot::TestType; NoTest until a title was known
+    std::int16_t gCurrentPen() const { return m_currentPen; }      ///< the pen that receives points
+    bool gbfAltSubset() const { return m_view.isAlternate(); }     ///< alternate view: loss, admittance, susceptance
+    bool gbfZoomExtents() const { return m_zoomExtents; }          ///< the graph shows its full extent
+    bool gbfModified() const { return m_modified; }                ///< unsaved changes exist
+    std::int16_t giDocumentVersion() const { return m_version; }   ///< 1 is the current format
+    std::int16_t giDisplayRG() const { return m_view.rgView(); }   ///< plot::RGView
+    bool gbfInitialised() const { return m_initialised; }
+    double gdblTestMinFreq() const { return m_testMinFreq; } ///< Hz
+    double gdblTestMaxFreq() const { return m_testMaxFreq; } ///< Hz
+    clsTestSettings& gclsTestSettings() { return m_testSettings; }
+
+    /// The window's caption.
     const QString& caption() const { return m_caption; }
     void setCaption(const QString& caption);
-    /// Set by the main window when it closes this document: see QueryClose().
-    void setClosing(bool bfClosing) { gbfClosing = bfClosing; }
-    bool gbfInitialised() const { return m_gbfInitialised; }
-    double gdblTestMinFreq() const { return m_gdblTestMinFreq; } ///< Hz
-    double gdblTestMaxFreq() const { return m_gdblTestMaxFreq; } ///< Hz
-    clsTestSettings& gclsTestSettings() { return *m_gclsTestSettings; }
+    void SetModified() { setModified(true); }
+    void setModified(bool modified);
 
     // Points ---------------------------------------------------------------------------------------------------------
 
     /// Makes an empty graph of that type ready: axes, appearance, "Pen n" names, popup. Ends in InitialiseSettings().
     void PrepareNew(std::int16_t testType, const QString& sCaption);
-    /// Works out the document's state from the graph as it stands, new or loaded. Processes events once.
+    /// Works out the document's state from the graph as it stands, new or loaded. Processes events twice.
     void InitialiseSettings(const QString& sCaption, const QString& sFile);
-    void SetModified();
+
+    struct SweepStart
+    {
+        double frequency = 0;  ///< Hz, where the cursor of the sweep starts
+        bool sampling = false; ///< the instrument samples: its points are joined while they arrive
+        bool multiPen = false; ///< a locked pen gives way to the next free one
+    };
     /// Begin of a plot: erases the current pen, names it by the time of day unless the user has named it and places the
-    /// sweep cursor. Nothing happens unless a test runs. With a locked pen and no free one "x\r" stops the sweep.
-    void SetPlotting();
+    /// sweep cursor. False when the pen is locked (and no other is free): the sweep has no pen.
+    bool SetPlotting(const SweepStart& start);
     /// End of a plot: the cursor goes, paste follows the clipboard.
     void SetViewing();
 
     /// Point lPoint (from 0) of the current pen: frequency in Hz, level in dB, phase as magnitude in degrees with its
-    /// sign
-    /// (+1 or -1). A point that the graph does not have is refused by it. Data on a hidden pen shows the pen.
-    /// Past 1024 "y\r" is sent and "Too many points!" shown; a document of another type sends "y\r", turns reception
-    /// off and shows "Wrong type of data for graph".
-    void AddAmplitudePoint(double dblFreq, double dblAmp, double dblPhase, double dblSign, std::int32_t lPoint);
-    /// Modulus in Ohm. A reactance document converts the point. No limit on lPoint here: the graph refuses what it
-    /// lacks.
-    void AddImpedancePoint(double dblFreq, double l_dblImp, double dblPhase, double dblSign, std::int32_t lPoint);
+    /// sign (+1 or -1). Only a point that was taken changes anything; it shows its pen if that is hidden. A point past
+    /// plot::kPoints is TooMany.
+    PointAnswer AddAmplitudePoint(double dblFreq, double dblAmp, double dblPhase, double dblSign, std::int32_t lPoint);
+    /// Modulus in Ohm. A reactance document converts the point. No limit on lPoint here but the graph's.
+    PointAnswer AddImpedancePoint(double dblFreq, double l_dblImp, double dblPhase, double dblSign,
+                                  std::int32_t lPoint);
     /// Polar point into a reactance document.
-    void CalculateReactance(double dblFreq, double dblImp, double dblPhase, double dblSign, std::int32_t lPoint);
+    PointAnswer CalculateReactance(double dblFreq, double dblImp, double dblPhase, double dblSign,
+                                   std::int32_t lPoint);
     /// Rectangular point, in Ohm, into an impedance document.
-    void CalculateImpedance(double dblFreq, double dblReactance, double dblResistance, std::int32_t lPoint);
+    PointAnswer CalculateImpedance(double dblFreq, double dblReactance, double dblResistance, std::int32_t lPoint);
     /// Ohm and Siemens.
-    void AddReactancePoint(double dblFreq, double dblReac, double dblRes, double dblSusc, double dblCond,
-                           std::int32_t lPoint);
+    PointAnswer AddReactancePoint(double dblFreq, double dblReac, double dblRes, double dblSusc, double dblCond,
+                                  std::int32_t lPoint);
 
     // Presentation ---------------------------------------------------------------------------------------------------
 
     /// Titles, scales and default limits of the four Y axes, the pens' names, all pens shown.
     void graphConfigureTestType(std::int16_t iTestType);
-    /// X axis "Frequency - Hz", linear or logarithmic, from the start to the end of the sweep settings, or over the
-    /// instrument's whole range when these are no range.
+    /// X axis "Frequency - Hz", linear or logarithmic, over the sweep that is set up or the instrument's whole range.
     void graphConfigureFrequncyView(bool Linear);
     /// The view of the preferences for this type of document.
     void graphSetDefaultView();
@@ -137,33 +116,28 @@ public:
     void graphSetTickColour(std::uint32_t lColour);
     void graphUpdateStyle();
     void graphSetAlternateView(bool bfAlternate);
-    /// 0 no phase, 1 the axis called "180" (subsets p+20), 2 the axis called "360" (p+30).
+    /// plot::PhaseView.
     void graphSetPhase(std::int16_t View);
-    std::int16_t graphGetPhaseView() const { return giPhaseView; }
-    /// 1 resistance, 2 conductance, 0 neither.
+    std::int16_t graphGetPhaseView() const { return m_view.phaseView(); }
+    /// plot::RGView.
     void graphSetRG(std::int16_t View);
     /// Manual limits of the amplitude axes in dB; the loss axis takes the negated ones.
     void graphSetAmpScale(std::int16_t iMax, std::int16_t iMin);
     /// True while the frequency axis is linear.
-    bool graphGetFrequncyView() const { return gbfXLinear; }
+    bool graphGetFrequncyView() const { return m_view.isFrequencyLinear(); }
     /// Stored zooms mean nothing on the other scale and go.
     void graphSetFrequecyLinear(bool bfXLin);
     void graphUpdateDisplayedPens();
-    /// Linear or logarithmic impedance and admittance axes.
+    /// Linear or logarithmic impedance and admittance axes; stored zooms go.
     void ImpedanceLinear(bool bfLinear);
-    /// Sends the graph's extent to the instrument, if the sweep follows it.
+    /// Tells the graph's extent, as it shall be swept.
     void SendGraphExtents();
     /// The X extent, in Hz, as it shall be swept. Processes events once.
     void UpdateTestExtents(double lMinFreq, double lMaxFreq);
     /// Shows or hides the marks of the data points.
-    void ToggleMarkDataPoints();
+    void ToggleMarkDataPoints() { setMarkDataPoints(!m_graph.MarkDataPoints()); }
     void setMarkDataPoints(bool on);
-    /// Texts of panels 11 and 12 for a point under the cursor.
-    struct CursorTexts
-    {
-        QString x, y;
-    };
-    CursorTexts cursorTexts(int subset, int point) const;
+    Presentation::CursorTexts cursorTexts(int subset, int point) const { return m_view.cursorTexts(subset, point); }
 
     // Zoom -----------------------------------------------------------------------------------------------------------
 
@@ -175,38 +149,39 @@ public:
     void GetZoomLimits(double& dblZoomMaxX, double& dblZoomMaxY, double& dblZoomMinX, double& dblZoomMinY,
                        double& dblZoomMaxTX, double& dblZoomMinTX) const;
     void RemoveStoredZooms(int intIndex);
-    const ZoomHistory& zoomHistory() const { return gcolZooms; }
+    const ZoomHistory& zoomHistory() const { return m_zooms; }
     /// States of the buttons Zoom Extents, Undo and Redo.
-    bool canZoomExtents() const { return gcolZooms.canZoomExtents(); }
+    bool canZoomExtents() const { return m_zooms.canZoomExtents(); }
     bool canUndoZoom() const { return m_graph.Zoomed(); }
-    bool canRedoZoom() const { return gcolZooms.canRedo(); }
+    bool canRedoZoom() const { return m_zooms.canRedo(); }
 
     // Pens -----------------------------------------------------------------------------------------------------------
 
-    std::int16_t GetPenLock(int Index) const; ///< 1 locked, 0 free
+    std::int16_t GetPenLock(int Index) const { return m_pens.isLocked(Index) ? 1 : 0; }
     /// The new state, 1 or 0. Refused with a message for pens 8 and 9 while the active document has masks.
     std::int16_t TogglePenLock(int Index);
     void UpdatePenLock(int Index, bool bfLock);
     void LockAllPens();
     void UnlockAllPens();
-    std::int16_t GetPenDisplay(int Index) const; ///< 1 hidden, 0 shown: the value of the hide flag
-    std::int16_t TogglePenDisplay(int Index);    ///< as GetPenDisplay; the last shown pen shows all others again
+    std::int16_t GetPenDisplay(int Index) const { return m_pens.isHidden(Index) ? 1 : 0; } ///< 1 hidden, 0 shown
+    std::int16_t TogglePenDisplay(int Index); ///< as GetPenDisplay; the last shown pen shows all others again
     void UpdatePenHide(int Index, bool bfHide);
     void DisplayAllPens();
     void SetPenColour(int Index, std::uint32_t Colour); ///< 0x00BBGGRR
     /// Goes to the next unlocked pen, after locking the present one if the preferences say so. False: every pen is
     /// locked and the current pen stays.
     bool SelectNextPen();
-    bool TestCurrentPenLock() const;
-    /// Makes a pen current; nothing else follows.
+    bool TestCurrentPenLock() const { return m_pens.isLocked(m_currentPen); }
     void setCurrentPen(int Index);
-    void DefaultToolBars();
+    /// The state of the pens is told anew, once the document is initialised.
     void UpdateToolBars();
     void graphEraseLine(int Index); ///< a locked pen keeps its data; X values stay
     void graphResetPenName(int Index);
+    void setPenName(int Index, const QString& name);
     void graphResetData();
-    /// A key typed into the document's window: digits choose the pen, L locks it, V hides it. Ignored while a test
-    /// runs.
+    /// Mask lines are on: pens 8 and 9 carry them.
+    bool hasMasks() const;
+    /// A key typed into the document's window while no test runs: digits choose the pen, L locks it, V hides it.
     void KeyPressed(QChar key);
 
     // Clipboard ------------------------------------------------------------------------------------------------------
@@ -215,7 +190,7 @@ public:
     QString ExportToStringColumns() const;
     QString CopyLineData(int intSubset);
     void PasteLineData(int intSubset, const QString& strLineData);
-    /// True when the clipboard holds a pen that fits this document; paste items follow.
+    /// True when the clipboard holds a pen that fits this document; canPasteChanged() follows.
     bool SniffClipboardData();
     /// The answer of the last SniffClipboardData().
     bool canPaste() const { return m_canPaste; }
@@ -223,71 +198,86 @@ public:
     // Plot file ------------------------------------------------------------------------------------------------------
 
     /// Saves under the present name, or under one that the user picks (bfAs, or without a name). bfOverwrite: no
-    /// question before a file is replaced. True when the document was saved; a cancel is silent, a failure is told to
-    /// the user and leaves gbfModified set.
+    /// question before a file is replaced. A name that would be cut at a dot of its folder, and a file that is not the
+    /// document's own, are asked about whatever bfAs. True when the document was saved; a cancel is silent, a failure
+    /// is told to the user and leaves the document modified.
     bool fileSave(bool bfAs, bool bfOverwrite);
     /// Writes the graph. sFileName is cut at its first "." anywhere and gets the extension of the type (reactance:
-    /// none); it comes back completed. gsFileName takes it as it was given.
+    /// none); it comes back completed.
     bool fileSavePlot(QString& sFileName);
     /// Replaces the graph by the file and works out the state. Fails, with the document as it was, for a file that is
     /// none. Processes events.
     Outcome fileLoadPlot(const QString& sFileName);
     /// The loaded plot is of another format: the popup offers no entry that changes or exports it.
     bool isViewOnly() const { return m_viewOnly; }
-    void SetFileName(const QString& sFile) { gsFileName = sFile; }
-    const QString& GetFileName() const { return gsFileName; }
+    void SetFileName(const QString& sFile) { m_fileName = sFile; }
+    /// Full path of the plot file, or empty.
+    const QString& GetFileName() const { return m_fileName; }
     /// "major.minor" of the program that saved the plot, "0.0" when unknown.
     QString GetVersion() const;
     /// The version text that the next save writes.
     QString SetVersion() const;
-    /// May the window close? Asks for an unsaved document, saves it if told so, and takes the document off the list.
-    /// The answer is false for a close that the main window did not start, for a test that goes on and for a cancel.
+    /// May the document close? Asks for unsaved changes and saves them if told so. False for a cancel and for a save
+    /// that failed; after true, closed() has been raised.
     bool QueryClose();
 
 Q_SIGNALS:
     void captionChanged(const QString& caption);
+    void modifiedChanged(bool modified);
+    /// Lock, display, colour, name or choice of a pen.
+    void pensChanged();
+    void currentPenChanged(int pen);
+    /// Axes, quantities, scales or marks.
+    void viewChanged();
+    /// Zoom or its history.
+    void zoomChanged();
+    void canPasteChanged(bool possible);
+    /// The points of a pen were erased, pasted or loaded; -1: of all pens. Measured points are told by the instrument's
+    /// side, which knows how many there will be.
+    void dataChanged(int pen);
+    /// The extent that a sweep shall follow, in Hz.
+    void testExtentChanged(double lowest, double highest, bool linear);
+    /// The plot was saved to or loaded from this file.
+    void fileUsed(const QString& fileName);
+    /// The document has ended its life.
+    void closed();
     /// A popup entry that belongs to the main window: the view entries (5 and 6) are handled here.
     void popupCommand(int item, int sub);
-    /// The read-out of the cursor, for panels 11 and 12.
+    /// The read-out of the cursor, for panels 11 and 12; both empty when what it read is gone.
     void cursorRead(const QString& xText, const QString& yText);
 
 private:
-    bool isPen(int Index) const { return Index >= 0 && Index < kPens; }
-    bool isHidden(int Index) const { return isPen(Index) && gbfPenHide[static_cast<std::size_t>(Index)]; }
-    bool isLocked(int Index) const { return isPen(Index) && gbfPenLock[static_cast<std::size_t>(Index)]; }
-    void readViewFromTitles();
-    void readShownPens();
-    void readPenLocks();
-    QString lockText() const;
-    void writePoint(double x, double y, double alternate, double third, double fourth, std::int32_t lPoint);
-    void refuseWrongType();
-    void nameAxes();
-    void buildPopup();
-    void updatePopupChecks();
-    void updateZoomButtons();
+    PointAnswer taken(bool written);
     void popupClicked(int item, int sub);
     void zoomedIn();
     void zoomedOut();
+    void showZoom();
+    void forgetZooms();
     void sendZoomExtent();
-    /// A zoom limit of the X axis in Hz, or in the axis unit where the axis is no frequency.
-    double plainX(double zoomLimit) const;
-    void setManualLimits(int axis, int control, double minimum, double maximum);
-    bool activeDocumentHasMasks() const;
+    void forgetCursor(int pen);
     bool askFileName(QString& sFile);
+    bool mayWrite(const QString& asked, bool bfAs, bool bfOverwrite);
 
     DocumentContext m_context;
     GraphModel m_graph;
-    ZoomHistory gcolZooms;
-    std::unique_ptr<clsTestSettings> m_gclsTestSettings;
+    Pens m_pens;
+    Presentation m_view;
+    DocumentPopup m_popup;
+    ZoomHistory m_zooms;
+    PointWriter m_points;
+    clsTestSettings m_testSettings;
     QString m_caption;
-    bool gbfXLinear = false;
-    std::int16_t giPhaseView = 0;
-    std::array<bool, kPens> gbfPenLock{};
-    std::array<bool, kPens> gbfPenHide{};
-    bool m_gbfInitialised = false;
-    bool gbfClosing = false;
+    QString m_fileName;
+    QString m_ownFile; ///< the file that this document was loaded from or saved to, completed
+    std::int16_t m_currentPen = 0;
+    std::int16_t m_version = 1;
+    bool m_zoomExtents = true;
+    bool m_modified = false;
+    bool m_initialised = false;
+    bool m_sampling = false; ///< the lines of the pen under test are joined points
     bool m_viewOnly = false;
     bool m_canPaste = false;
-    double m_gdblTestMinFreq = 0;
-    double m_gdblTestMaxFreq = 0;
+    int m_cursorSubset = -1; ///< read last; -1 none
+    double m_testMinFreq = 0;
+    double m_testMaxFreq = 0;
 };

@@ -1,33 +1,32 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Saving, loading and closing.
+// Clipboard, saving, loading and closing.
 #include "controls/graph/GraphFile.h"
-#include "document/DocumentHost.h"
+#include "document/ActiveDocument.h"
+#include "document/ClipboardPort.h"
 #include "document/FilePicker.h"
-#include "document/GraphScope.h"
 #include "document/GraphTexts.h"
 #include "document/PenDocument.h"
+#include "document/PenTransfer.h"
+#include "document/PlotFile.h"
 #include "document/PlotFileNames.h"
-#include "instrument/clsTestSettings.h"
+#include "document/PlotSource.h"
+#include "document/VersionText.h"
 #include "prefs/Preferences.h"
 #include "program/MainModule.h"
-#include "program/ProgramState.h"
 #include "program/UserMessages.h"
 #include "values/Conversions.h"
 
 #include <QCoreApplication>
+#include <QDate>
+#include <QLocale>
 #include <QPointer>
 
 using namespace graphtexts;
 
 namespace {
 
-/// The subtitle that shows the version text has one blank in place of the mark behind the software part.
-QString subTitleOf(const QString& versionText)
-{
-    const QLatin1String mark(" | ");
-    const qsizetype at = versionText.indexOf(mark);
-    return versionText.left(at + 1) + QLatin1Char(' ') + versionText.mid(at + mark.size());
-}
+constexpr QLatin1String kLineEnd("\r\n");
+constexpr QLatin1Char kTab('\t');
 
 Outcome closedMeanwhile()
 {
@@ -35,6 +34,107 @@ Outcome closedMeanwhile()
 }
 
 } // namespace
+
+// Clipboard -----------------------------------------------------------------------------------------------------------
+
+QString PenDocument::CopyLineData(int intSubset)
+{
+    if (!Pens::isPen(intSubset))
+        return QString();
+    const QString grid = pentransfer::copied(m_graph, intSubset, pgiTestType());
+    if (m_context.clipboard != nullptr)
+        m_context.clipboard->setText(grid);
+    const QPointer<PenDocument> self(this);
+    QCoreApplication::processEvents();
+    if (self)
+        SniffClipboardData();
+    return grid;
+}
+
+void PenDocument::PasteLineData(int intSubset, const QString& strLineData)
+{
+    if (!Pens::isPen(intSubset))
+        return;
+    if (m_pens.isLocked(intSubset)) {
+        m_context.messages.message(tr("Unlock pen before paste"), UserMessages::Exclamation, tr("Data Paste"));
+        return;
+    }
+    graphEraseLine(intSubset);
+    const pentransfer::Pasted pasted = pentransfer::paste(m_graph, m_pens, intSubset, strLineData, pgiTestType());
+    if (pasted.points > 0 && m_pens.isHidden(intSubset))
+        UpdatePenHide(intSubset, false);
+    if (pasted.phaseLost) {
+        const QPointer<PenDocument> self(this);
+        m_context.messages.message(tr("Cannot convert without phase data"), UserMessages::Exclamation,
+                                   tr("Paste error"));
+        if (!self)
+            return;
+    }
+    SetModified();
+    m_graph.PEactions(graph::Reinitialise);
+    UpdateToolBars();
+    Q_EMIT dataChanged(intSubset);
+}
+
+bool PenDocument::SniffClipboardData()
+{
+    m_canPaste =
+        m_context.clipboard != nullptr && pentransfer::canPaste(m_context.clipboard->text(), pgiTestType());
+    m_popup.showPaste(m_canPaste);
+    Q_EMIT canPasteChanged(m_canPaste);
+    return m_canPaste;
+}
+
+QString PenDocument::ExportToStringRows()
+{
+    const QPointer<PenDocument> self(this);
+    QString grid = m_graph.MainTitle() + kLineEnd;
+    for (int subset = 0; subset < kPens; ++subset) {
+        grid += m_graph.SubsetLabels(subset);
+        for (int point = 0; point < m_graph.Points(); ++point) {
+            grid += kTab;
+            grid += values::decimalText(m_graph.YData(subset, point));
+            QCoreApplication::processEvents();
+            if (!self)
+                return QString();
+        }
+        grid += kLineEnd;
+    }
+    return grid;
+}
+
+QString PenDocument::ExportToStringColumns() const
+{
+    QString grid = m_graph.MainTitle() + kLineEnd + m_graph.XAxisLabel();
+    for (int subset = 0; subset < m_graph.Subsets(); ++subset) {
+        grid += kTab;
+        grid += m_graph.SubsetLabels(subset);
+    }
+    grid += kLineEnd;
+    for (int point = 0; point < m_graph.Points() && m_graph.XData(0, point) != 0.0F; ++point) {
+        grid += values::decimalText(m_graph.XData(0, point));
+        for (int subset = 0; subset < m_graph.Subsets(); ++subset) {
+            grid += kTab;
+            grid += values::decimalText(m_graph.YData(subset, point));
+        }
+        grid += kLineEnd;
+    }
+    return grid;
+}
+
+// Saving --------------------------------------------------------------------------------------------------------------
+
+QString PenDocument::GetVersion() const
+{
+    return VersionText::programVersion(m_graph.TXAxisLabel());
+}
+
+QString PenDocument::SetVersion() const
+{
+    const QString software = QStringLiteral("%1 V%2").arg(MainModule::programTitle(), MainModule::versionText());
+    return VersionText::next(m_graph.TXAxisLabel(), software, m_context.source.instrument(),
+                             QLocale().toString(QDate::currentDate(), QLocale::ShortFormat));
+}
 
 bool PenDocument::askFileName(QString& sFile)
 {
@@ -45,75 +145,80 @@ bool PenDocument::askFileName(QString& sFile)
         folder = QCoreApplication::applicationDirPath();
     const QString name = PlotFileNames::proposed(m_graph.MainTitle() == kNoTitle ? m_caption : m_graph.MainTitle());
     const QString picked =
-        m_context.filePicker->saveFileName(tr("Save As"), PlotFileNames::saveFilter(pgiTestType), folder, name);
+        m_context.filePicker->saveFileName(tr("Save As"), PlotFileNames::saveFilter(pgiTestType()), folder, name);
     if (picked.isEmpty())
         return false;
     sFile = picked;
     return true;
 }
 
+bool PenDocument::mayWrite(const QString& asked, bool bfAs, bool bfOverwrite)
+{
+    const QPointer<PenDocument> self(this);
+    const QString target = PlotFileNames::completed(asked, pgiTestType());
+    if (PlotFileNames::isCutInFolder(asked)) {
+        const int reply = m_context.messages.message(
+            tr("The name of a plot ends at its first dot, and a folder's name holds one here.\n"
+               "The plot would be saved as \"%1\". Save it there?")
+                .arg(target),
+            UserMessages::YesNo | UserMessages::Question, tr("Save As"));
+        if (!self || reply != UserMessages::ReplyYes)
+            return false;
+    }
+    if (bfOverwrite || (!bfAs && PlotFileNames::sameFile(target, m_ownFile)))
+        return true;
+    return MainModule::QuestionOverwriteFile(target, m_context.messages) && self;
+}
+
 bool PenDocument::fileSave(bool bfAs, bool bfOverwrite)
 {
     const QPointer<PenDocument> self(this);
-    if (gsFileName.isEmpty())
+    if (m_fileName.isEmpty())
         bfAs = true;
-    const QString before = gsFileName;
-    if (bfAs) {
-        QString picked;
-        if (!askFileName(picked) || !self)
-            return false;
-        if (!bfOverwrite) {
-            const QString target = PlotFileNames::completed(picked, pgiTestType);
-            const bool replace = MainModule::QuestionOverwriteFile(target, m_context.messages);
-            if (!self || !replace)
-                return false;
-        }
-        gsFileName = picked;
-    }
-    m_graph.setMultiSubTitles(0, lockText());
+    QString name = m_fileName;
+    if (bfAs && (!askFileName(name) || !self))
+        return false;
+    if (!mayWrite(name, bfAs, bfOverwrite))
+        return false;
+    const QString before = m_fileName;
+    m_fileName = name;
+    m_pens.storeLocks();
     // The settings string is made but not kept: plots never carried it.
-    static_cast<void>(m_gclsTestSettings->SaveToString());
-    const bool saved = fileSavePlot(gsFileName);
+    static_cast<void>(m_testSettings.SaveToString());
+    const bool saved = fileSavePlot(m_fileName);
     if (!self)
         return false;
     if (!saved) {
-        gsFileName = before;
+        m_fileName = before;
         return false;
     }
-    m_context.host.UpdateQuickFileList(gsFileName);
+    Q_EMIT fileUsed(m_fileName);
+    if (!self)
+        return false;
     if (bfAs)
-        setCaption(gsFileName);
-    gbfModified = false;
-    UpdateToolBars();
+        setCaption(m_fileName);
+    setModified(false);
     return true;
 }
 
 bool PenDocument::fileSavePlot(QString& sFileName)
 {
-    gsFileName = sFileName;
-    sFileName = PlotFileNames::completed(sFileName, pgiTestType);
+    m_fileName = sFileName;
+    sFileName = PlotFileNames::completed(sFileName, pgiTestType());
     const QString target = sFileName;
-    const QString titleBefore = m_graph.MainTitle();
-    const QString versionBefore = m_graph.TXAxisLabel();
-    if (m_graph.MainTitle() == kNoTitle)
-        m_graph.setMainTitle(target);
-    m_graph.setTXAxisLabel(SetVersion());
+    const QString version = SetVersion();
     // The active document shows the test information, whichever is saved.
-    if (PenDocument* active = m_context.host.activeDocument(); active != nullptr) {
-        GraphModel& shown = active->m_graph;
-        if (!shown.SubTitle().isEmpty() && shown.TXAxisLabel().contains(QLatin1String(" | ")))
-            shown.setSubTitle(subTitleOf(shown.TXAxisLabel()));
-    }
-    m_graph.PEactions(graph::Reinitialise);
-    if (const Outcome saved = GraphFile::PEsavetofile(m_graph, target); !saved) {
-        m_graph.setMainTitle(titleBefore);
-        m_graph.setTXAxisLabel(versionBefore);
-        m_graph.PEactions(graph::Reinitialise);
+    if (PenDocument* active = m_context.active.get(); active != nullptr && active != this)
+        plotfile::showVersionInSubTitle(active->m_graph);
+    else if (active == this && !m_graph.SubTitle().isEmpty())
+        m_graph.setSubTitle(VersionText::subTitle(version));
+    if (const Outcome saved = plotfile::save(m_graph, target, version); !saved) {
         m_context.messages.message(tr("The plot is not saved. %1").arg(saved.sentence()), UserMessages::Stop,
                                    tr("Save File Error"));
         return false;
     }
-    gbfModified = false;
+    m_ownFile = target;
+    setModified(false);
     return true;
 }
 
@@ -121,49 +226,36 @@ Outcome PenDocument::fileLoadPlot(const QString& sFileName)
 {
     if (const Outcome loaded = GraphFile::PEloadfromfile(m_graph, sFileName); !loaded)
         return loaded;
-    gcolZooms.RemoveStoredZooms(0);
+    m_ownFile = sFileName;
+    forgetZooms();
+    forgetCursor(-1);
     const QPointer<PenDocument> self(this);
-    m_context.host.processEvents();
+    QCoreApplication::processEvents();
     if (!self)
         return closedMeanwhile();
     graphUpdateStyle();
-    m_context.host.UpdateQuickFileList(sFileName);
+    Q_EMIT fileUsed(sFileName);
+    if (!self)
+        return closedMeanwhile();
     InitialiseSettings(sFileName, sFileName);
     if (!self)
         return closedMeanwhile();
 
-    m_graph.setWorkingTable(kFormatTable);
-    if (m_graph.TAColumns() != 2) {
-        m_graph.setTARows(1);
-        m_graph.setTAColumns(2);
-        m_graph.setTAText(0, 0, kCurrentFormat);
-    }
-    const QString format = m_graph.TAText(0, 0);
-    giDocumentVersion = values::roundToInt16(values::tolerantNumber(format));
-    m_viewOnly = format != kCurrentFormat;
-    m_graph.setWorkingTable(kMaskTable);
-    if (m_viewOnly) {
-        for (const int item :
-             {PopupViewOptions, PopupAddText, PopupAnalysis, PopupView, PopupPhase, PopupCut, PopupCopy, PopupExport}) {
-            if (m_graph.CustomMenuState(item, 0) != graph::MenuHidden)
-                m_graph.setCustomMenuState(item, 0, graph::MenuGreyed);
-        }
-    }
+    const plotfile::Format format = plotfile::readFormat(m_graph);
+    m_version = format.number;
+    m_viewOnly = !format.current;
+    if (m_viewOnly)
+        m_popup.limitToViewing();
+    UpdateToolBars();
+    Q_EMIT dataChanged(-1);
     return Outcome::success();
 }
 
 bool PenDocument::QueryClose()
 {
-    if (!m_context.state.gbfSuppressPrompts && !gbfClosing)
-        return false;
     const QPointer<PenDocument> self(this);
-    if (m_context.state.gbfPlotting && m_context.host.QuestionTestCancel())
-        return false;
-    if (!self)
-        return false;
-
     int reply = UserMessages::ReplyNo;
-    if (gbfModified && giDocumentVersion <= 1) {
+    if (m_modified && m_version <= 1) {
         reply = m_context.messages.message(tr("Save before closing %1?").arg(m_caption),
                                            UserMessages::YesNoCancel | UserMessages::Question, tr("Save Document"));
         if (!self)
@@ -183,8 +275,6 @@ bool PenDocument::QueryClose()
         m_context.messages.message(tr("Error in form unload"), UserMessages::Stop, tr("Save File Error"));
         return false;
     }
-    DocumentHost& host = m_context.host;
-    host.removeDocument(gstrKey);
-    host.defaultToolBars();
+    Q_EMIT closed();
     return true;
 }

@@ -1,291 +1,302 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Axes, views and the extent that goes to the instrument.
-#include "controls/korvalink/KorvaLink.h"
-#include "document/DocumentHost.h"
-#include "document/GraphScope.h"
-#include "document/GraphTexts.h"
+// Views, zoom and the extent that a sweep follows.
+#include "document/GraphStyle.h"
 #include "document/PenDocument.h"
-#include "instrument/InstrumentMirror.h"
+#include "document/PlotSource.h"
 #include "prefs/Preferences.h"
-#include "program/ProgramState.h"
-#include "values/Conversions.h"
 
+#include <QCoreApplication>
 #include <QPointer>
 
-#include <algorithm>
 #include <cmath>
-
-using namespace graphtexts;
-
-namespace {
-
-/// Degrees; the "180" axis carries the negated magnitude, the "360" axis the signed phase.
-constexpr double kHalfCycleMin = -180, kHalfCycleMax = 0;
-constexpr double kWholeCycleMin = -180, kWholeCycleMax = 180;
-
-void setTitle(GraphModel& graph, int axis, QLatin1String title)
-{
-    const AxisScope scope(graph, axis);
-    graph.setYAxisLabel(title);
-}
-
-void setManualControl(GraphModel& graph, std::initializer_list<int> axes, bool automatic)
-{
-    for (const int axis : axes) {
-        const AxisScope scope(graph, axis);
-        graph.setManualScaleControlY(automatic ? graph::ScaleAutomatic : graph::ScaleManual);
-    }
-}
-
-void setYScale(GraphModel& graph, std::initializer_list<int> axes, bool linear)
-{
-    for (const int axis : axes) {
-        const AxisScope scope(graph, axis);
-        graph.setYAxisScaleControl(linear ? graph::ScaleLinear : graph::ScaleLogarithmic);
-    }
-}
-
-} // namespace
-
-void PenDocument::setManualLimits(int axis, int control, double minimum, double maximum)
-{
-    const AxisScope scope(m_graph, axis);
-    m_graph.setManualScaleControlY(control);
-    m_graph.setManualMinY(minimum);
-    m_graph.setManualMaxY(maximum);
-}
 
 void PenDocument::graphConfigureTestType(std::int16_t iTestType)
 {
-    const InstrumentMirror& mirror = m_context.mirror;
-    pgiTestType = iTestType;
-    gbfAltSubset = false;
-    giPhaseView = 0;
-    giDisplayRG = iTestType == Reactance ? 1 : 0;
-    switch (iTestType) {
-    case Amplitude:
-        setManualLimits(0, graph::ScaleManual, mirror.dblAmpMinDb, mirror.dblAmpMaxDb);
-        setManualLimits(1, graph::ScaleManual, -mirror.dblAmpMaxDb, -mirror.dblAmpMinDb);
-        break;
-    case Impedance:
-        setManualLimits(0, graph::ScaleManual, mirror.dblImpMinOhms, mirror.dblImpMaxOhms);
-        if (mirror.dblImpMinOhms > 0 && mirror.dblImpMaxOhms > 0)
-            setManualLimits(1, graph::ScaleManual, 1.0 / mirror.dblImpMaxOhms, 1.0 / mirror.dblImpMinOhms);
-        break;
-    case Reactance:
-        setManualLimits(0, graph::ScaleAutomatic, mirror.dblReactanceAxisMin, mirror.dblReactanceAxisMax);
-        setManualLimits(1, graph::ScaleAutomatic, mirror.dblSusceptanceAxisMin, mirror.dblSusceptanceAxisMax);
-        setManualLimits(2, graph::ScaleAutomatic, mirror.dblConductanceAxisMin, mirror.dblConductanceAxisMax);
-        setManualLimits(3, graph::ScaleAutomatic, mirror.dblResistanceAxisMin, mirror.dblResistanceAxisMax);
-        break;
-    default:
-        break;
-    }
-    if (iTestType == Amplitude || iTestType == Impedance) {
-        setManualLimits(2, graph::ScaleManual, kHalfCycleMin, kHalfCycleMax);
-        setManualLimits(3, graph::ScaleManual, kWholeCycleMin, kWholeCycleMax);
-    }
-    setYScale(m_graph, {0, 1}, iTestType != Impedance);
-    setYScale(m_graph, {2, 3}, true);
-    nameAxes();
-
-    gbfPenHide.fill(false);
+    m_view.configureTest(iTestType, m_context.source.limits());
+    m_pens.setAllHidden(false);
     graphUpdateDisplayedPens();
     for (int pen = 0; pen < kPens; ++pen)
         graphResetPenName(pen);
-    m_graph.setMultiSubTitles(0, lockText());
-}
-
-void PenDocument::nameAxes()
-{
-    QLatin1String main(""), alternate("");
-    switch (pgiTestType) {
-    case Amplitude:
-        main = kGain;
-        alternate = kLoss;
-        break;
-    case Impedance:
-        main = kImpedance;
-        alternate = kAdmittance;
-        break;
-    case Reactance:
-        main = kReactance;
-        alternate = kSusceptance;
-        break;
-    default:
-        break;
-    }
-    setTitle(m_graph, 0, gbfAltSubset ? kSwitchedOff : main);
-    setTitle(m_graph, 1, gbfAltSubset ? alternate : kSwitchedOff);
-    if (pgiTestType == Reactance) {
-        setTitle(m_graph, 2, giDisplayRG == 2 ? kConductance : kSwitchedOff);
-        setTitle(m_graph, 3, giDisplayRG == 1 ? kResistance : kSwitchedOff);
-    } else {
-        setTitle(m_graph, 2, giPhaseView == 1 ? kPhase : kSwitchedOff);
-        setTitle(m_graph, 3, giPhaseView == 2 ? kPhase : kSwitchedOff);
-    }
-    m_graph.setWorkingAxis(0);
+    m_pens.storeLocks();
 }
 
 void PenDocument::graphConfigureFrequncyView(bool Linear)
 {
-    const InstrumentMirror& mirror = m_context.mirror;
-    gbfXLinear = Linear;
-    m_graph.setXAxisLabel(kFrequency);
-    m_graph.setXAxisScaleControl(Linear ? graph::ScaleLinear : graph::ScaleLogarithmic);
-    m_graph.setManualScaleControlX(graph::ScaleManual);
-    // A sweep fills the graph that it was set up for.
-    const double start = std::min(mirror.dblStartFrequency, mirror.dblEndFrequency);
-    const double end = std::max(mirror.dblStartFrequency, mirror.dblEndFrequency);
-    const bool sweep = start > 0 && start < end;
-    m_graph.setManualMinX(sweep ? start : mirror.dblAmpMinFreq);
-    m_graph.setManualMaxX(sweep ? end : mirror.dblAmpMaxFreq);
+    m_view.configureFrequency(Linear, m_context.source.limits());
 }
 
 void PenDocument::graphSetDefaultView()
 {
-    const Preferences& preferences = m_context.preferences;
-    const auto phaseView = [&preferences](const options::Option<options::Integer>& option) {
-        return values::roundToInt16(preferences.value(option));
-    };
+    const bool linearBefore = m_view.isFrequencyLinear();
+    m_view.setDefaults(m_context.preferences);
+    graphUpdateDisplayedPens();
+    m_popup.showView(m_view);
+    forgetZooms();
     const QPointer<PenDocument> self(this);
-    switch (pgiTestType) {
-    case Amplitude:
-        setManualControl(m_graph, {0, 1}, preferences.value(options::kAmplitudeAxisScaleAuto));
-        graphSetPhase(phaseView(options::kAmplitudePhaseGraph));
-        graphSetFrequecyLinear(preferences.value(options::kAmplitudeAxisScaleLin));
-        break;
-    case Impedance:
-        setManualControl(m_graph, {0, 1}, preferences.value(options::kImpedanceDisplayLimits) == options::kAutoLimits);
-        ImpedanceLinear(false);
-        graphSetPhase(phaseView(options::kImpedancePhaseGraph));
-        graphSetFrequecyLinear(preferences.value(options::kImpedanceAxisScaleLin));
-        break;
-    case Reactance: {
-        setManualControl(m_graph, {0, 1}, preferences.value(options::kReactanceReactAuto));
-        setManualControl(m_graph, {2, 3}, preferences.value(options::kReactanceResAuto));
-        const bool impedance = preferences.value(options::kReactanceImpedance);
-        graphSetAlternateView(!impedance);
-        if (!self)
-            return;
-        graphSetRG(impedance ? 1 : 2);
-        graphSetFrequecyLinear(!preferences.value(options::kReactanceFreqLog));
-        break;
-    }
-    default:
-        break;
-    }
-    if (self)
-        m_graph.PEactions(graph::Reinitialise);
+    // The view of a graph that no one has seen is no change of a zoom: what follows goes on from the full extent.
+    m_graph.PEactions(graph::UndoZoom);
+    if (!self)
+        return;
+    m_graph.PEactions(graph::Reinitialise);
+    m_zoomExtents = true;
+    showZoom();
+    Q_EMIT viewChanged();
+    if (self && m_view.isFrequencyLinear() != linearBefore)
+        UpdateTestExtents(m_graph.ManualMinX(), m_graph.ManualMaxX());
+}
+
+void PenDocument::graphSetDefaultApperance()
+{
+    graphstyle::setDefaults(m_graph, m_context.preferences);
+    m_graph.PEactions(graph::Reinitialise);
+}
+
+void PenDocument::graphSetTickColour(std::uint32_t lColour)
+{
+    m_graph.setTickColor(lColour);
+    m_graph.PEactions(graph::Reinitialise);
+}
+
+void PenDocument::graphUpdateStyle()
+{
+    graphstyle::update(m_graph);
+    m_graph.PEactions(graph::Reinitialise);
 }
 
 void PenDocument::graphSetAlternateView(bool bfAlternate)
 {
-    gbfAltSubset = bfAlternate;
-    nameAxes();
-    updatePopupChecks();
+    m_view.setAlternate(bfAlternate);
+    m_popup.showView(m_view);
     graphUpdateDisplayedPens();
     // The Y limits of stored zooms belong to the other quantity.
-    gcolZooms.RemoveStoredZooms(0);
+    forgetZooms();
     const QPointer<PenDocument> self(this);
     m_graph.PEactions(graph::UndoZoom);
     if (!self)
         return;
-    gbfZoomExtents = true;
-    updateZoomButtons();
+    m_zoomExtents = true;
+    showZoom();
+    Q_EMIT viewChanged();
 }
 
 void PenDocument::graphSetPhase(std::int16_t View)
 {
-    if ((pgiTestType != Amplitude && pgiTestType != Impedance) || View < 0 || View > 2)
+    if (!m_view.setPhaseView(View))
         return;
-    giPhaseView = View;
-    nameAxes();
-    updatePopupChecks();
+    m_popup.showView(m_view);
     graphUpdateDisplayedPens();
     m_graph.PEactions(graph::Reinitialise);
+    Q_EMIT viewChanged();
 }
 
 void PenDocument::graphSetRG(std::int16_t View)
 {
-    if (pgiTestType != Reactance || View < 0 || View > 2)
+    if (!m_view.setRGView(View))
         return;
-    giDisplayRG = View;
-    nameAxes();
-    updatePopupChecks();
+    m_popup.showView(m_view);
     graphUpdateDisplayedPens();
     m_graph.PEactions(graph::Reinitialise);
+    Q_EMIT viewChanged();
 }
 
 void PenDocument::graphSetAmpScale(std::int16_t iMax, std::int16_t iMin)
 {
-    setManualLimits(0, graph::ScaleManual, iMin, iMax);
-    setManualLimits(1, graph::ScaleManual, -iMax, -iMin);
+    m_view.setAmplitudeLimits(iMin, iMax);
     m_graph.PEactions(graph::Reinitialise);
+    Q_EMIT viewChanged();
 }
 
 void PenDocument::graphSetFrequecyLinear(bool bfXLin)
 {
-    const bool changes = gbfXLinear != bfXLin;
-    gbfXLinear = bfXLin;
-    m_graph.setXAxisScaleControl(bfXLin ? graph::ScaleLinear : graph::ScaleLogarithmic);
+    const bool changes = m_view.isFrequencyLinear() != bfXLin;
+    m_view.setFrequencyLinear(bfXLin);
     // Stored X limits are exponents on one scale and plain on the other.
-    gcolZooms.RemoveStoredZooms(0);
+    forgetZooms();
     const QPointer<PenDocument> self(this);
     m_graph.PEactions(graph::UndoZoom);
     if (!self)
         return;
-    gbfZoomExtents = true;
-    updateZoomButtons();
+    m_zoomExtents = true;
+    showZoom();
+    Q_EMIT viewChanged();
     if (changes)
         UpdateTestExtents(m_graph.ManualMinX(), m_graph.ManualMaxX());
 }
 
 void PenDocument::graphUpdateDisplayedPens()
 {
-    const bool reactance = pgiTestType == Reactance;
-    const bool third = reactance ? giDisplayRG == 2 : giPhaseView == 1;
-    const bool fourth = reactance ? giDisplayRG == 1 : giPhaseView == 2;
-    const auto show = [this](int subset, bool shown) { m_graph.setRandomSubsetsToGraph(subset, shown ? subset : -1); };
-    for (int pen = 0; pen < kPens; ++pen) {
-        const bool shown = !isHidden(pen);
-        show(pen, shown && !gbfAltSubset);
-        show(pen + kPens, shown && gbfAltSubset);
-        show(pen + 2 * kPens, shown && third);
-        show(pen + 3 * kPens, shown && fourth);
-    }
+    m_view.showPens(m_pens);
 }
 
 void PenDocument::ImpedanceLinear(bool bfLinear)
 {
-    setYScale(m_graph, {1, 0}, bfLinear);
+    m_view.setImpedanceLinear(bfLinear);
+    // Y limits of zooms are exponents on one scale and plain on the other.
+    const QPointer<PenDocument> self(this);
+    if (m_graph.Zoomed() || m_zooms.count() > 0) {
+        forgetZooms();
+        m_graph.PEactions(graph::UndoZoom);
+        if (!self)
+            return;
+        m_zoomExtents = true;
+        showZoom();
+    }
     m_graph.PEactions(graph::Reinitialise);
+    Q_EMIT viewChanged();
 }
+
+void PenDocument::setMarkDataPoints(bool on)
+{
+    m_graph.setMarkDataPoints(on);
+    m_graph.PEactions(graph::Reinitialise);
+    SetModified();
+    m_popup.showView(m_view);
+    showZoom();
+    Q_EMIT viewChanged();
+}
+
+void PenDocument::popupClicked(int item, int sub)
+{
+    if (!m_popup.isOffered(item, sub))
+        return;
+    if (item != PopupView && item != PopupPhase) {
+        Q_EMIT popupCommand(item, sub);
+        return;
+    }
+    if (sub < 1)
+        return;
+    SetModified();
+    const QPointer<PenDocument> self(this);
+    if (item == PopupView) {
+        graphSetAlternateView(sub == 2);
+    } else if (pgiTestType() == Reactance) {
+        graphSetRG(sub == 2 ? plot::Conductance : plot::Resistance);
+        if (self)
+            graphSetAlternateView(sub == 2);
+    } else if (pgiTestType() == Amplitude) {
+        graphSetPhase(static_cast<std::int16_t>(sub == 3 ? plot::NoPhase : sub));
+    } else {
+        graphSetPhase(sub == 1 ? plot::WholeCycle : plot::NoPhase);
+    }
+}
+
+// Extent --------------------------------------------------------------------------------------------------------------
 
 void PenDocument::SendGraphExtents()
 {
-    if (!m_graph.Zoomed() && m_context.mirror.bfGraphExtents)
+    if (!m_graph.Zoomed() && m_context.source.followsExtent())
         UpdateTestExtents(m_graph.ManualMinX(), m_graph.ManualMaxX());
     else
-        UpdateTestExtents(m_gdblTestMinFreq, m_gdblTestMaxFreq);
+        UpdateTestExtents(m_testMinFreq, m_testMaxFreq);
 }
 
 void PenDocument::UpdateTestExtents(double lMinFreq, double lMaxFreq)
 {
     const QPointer<PenDocument> self(this);
-    m_context.host.processEvents();
-    if (!self || m_context.state.gbfSweepActive)
+    QCoreApplication::processEvents();
+    if (!self || m_context.source.extentHeld())
         return;
-    m_gdblTestMinFreq = lMinFreq;
-    m_gdblTestMaxFreq = lMaxFreq;
-    KorvaLink& device = m_context.device;
-    if (!device.Connected() || !gbfSendZoom || !m_context.mirror.bfGraphExtents)
+    m_testMinFreq = lMinFreq;
+    m_testMaxFreq = lMaxFreq;
+    // The exponents of a zoom can lie beyond any frequency: that is nothing to sweep.
+    if (gbfSendZoom && std::isfinite(lMinFreq) && std::isfinite(lMaxFreq))
+        Q_EMIT testExtentChanged(lMinFreq, lMaxFreq, m_graph.XAxisScaleControl() != graph::ScaleLogarithmic);
+}
+
+void PenDocument::sendZoomExtent()
+{
+    const graph::ZoomLimits& limits = m_graph.zoomLimits();
+    UpdateTestExtents(m_view.plainX(limits.ZoomMinX), m_view.plainX(limits.ZoomMaxX));
+}
+
+// Zoom ----------------------------------------------------------------------------------------------------------------
+
+void PenDocument::zoomedIn()
+{
+    m_zoomExtents = false;
+    const QPointer<PenDocument> self(this);
+    sendZoomExtent();
+    if (!self)
         return;
-    // The exponents of a zoom can lie beyond any frequency: that is nothing to command.
-    if (!std::isfinite(lMinFreq) || !std::isfinite(lMaxFreq))
+    m_zooms.StoreZoom();
+    showZoom();
+    gbfSendZoom = true;
+}
+
+void PenDocument::zoomedOut()
+{
+    const QPointer<PenDocument> self(this);
+    UpdateTestExtents(m_graph.ManualMinX(), m_graph.ManualMaxX());
+    if (!self)
         return;
-    device.Write(QStringLiteral("startfreq %1\r").arg(values::plainDecimalText(lMinFreq)));
-    device.Write(QStringLiteral("endfreq %1\r").arg(values::plainDecimalText(lMaxFreq)));
-    device.Write(m_graph.XAxisScaleControl() == graph::ScaleLogarithmic ? QStringLiteral("linear 0\r")
-                                                                        : QStringLiteral("linear 1\r"));
+    m_zoomExtents = true;
+    m_zooms.ReturnToExtents();
+    SetModified();
+    showZoom();
+}
+
+void PenDocument::ZoomExtents()
+{
+    // The graph raises ZoomOut, which does the rest.
+    if (m_graph.Zoomed())
+        m_graph.PEactions(graph::UndoZoom);
+}
+
+void PenDocument::UndooZoom()
+{
+    const QPointer<PenDocument> self(this);
+    const ZoomHistory::Step step = m_zooms.UndooZoom();
+    if (!self)
+        return;
+    m_zoomExtents = step == ZoomHistory::Step::Extents;
+    // Where a zoom was left for the full extent, the graph's ZoomOut has told its extent already.
+    if (step == ZoomHistory::Step::Node)
+        sendZoomExtent();
+    if (!self)
+        return;
+    showZoom();
+    SetModified();
+}
+
+void PenDocument::RedooZoom()
+{
+    if (m_zooms.RedooZoom() == ZoomHistory::Step::None)
+        return;
+    m_zoomExtents = false;
+    const QPointer<PenDocument> self(this);
+    sendZoomExtent();
+    if (!self)
+        return;
+    showZoom();
+    SetModified();
+}
+
+void PenDocument::GetZoomLimits(double& dblZoomMaxX, double& dblZoomMaxY, double& dblZoomMinX, double& dblZoomMinY,
+                                double& dblZoomMaxTX, double& dblZoomMinTX) const
+{
+    const clsGraphZoomNode node = m_zooms.GetZoomLimits();
+    dblZoomMaxX = node.dblZoomMaxX;
+    dblZoomMaxY = node.dblZoomMaxY;
+    dblZoomMinX = node.dblZoomMinX;
+    dblZoomMinY = node.dblZoomMinY;
+    dblZoomMaxTX = node.dblZoomMaxTX;
+    dblZoomMinTX = node.dblZoomMinTX;
+}
+
+void PenDocument::RemoveStoredZooms(int intIndex)
+{
+    m_zooms.RemoveStoredZooms(intIndex);
+    showZoom();
+}
+
+void PenDocument::forgetZooms()
+{
+    m_zooms.RemoveStoredZooms(0);
+}
+
+void PenDocument::showZoom()
+{
+    m_popup.showZoom(m_zooms);
+    m_graph.PEactions(graph::Redraw);
+    Q_EMIT zoomChanged();
 }

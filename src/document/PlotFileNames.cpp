@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/PlotFileNames.h"
 
+#include "document/TestType.h"
 #include "program/MainModule.h"
 
 #include <QCoreApplication>
@@ -9,9 +10,6 @@
 namespace PlotFileNames {
 
 namespace {
-
-constexpr std::int16_t kAmplitude = 1;
-constexpr std::int16_t kImpedance = 2;
 
 struct Texts
 {
@@ -23,9 +21,9 @@ struct Texts
 QString extension(std::int16_t testType)
 {
     switch (testType) {
-    case kAmplitude:
+    case plot::Amplitude:
         return QStringLiteral(".gad");
-    case kImpedance:
+    case plot::Impedance:
         return QStringLiteral(".gzd");
     default:
         return QString();
@@ -35,9 +33,9 @@ QString extension(std::int16_t testType)
 QString saveFilter(std::int16_t testType)
 {
     switch (testType) {
-    case kAmplitude:
+    case plot::Amplitude:
         return Texts::tr("Amplitude files (*.gad)|*.gad");
-    case kImpedance:
+    case plot::Impedance:
         return Texts::tr("Impedance files (*.gzd)|*.gzd");
     default:
         return QString();
@@ -52,6 +50,11 @@ QString openFilter()
 QString completed(const QString& fileName, std::int16_t testType)
 {
     return fileName.left(fileName.indexOf(QLatin1Char('.'))) + extension(testType);
+}
+
+bool isCutInFolder(const QString& fileName)
+{
+    return MainModule::PathOfFile(fileName).contains(QLatin1Char('.'));
 }
 
 QString proposed(const QString& title)

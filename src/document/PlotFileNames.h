@@ -16,6 +16,8 @@ QString saveFilter(std::int16_t testType);
 QString openFilter();
 /// The name under which a plot is written: cut at its first "." anywhere, folders included, then the extension.
 QString completed(const QString& fileName, std::int16_t testType);
+/// True when that cut falls into the name of a folder, so that the plot would not be written where the name says.
+bool isCutInFolder(const QString& fileName);
 /// Name to propose for a document: the last component of its title, or "fileName" when a file cannot bear that.
 QString proposed(const QString& title);
 /// True when both name the same file.

@@ -42,6 +42,12 @@ QString next(const QString& old, const QString& software, const QString& instrum
     return software + kInstrumentMark + saved.instrument + kDateMark + saved.date;
 }
 
+QString subTitle(const QString& text)
+{
+    const qsizetype mark = text.indexOf(kInstrumentMark);
+    return mark < 0 ? QString() : text.left(mark + 1) + QLatin1Char(' ') + text.mid(mark + kInstrumentMark.size());
+}
+
 QString programVersion(const QString& text)
 {
     const QString unknown = QStringLiteral("0.0");

@@ -22,6 +22,10 @@ Parts parts(const QString& text);
 /// connected.
 QString next(const QString& old, const QString& software, const QString& instrument, const QString& today);
 
+/// The text as a subtitle shows it: up to and including the blank that opens " | ", a blank, and what is behind that mark;
+/// empty for a text without the mark.
+QString subTitle(const QString& text);
+
 /// "major.minor" out of the software part, "0.0" when the text has none.
 QString programVersion(const QString& text);
 

@@ -29,6 +29,8 @@ public:
     void StoreZoom();
     /// Nodes past the first intIndex go; 0 empties the list and returns to position 0.
     void RemoveStoredZooms(int intIndex);
+    /// The graph has gone to its full extent on its own: position 0, from which every stored zoom can be redone.
+    void ReturnToExtents() { m_index = 0; }
     enum class Step
     {
         None,    ///< nothing to step to

@@ -62,8 +62,18 @@ Q_SIGNALS:
 
     /// The instrument has started a sweep into the current pen of this document.
     void sweepStarted(PenDocument* document);
+    /// The program has gone from viewing to plotting, or back.
+    void plottingChanged(bool plotting);
     /// Point (from 0) has been taken by the document under test. Raised once for each point.
     void pointStored(PenDocument* document, int point);
+    /// The instrument has asked to show the sweep as far as it has come.
+    void pointShown(PenDocument* document, int point);
     /// The sweep has ended, complete or stopped; null when its document has gone.
     void sweepEnded(PenDocument* document);
+    /// All points of the sweep have been sent: the turn went to the next pen of this document.
+    void pointsFinished(PenDocument* document);
+
+    // Script ---------------------------------------------------------------------------------------------------------
+
+    void scriptRunning(bool running);
 };

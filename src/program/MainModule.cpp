@@ -64,6 +64,11 @@ std::int16_t component(std::int32_t colour, int shift)
 
 namespace MainModule {
 
+QString programTitle()
+{
+    return QStringLiteral("MarrowickGraph");
+}
+
 int versionMajor()
 {
     return MG_VERSION_MAJOR;

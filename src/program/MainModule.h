@@ -13,6 +13,8 @@ namespace MainModule {
 inline constexpr std::int32_t kWhite = 0xFFFFFF;
 inline constexpr std::int32_t kBlack = 0;
 
+/// The program's title without instance number; key of the settings store.
+QString programTitle();
 // The program's version.
 int versionMajor();
 int versionMinor();

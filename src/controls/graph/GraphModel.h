@@ -29,8 +29,9 @@ class GraphModel : public QObject
 public:
     static constexpr int kMaxSubsets = 64;
     static constexpr int kMaxPoints = 65536;
+    static constexpr int kUsualPoints = 1024;
     /// Sizes are held to 1 to kMaxSubsets and 1 to kMaxPoints and never change again.
-    explicit GraphModel(int subsets = 40, int points = 1024, QObject* parent = nullptr);
+    explicit GraphModel(int subsets = 40, int points = kUsualPoints, QObject* parent = nullptr);
     ~GraphModel() override;
 
     // Data -----------------------------------------------------------------------------------------------------------

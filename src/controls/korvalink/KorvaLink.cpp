@@ -3,7 +3,7 @@
 
 #include "controls/korvalink/DeviceList.h"
 #include "controls/korvalink/FrameBuffer.h"
-#include "controls/korvalink/PolarConversion.h"
+#include "controls/polar/PolarConversion.h"
 #include "controls/korvalink/WriteQueue.h"
 #include "controls/linklog/LinkLogWriter.h"
 

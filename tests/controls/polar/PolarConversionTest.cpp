@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "controls/korvalink/PolarConversion.h"
+#include "controls/polar/PolarConversion.h"
 
 #include <cmath>
 #include <complex>
