@@ -7,10 +7,11 @@
 #include "document/GraphTexts.h"
 #include "document/PenDocument.h"
 #include "document/PlotFileNames.h"
+#include "document/VersionText.h"
 #include "instrument/clsTestSettings.h"
 #include "prefs/Preferences.h"
-#include "program/MainModule.h"
 #include "program/ProgramState.h"
+#include "program/Questions.h"
 #include "program/UserMessages.h"
 #include "values/Conversions.h"
 
@@ -20,14 +21,6 @@
 using namespace graphtexts;
 
 namespace {
-
-/// The subtitle that shows the version text has one blank in place of the mark behind the software part.
-QString subTitleOf(const QString& versionText)
-{
-    const QLatin1String mark(" | ");
-    const qsizetype at = versionText.indexOf(mark);
-    return versionText.left(at + 1) + QLatin1Char(' ') + versionText.mid(at + mark.size());
-}
 
 Outcome closedMeanwhile()
 {
@@ -64,7 +57,7 @@ bool PenDocument::fileSave(bool bfAs, bool bfOverwrite)
             return false;
         if (!bfOverwrite) {
             const QString target = PlotFileNames::completed(picked, pgiTestType);
-            const bool replace = MainModule::QuestionOverwriteFile(target, m_context.messages);
+            const bool replace = questions::QuestionOverwriteFile(target, m_context.messages);
             if (!self || !replace)
                 return false;
         }
@@ -101,8 +94,8 @@ bool PenDocument::fileSavePlot(QString& sFileName)
     // The active document shows the test information, whichever is saved.
     if (PenDocument* active = m_context.host.activeDocument(); active != nullptr) {
         GraphModel& shown = active->m_graph;
-        if (!shown.SubTitle().isEmpty() && shown.TXAxisLabel().contains(QLatin1String(" | ")))
-            shown.setSubTitle(subTitleOf(shown.TXAxisLabel()));
+        if (const auto subTitle = VersionText::subTitle(shown.TXAxisLabel()); subTitle && !shown.SubTitle().isEmpty())
+            shown.setSubTitle(*subTitle);
     }
     m_graph.PEactions(graph::Reinitialise);
     if (const Outcome saved = GraphFile::PEsavetofile(m_graph, target); !saved) {

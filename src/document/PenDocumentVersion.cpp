@@ -4,8 +4,8 @@
 #include "document/PenDocument.h"
 #include "document/VersionText.h"
 #include "instrument/InstrumentMirror.h"
-#include "program/MainModule.h"
 #include "program/ProgramState.h"
+#include "program/Version.h"
 #include "values/Conversions.h"
 
 #include <QDate>
@@ -36,7 +36,7 @@ QString PenDocument::GetVersion() const
 
 QString PenDocument::SetVersion() const
 {
-    const QString software = QStringLiteral("%1 V%2").arg(m_context.state.gstrAppTitle, MainModule::versionText());
+    const QString software = version::titled(m_context.state.gstrAppTitle);
     return VersionText::next(m_graph.TXAxisLabel(), software, instrumentPart(m_context.device, m_context.mirror),
                              QLocale().toString(QDate::currentDate(), QLocale::ShortFormat));
 }

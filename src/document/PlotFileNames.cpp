@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/PlotFileNames.h"
 
-#include "program/MainModule.h"
+#include "files/FileNames.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -56,8 +56,8 @@ QString completed(const QString& fileName, std::int16_t testType)
 
 QString proposed(const QString& title)
 {
-    const QString name = MainModule::FileOfPath(title);
-    return name.isEmpty() || !MainModule::IsValidFileName(name) ? QStringLiteral("fileName") : name;
+    const QString name = files::FileOfPath(title);
+    return name.isEmpty() || !files::IsValidFileName(name) ? QStringLiteral("fileName") : name;
 }
 
 bool sameFile(const QString& one, const QString& other)

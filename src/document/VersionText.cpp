@@ -9,6 +9,14 @@ constexpr QLatin1String kInstrumentMark(" | ");
 constexpr QLatin1String kDateMark(" : ");
 constexpr QLatin1String kNoDevice("No device connected");
 
+std::optional<QString> withBlanks(const QString& text, QLatin1String blanks)
+{
+    const qsizetype bar = text.indexOf(kInstrumentMark);
+    if (bar < 0)
+        return {};
+    return text.left(bar) + blanks + text.mid(bar + kInstrumentMark.size());
+}
+
 } // namespace
 
 Parts parts(const QString& text)
@@ -40,6 +48,16 @@ QString next(const QString& old, const QString& software, const QString& instrum
         saved.date = today;
     }
     return software + kInstrumentMark + saved.instrument + kDateMark + saved.date;
+}
+
+std::optional<QString> subTitle(const QString& text)
+{
+    return withBlanks(text, QLatin1String("  "));
+}
+
+std::optional<QString> diagnoseSubTitle(const QString& text)
+{
+    return withBlanks(text, QLatin1String(" "));
 }
 
 QString programVersion(const QString& text)
