@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // marrowickgraph: the desktop program.
 #include "app/FirstPaintMark.h"
+#include "program/Version.h"
 #include "shell/ui/StartUp.h"
 #include "shell/ui/frmMain.h"
 #include "widgets/ui/TintedIcon.h"
@@ -27,7 +28,7 @@ int answerWithoutWindow(int argc, char** argv)
         return 0;
     }
     if (options.version) {
-        std::puts("MarrowickGraph " MG_VERSION);
+        std::puts(qPrintable(version::programTitle() + u' ' + version::text()));
         return 0;
     }
     return -1;
@@ -41,8 +42,8 @@ int main(int argc, char** argv)
         return status;
 
     QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("MarrowickGraph"));
-    QApplication::setApplicationVersion(QStringLiteral(MG_VERSION));
+    QApplication::setApplicationName(version::programTitle());
+    QApplication::setApplicationVersion(version::text());
     QApplication::setDesktopFileName(QStringLiteral("marrowickgraph"));
     QApplication::setWindowIcon(programIcon());
 

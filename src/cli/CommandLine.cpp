@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CommandLine.h"
 
-#include "program/MainModule.h"
 #include "values/Conversions.h"
+#include "values/EngineeringText.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -149,7 +149,7 @@ private:
 
     double frequency(const QCommandLineOption& option)
     {
-        const std::optional<double> value = frequencyOf(m_parser.value(option));
+        const std::optional<double> value = values::frequencyOf(m_parser.value(option));
         if (!value || *value <= 0)
             refuse(option, tr("a frequency above 0"));
         return value.value_or(0);
@@ -236,17 +236,6 @@ std::optional<Command> commandOf(const QString& name, const Options& options)
 }
 
 } // namespace
-
-std::optional<double> frequencyOf(const QString& text)
-{
-    static const QRegularExpression suffixed(u"^(?=.*[0-9])[0-9]*(?:\\.[0-9]*)?[kKMgGtT]$|^[0-9]+[kKMgGtT][0-9]+$"_s);
-    QString number = text.trimmed();
-    if (number.endsWith("Hz"_L1))
-        number = number.chopped(2).remove(u' ');
-    if (suffixed.match(number).hasMatch())
-        number = MainModule::ParseEngineeringValue(number);
-    return values::strictNumber(number);
-}
 
 QString pictureSuffix(const QString& fileName)
 {

@@ -68,9 +68,6 @@ struct CommandLine
 /// Needs a QCoreApplication for the texts of the help.
 ValueOr<CommandLine> readCommandLine(const QStringList& arguments);
 
-/// A number as "40000", "4.2e4", "42k", "4k7" or "2.2M", with or without "Hz" behind it; nothing for anything else.
-std::optional<double> frequencyOf(const QString& text);
-
 /// The kind of picture that a file name asks for: "png", "jpg", "jpeg", "bmp", "svg" or "pdf"; empty for any other.
 QString pictureSuffix(const QString& fileName);
 

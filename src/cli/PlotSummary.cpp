@@ -5,7 +5,9 @@
 #include "document/GraphTexts.h"
 #include "document/PenDocument.h"
 #include "document/PenReader.h"
+#include "values/Colours.h"
 #include "values/Conversions.h"
+#include "values/EngineeringText.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -48,12 +50,6 @@ PlotSummary::Zoom zoomOf(const graph::Properties& properties)
             plain(zoom.ZoomMaxY, scaleOf(0)), plain(zoom.ZoomMinRY, scaleOf(2)), plain(zoom.ZoomMaxRY, scaleOf(2))};
 }
 
-QString colourText(std::uint32_t colour)
-{
-    const std::uint32_t red = colour & 0xFF, green = colour >> 8 & 0xFF, blue = colour >> 16 & 0xFF;
-    return u"#%1"_s.arg(red << 16 | green << 8 | blue, 6, 16, QLatin1Char('0'));
-}
-
 QString harmless(QString text)
 {
     for (QChar& character : text) {
@@ -65,7 +61,7 @@ QString harmless(QString text)
 
 QString hertz(double frequency)
 {
-    return engineeringText(frequency, u"Hz"_s, 6);
+    return values::engineeringText(frequency, u"Hz"_s, 6);
 }
 
 QString viewText(const PlotSummary& summary)
@@ -81,7 +77,7 @@ QString viewText(const PlotSummary& summary)
 
 QString penText(const PlotSummary::Pen& pen, int number)
 {
-    QStringList parts = {harmless(pen.name), colourText(pen.colour)};
+    QStringList parts = {harmless(pen.name), colours::colourText(pen.colour)};
     if (pen.locked)
         parts += tr("locked");
     if (pen.hidden)
@@ -98,7 +94,7 @@ QJsonObject penObject(const PlotSummary::Pen& pen, int number)
 {
     QJsonObject object{{u"pen"_s, number},
                        {u"name"_s, pen.name},
-                       {u"colour"_s, colourText(pen.colour)},
+                       {u"colour"_s, colours::colourText(pen.colour)},
                        {u"locked"_s, pen.locked},
                        {u"hidden"_s, pen.hidden},
                        {u"points"_s, static_cast<qint64>(pen.data.points.size())}};

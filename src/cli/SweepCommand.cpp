@@ -4,6 +4,7 @@
 #include "controls/graph/GraphFile.h"
 #include "files/SafeFile.h"
 #include "link/Commands.h"
+#include "values/EngineeringText.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
@@ -112,8 +113,8 @@ ExitCode SweepCommand::applyOptions()
     }
     if (m_options.from < mirror.dblAmpMinFreq || m_options.to > mirror.dblAmpMaxFreq)
         return failed(ExitCode::Refused, tr("This instrument measures from %1 to %2.")
-                                             .arg(engineeringText(mirror.dblAmpMinFreq, u"Hz"_s, 6),
-                                                  engineeringText(mirror.dblAmpMaxFreq, u"Hz"_s, 6)));
+                                             .arg(values::engineeringText(mirror.dblAmpMinFreq, u"Hz"_s, 6),
+                                                  values::engineeringText(mirror.dblAmpMaxFreq, u"Hz"_s, 6)));
     mirror.dblStartFrequency = m_options.from;
     mirror.dblEndFrequency = m_options.to;
     mirror.iNumPoints = m_options.points;

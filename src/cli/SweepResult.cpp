@@ -3,6 +3,7 @@
 
 #include "document/PenDocument.h"
 #include "values/Conversions.h"
+#include "values/EngineeringText.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -44,7 +45,7 @@ QString valueText(const SweepResult& result, double value)
     const QString unit = QLatin1String(quantityOf(result.testType).unit);
     if (result.testType == PenDocument::Amplitude)
         return values::decimalText(std::round(value * 100) / 100) + u' ' + unit;
-    return engineeringText(value, unit, 4).trimmed();
+    return values::engineeringText(value, unit, 4).trimmed();
 }
 
 QByteArray tableHeading(const SweepResult& result)
@@ -147,24 +148,11 @@ SweepResult readPen(const PenDocument& document, int pen)
     return result;
 }
 
-QString engineeringText(double value, const QString& unit, int significant)
-{
-    if (!std::isfinite(value))
-        return values::decimalText(value) + u' ' + unit;
-    static constexpr std::array<const char*, 9> prefixes = {"p", "n", "u", "m", "", "k", "M", "G", "T"};
-    // Rounded first: 999.96 becomes 1 k.
-    const double rounded = QString::number(value, 'e', significant - 1).toDouble();
-    int exponent = rounded == 0 ? 0 : static_cast<int>(std::floor(std::log10(std::abs(rounded)) / 3 + 1e-12));
-    exponent = std::clamp(exponent, -4, 4);
-    const double scaled = QString::number(rounded / std::pow(1000.0, exponent), 'g', significant).toDouble();
-    return values::decimalText(scaled) + u' ' + QLatin1String(prefixes[static_cast<std::size_t>(exponent + 4)]) + unit;
-}
-
 QString resultLine(const SweepResult& result)
 {
     if (result.points.empty())
         return tr("no points");
-    const auto frequency = [](float hertz) { return engineeringText(static_cast<double>(hertz), u"Hz"_s, 6); };
+    const auto frequency = [](float hertz) { return values::engineeringText(static_cast<double>(hertz), u"Hz"_s, 6); };
     const std::optional<FrequencyRange> range = frequencyRangeOf(result);
     const std::optional<Extremes> extremes = extremesOf(result);
     const QString count = QString::number(result.points.size());

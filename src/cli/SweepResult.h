@@ -71,8 +71,5 @@ QByteArray resultTable(const std::vector<SweepResult>& results);
 QByteArray pointsTable(const SweepResult& result);
 /// {"frequency": Hz, "value": modulus}
 QJsonObject extremeObject(const SweepResult& result, const MeasuredPoint& point);
-/// Four significant digits or more with an engineering prefix: "39.982 kHz", "24.1 Ohm". The significant digits are at
-/// most that many; trailing zeros go.
-QString engineeringText(double value, const QString& unit, int significant);
 
 } // namespace cli

@@ -12,8 +12,9 @@
 #include "document/PlotSource.h"
 #include "document/VersionText.h"
 #include "prefs/Preferences.h"
-#include "program/MainModule.h"
+#include "program/Questions.h"
 #include "program/UserMessages.h"
+#include "program/Version.h"
 #include "values/Conversions.h"
 
 #include <QCoreApplication>
@@ -131,8 +132,7 @@ QString PenDocument::GetVersion() const
 
 QString PenDocument::SetVersion() const
 {
-    const QString software = QStringLiteral("%1 V%2").arg(MainModule::programTitle(), MainModule::versionText());
-    return VersionText::next(m_graph.TXAxisLabel(), software, m_context.source.instrument(),
+    return VersionText::next(m_graph.TXAxisLabel(), version::titled(version::programTitle()), m_context.source.instrument(),
                              QLocale().toString(QDate::currentDate(), QLocale::ShortFormat));
 }
 
@@ -167,7 +167,7 @@ bool PenDocument::mayWrite(const QString& asked, bool bfAs, bool bfOverwrite)
     }
     if (bfOverwrite || (!bfAs && PlotFileNames::sameFile(target, m_ownFile)))
         return true;
-    return MainModule::QuestionOverwriteFile(target, m_context.messages) && self;
+    return questions::QuestionOverwriteFile(target, m_context.messages) && self;
 }
 
 bool PenDocument::fileSave(bool bfAs, bool bfOverwrite)
@@ -206,13 +206,13 @@ bool PenDocument::fileSavePlot(QString& sFileName)
     m_fileName = sFileName;
     sFileName = PlotFileNames::completed(sFileName, pgiTestType());
     const QString target = sFileName;
-    const QString version = SetVersion();
+    const QString versionText = SetVersion();
     // The active document shows the test information, whichever is saved.
     if (PenDocument* active = m_context.active.get(); active != nullptr && active != this)
         plotfile::showVersionInSubTitle(active->m_graph);
     else if (active == this && !m_graph.SubTitle().isEmpty())
-        m_graph.setSubTitle(VersionText::subTitle(version));
-    if (const Outcome saved = plotfile::save(m_graph, target, version); !saved) {
+        m_graph.setSubTitle(VersionText::subTitle(versionText).value_or(m_graph.SubTitle()));
+    if (const Outcome saved = plotfile::save(m_graph, target, versionText); !saved) {
         m_context.messages.message(tr("The plot is not saved. %1").arg(saved.sentence()), UserMessages::Stop,
                                    tr("Save File Error"));
         return false;

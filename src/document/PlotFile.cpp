@@ -42,9 +42,8 @@ Format readFormat(GraphModel& graph)
 
 void showVersionInSubTitle(GraphModel& graph)
 {
-    const QString shown = VersionText::subTitle(graph.TXAxisLabel());
-    if (!graph.SubTitle().isEmpty() && !shown.isEmpty())
-        graph.setSubTitle(shown);
+    if (const auto shown = VersionText::subTitle(graph.TXAxisLabel()); shown && !graph.SubTitle().isEmpty())
+        graph.setSubTitle(*shown);
 }
 
 } // namespace plotfile

@@ -2,7 +2,7 @@
 #include "document/PlotFileNames.h"
 
 #include "document/TestType.h"
-#include "program/MainModule.h"
+#include "files/FileNames.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -54,13 +54,13 @@ QString completed(const QString& fileName, std::int16_t testType)
 
 bool isCutInFolder(const QString& fileName)
 {
-    return MainModule::PathOfFile(fileName).contains(QLatin1Char('.'));
+    return files::PathOfFile(fileName).contains(QLatin1Char('.'));
 }
 
 QString proposed(const QString& title)
 {
-    const QString name = MainModule::FileOfPath(title);
-    return name.isEmpty() || !MainModule::IsValidFileName(name) ? QStringLiteral("fileName") : name;
+    const QString name = files::FileOfPath(title);
+    return name.isEmpty() || !files::IsValidFileName(name) ? QStringLiteral("fileName") : name;
 }
 
 bool sameFile(const QString& one, const QString& other)

@@ -9,6 +9,14 @@ constexpr QLatin1String kInstrumentMark(" | ");
 constexpr QLatin1String kDateMark(" : ");
 constexpr QLatin1String kNoDevice("No device connected");
 
+std::optional<QString> withBlanks(const QString& text, QLatin1String blanks)
+{
+    const qsizetype bar = text.indexOf(kInstrumentMark);
+    if (bar < 0)
+        return {};
+    return text.left(bar) + blanks + text.mid(bar + kInstrumentMark.size());
+}
+
 } // namespace
 
 Parts parts(const QString& text)
@@ -42,10 +50,14 @@ QString next(const QString& old, const QString& software, const QString& instrum
     return software + kInstrumentMark + saved.instrument + kDateMark + saved.date;
 }
 
-QString subTitle(const QString& text)
+std::optional<QString> subTitle(const QString& text)
 {
-    const qsizetype mark = text.indexOf(kInstrumentMark);
-    return mark < 0 ? QString() : text.left(mark + 1) + QLatin1Char(' ') + text.mid(mark + kInstrumentMark.size());
+    return withBlanks(text, QLatin1String("  "));
+}
+
+std::optional<QString> diagnoseSubTitle(const QString& text)
+{
+    return withBlanks(text, QLatin1String(" "));
 }
 
 QString programVersion(const QString& text)

@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include <optional>
+
 /// The text that tells where a plot comes from: program and version, " | ", instrument and firmware, " : ", date of the
 /// first save. It rides in the title of the top X axis.
 namespace VersionText {
@@ -22,9 +24,10 @@ Parts parts(const QString& text);
 /// connected.
 QString next(const QString& old, const QString& software, const QString& instrument, const QString& today);
 
-/// The text as a subtitle shows it: up to and including the blank that opens " | ", a blank, and what is behind that mark;
-/// empty for a text without the mark.
-QString subTitle(const QString& text);
+/// The subtitle that shows the text: the blank of " | " and one more stand in place of it. Nothing without " | ".
+std::optional<QString> subTitle(const QString& text);
+/// The subtitle of a diagnosis: one blank stands in place of " | ". Nothing without " | ".
+std::optional<QString> diagnoseSubTitle(const QString& text);
 
 /// "major.minor" out of the software part, "0.0" when the text has none.
 QString programVersion(const QString& text);

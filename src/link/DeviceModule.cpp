@@ -5,9 +5,9 @@
 #include "instrument/InstrumentMirror.h"
 #include "link/Commands.h"
 #include "prefs/Preferences.h"
-#include "program/MainModule.h"
 #include "program/ProgramState.h"
 #include "program/UserMessages.h"
+#include "program/Version.h"
 
 #include <algorithm>
 #include <cstring>
@@ -112,8 +112,7 @@ bool DeviceModule::DeviceDispatch(const Frame& frame)
 void DeviceModule::DeviceEnquire()
 {
     DeviceSendSettings();
-    const QString enquire = command::text(command::kEnquire, QString::number(MG_VERSION_MAJOR) + QLatin1Char('.') +
-                                                                 QString::number(MG_VERSION_MINOR));
+    const QString enquire = command::text(command::kEnquire, version::shortText());
     // Twice on purpose: the first may be eaten by what the instrument still has in its own input.
     for (int i = 0; i < 2; ++i) {
         m_context.device.Flush();

@@ -9,9 +9,9 @@
 #include "link/FirmwareVersion.h"
 #include "link/NoticeRules.h"
 #include "prefs/Preferences.h"
-#include "program/MainModule.h"
 #include "program/ProgramState.h"
 #include "program/UserMessages.h"
+#include "program/Version.h"
 #include "values/Conversions.h"
 
 #include <QCoreApplication>
@@ -440,8 +440,8 @@ bool DeviceModule::notice(const Frame& frame)
         return false;
     const InstrumentMirror& mirror = m_context.mirror;
     const QString text = frame.text();
-    if (noticerules::isDiscarded(text, severity, mirror.dblFirmwareMajor, mirror.dblFirmwareMinor, MG_VERSION_MAJOR,
-                                 MG_VERSION_MINOR))
+    if (noticerules::isDiscarded(text, severity, mirror.dblFirmwareMajor, mirror.dblFirmwareMinor,
+                                 version::majorNumber(), version::minorNumber()))
         return true;
     if (severity == 1)
         m_context.messages.systemBox(text, UserMessages::OkOnly | UserMessages::Stop, tr("**Error"));

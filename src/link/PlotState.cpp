@@ -3,6 +3,7 @@
 
 #include "controls/korvalink/KorvaLink.h"
 #include "document/PenDocument.h"
+#include "document/VersionText.h"
 #include "link/StatusPanels.h"
 #include "program/ProgramState.h"
 
@@ -19,12 +20,8 @@ void PlotState::GUISetPlotting()
     GraphModel& peGraph = document->peGraph();
     const QString version = document->SetVersion();
     peGraph.setTXAxisLabel(version);
-    const QLatin1String separator(" | ");
-    const qsizetype at = version.indexOf(separator);
-    if (!peGraph.SubTitle().isEmpty() && at >= 0) {
-        // The part up to and including the blank that opens the separator, a blank, the part behind the separator.
-        peGraph.setSubTitle(version.left(at + 1) + QLatin1Char(' ') + version.mid(at + separator.size()));
-    }
+    if (const auto subTitle = VersionText::subTitle(version); subTitle && !peGraph.SubTitle().isEmpty())
+        peGraph.setSubTitle(*subTitle);
 }
 
 void PlotState::GUISetViewing()

@@ -2,8 +2,8 @@
 #include "link/SettingsRules.h"
 
 #include "link/Commands.h"
-#include "program/MainModule.h"
 #include "values/Conversions.h"
+#include "values/EngineeringText.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -50,7 +50,7 @@ int FilterFrequencyKey(int key)
 std::int32_t wholeHertz(const QString& text)
 {
     QString trimmed = text;
-    return values::roundToInt32(values::tolerantNumber(MainModule::ParseEngineeringValue(trimmed)));
+    return values::roundToInt32(values::tolerantNumber(values::ParseEngineeringValue(trimmed)));
 }
 
 double clampToRange(double value, double minimum, double maximum)
@@ -86,13 +86,6 @@ QString calibrateCommand(const QDateTime& now)
     // The stamp is digits whatever the user's locale.
     return command::text(QLatin1String("calibrate"),
                          QLatin1String("CAL-") + QLocale::c().toString(now, QStringLiteral("hhmmssddMMyyyy")));
-}
-
-QString diagnoseSubTitle(const QString& versionText)
-{
-    const QLatin1String mark(" | ");
-    const qsizetype at = versionText.indexOf(mark);
-    return at < 0 ? QString() : versionText.left(at) + QLatin1Char(' ') + versionText.mid(at + mark.size());
 }
 
 int sampleIndex(double samples)

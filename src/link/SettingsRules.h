@@ -42,9 +42,6 @@ QString attenuationText(int sliderValue, double step);
 /// "calibrate CAL-hhmmssddmmyyyy" and the carriage return.
 QString calibrateCommand(const QDateTime& now);
 
-/// The version text up to its first " | ", one blank, and what is behind that mark; empty without the mark.
-QString diagnoseSubTitle(const QString& versionText);
-
 /// The counts of samples that a DT46 can average.
 inline constexpr std::array<int, 11> kSampleCounts{1, 2, 4, 8, 16, 32, 64, 128, 256, 512, 1024};
 /// Index of the largest count that is not above the value; 0 for less than any.

@@ -7,10 +7,10 @@
 #include "link/Commands.h"
 #include "link/DeviceModule.h"
 #include "prefs/Preferences.h"
-#include "program/MainModule.h"
 #include "program/ProgramState.h"
 #include "program/UserMessages.h"
 #include "values/Conversions.h"
+#include "values/EngineeringText.h"
 
 #include <QPointer>
 #include <QScopeGuard>
@@ -150,7 +150,7 @@ void TestRun::SendSweepRange()
         if (text.isEmpty())
             return;
         QString trimmed = text;
-        const double value = values::tolerantNumber(MainModule::ParseEngineeringValue(trimmed));
+        const double value = values::tolerantNumber(values::ParseEngineeringValue(trimmed));
         if (value != present)
             m_context.device.Write(command::text(word, value));
     };

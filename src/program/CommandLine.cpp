@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "program/CommandLine.h"
 
-#include "program/MainModule.h"
+#include "files/FileNames.h"
 
 #include <algorithm>
 #include <array>
@@ -26,7 +26,7 @@ CommandLine CommandLine::parse(const QString& line)
     result.rerun = line.contains(QLatin1String("-rerun"), Qt::CaseInsensitive);
     if (result.asksForSomething()) {
         result.strFileName = line;
-        MainModule::RemoveQuotes(result.strFileName);
+        files::RemoveQuotes(result.strFileName);
     }
     if (result.plotFile || result.scriptFile)
         result.files.append(result.strFileName);

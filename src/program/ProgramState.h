@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "program/Version.h"
+
 #include <QString>
 
 #include <array>
@@ -10,11 +12,9 @@
 /// code and handed to those who need it by reference; everything runs on the user-interface thread.
 struct ProgramState
 {
-    QString gstrAppTitle =
-        QStringLiteral("MarrowickGraph"); ///< title without instance number; key of the settings store
-    QString gstrInstanceTitle =
-        QStringLiteral("MarrowickGraph"); ///< title with instance number; key of the window position
-    bool gbfSplashShown = false;          ///< the splash must be taken down when the main window has loaded
+    QString gstrAppTitle = version::programTitle();      ///< title without instance number; key of the settings store
+    QString gstrInstanceTitle = version::programTitle(); ///< title with instance number; key of the window position
+    bool gbfSplashShown = false;   ///< the splash must be taken down when the main window has loaded
     std::int16_t giNewDocType = 1; ///< type of the next new document: 1 amplitude, 2 impedance, 3 reactance, 0 none
     std::int32_t giDocumentCounter = 0; ///< running number of documents
     bool gbfPlotting = false;           ///< from frame "D" to frame "E"

@@ -24,28 +24,7 @@ MeasuredPoint reactancePoint(float frequency, float reactance, float resistance,
     return {frequency, reactance, 0, resistance, susceptance, conductance};
 }
 
-std::string engineering(double value, int significant = 4)
-{
-    return engineeringText(value, QStringLiteral("Hz"), significant).toStdString();
-}
-
 } // namespace
-
-TEST(SweepResult, NumbersAreShownWithEngineeringPrefixes)
-{
-    EXPECT_EQ(engineering(0), "0 Hz");
-    EXPECT_EQ(engineering(1), "1 Hz");
-    EXPECT_EQ(engineering(999.94), "999.9 Hz");
-    EXPECT_EQ(engineering(999.96), "1 kHz");
-    EXPECT_EQ(engineering(39982, 6), "39.982 kHz");
-    EXPECT_EQ(engineering(-4700), "-4.7 kHz");
-    EXPECT_EQ(engineering(2.2e6), "2.2 MHz");
-    EXPECT_EQ(engineering(1e9), "1 GHz");
-    EXPECT_EQ(engineering(0.0123456), "12.35 mHz");
-    EXPECT_EQ(engineering(4e-12), "4 pHz");
-    EXPECT_EQ(engineering(4e-15), "0.004 pHz");
-    EXPECT_EQ(engineering(5e15), "5000 THz");
-}
 
 TEST(SweepResult, TheLineTellsRangeAndExtremes)
 {

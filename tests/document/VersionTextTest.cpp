@@ -82,4 +82,13 @@ TEST_F(DocumentVersion, SetVersionNamesTheConnectedInstrument)
     EXPECT_EQ(document->GetVersion(), document->SetVersion().section('V', 1, 1).section('.', 0, 1));
 }
 
+TEST(VersionText, SubTitlesShowBlanksInPlaceOfTheMark)
+{
+    const QString text = QStringLiteral("App V1.28.0 | T46 V1.2.3 : 1 Jan 21");
+    EXPECT_EQ(VersionText::subTitle(text), QStringLiteral("App V1.28.0  T46 V1.2.3 : 1 Jan 21"));
+    EXPECT_EQ(VersionText::diagnoseSubTitle(text), QStringLiteral("App V1.28.0 T46 V1.2.3 : 1 Jan 21"));
+    EXPECT_EQ(VersionText::subTitle(QStringLiteral("no mark")), std::nullopt);
+    EXPECT_EQ(VersionText::diagnoseSubTitle(QStringLiteral("no mark")), std::nullopt);
+}
+
 } // namespace

@@ -83,13 +83,6 @@ TEST(SettingsRules, CalibrationStampIsTimeThenDate)
               QStringLiteral("calibrate CAL-14050902032021\r"));
 }
 
-TEST(SettingsRules, DiagnoseSubTitleLosesTheMark)
-{
-    EXPECT_EQ(diagnoseSubTitle(QStringLiteral("App V1.28.0 | T46 V1.2.3 : 1 Jan 21")),
-              QStringLiteral("App V1.28.0 T46 V1.2.3 : 1 Jan 21"));
-    EXPECT_EQ(diagnoseSubTitle(QStringLiteral("no mark")), QString());
-}
-
 TEST(SettingsRules, SampleCountIsTheLargestNotAboveTheValue)
 {
     EXPECT_EQ(kSampleCounts[static_cast<std::size_t>(sampleIndex(16))], 16);

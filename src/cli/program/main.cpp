@@ -8,6 +8,7 @@
 #include "cli/SweepCommand.h"
 #include "controls/graph/ui/GraphPicture.h"
 #include "controls/korvalink/DeviceList.h"
+#include "program/Version.h"
 
 #include <QApplication>
 #include <QHash>
@@ -75,7 +76,7 @@ int main(int argc, char** argv)
     QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
     const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("marrowick"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(MG_VERSION));
+    QCoreApplication::setApplicationVersion(version::text());
 
     QTextStream results(stdout);
     QTextStream problems(stderr);

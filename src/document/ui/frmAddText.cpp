@@ -4,6 +4,7 @@
 #include "ui_frmAddText.h"
 
 #include "document/PenDocument.h"
+#include "widgets/ui/QtColour.h"
 
 #include <algorithm>
 
@@ -12,12 +13,6 @@ namespace {
 constexpr int kLongestCaption = 50;
 /// The graph takes it as a separator within a title.
 constexpr QLatin1Char kSeparator('|');
-
-QColor colourOf(std::uint32_t colour)
-{
-    return QColor(static_cast<int>(colour & 0xFF), static_cast<int>(colour >> 8 & 0xFF),
-                  static_cast<int>(colour >> 16 & 0xFF));
-}
 
 } // namespace
 
@@ -65,7 +60,7 @@ void frmAddText::load()
         const auto index = static_cast<std::size_t>(pen);
         txtPenLegend[index]->setText(graph.SubsetLabels(pen));
         QPalette palette = lblColourSpot[index]->palette();
-        palette.setColor(QPalette::Window, colourOf(graph.SubsetColors(pen)));
+        palette.setColor(QPalette::Window, toQColor(graph.SubsetColors(pen)));
         lblColourSpot[index]->setPalette(palette);
     }
     m_ui->cmdApply->setEnabled(false);

@@ -5,7 +5,7 @@
 
 #include "document/PenDocument.h"
 #include "document/VersionText.h"
-#include "program/MainModule.h"
+#include "files/FileNames.h"
 
 frmFileProperties::frmFileProperties(QWidget* parent)
     : QDialog(parent)
@@ -21,8 +21,8 @@ void frmFileProperties::ShowDetails(const PenDocument& document)
 {
     const QString& file = document.GetFileName();
     const QString unsaved = tr("Not yet saved");
-    m_ui->lblFilePath->setText(file.isEmpty() ? unsaved : MainModule::PathOfFile(file));
-    m_ui->lblFileName->setText(file.isEmpty() ? unsaved : MainModule::FileOfPath(file));
+    m_ui->lblFilePath->setText(file.isEmpty() ? unsaved : files::PathOfFile(file));
+    m_ui->lblFileName->setText(file.isEmpty() ? unsaved : files::FileOfPath(file));
 
     const VersionText::Parts parts = VersionText::parts(document.peGraph().TXAxisLabel());
     m_ui->lblVersion->setText(parts.software);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "link/ui/SystemInformation.h"
 
+#include "program/Version.h"
+
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
@@ -65,8 +67,7 @@ QString systemInformation(const QString& root)
         if (!value.isEmpty())
             text += QLatin1String(name) + QStringLiteral(": ") + value + QLatin1Char('\n');
     };
-    add("Program",
-        QStringLiteral("MarrowickGraph %1.%2.%3").arg(MG_VERSION_MAJOR).arg(MG_VERSION_MINOR).arg(MG_VERSION_REVISION));
+    add("Program", version::programTitle() + u' ' + version::text());
     add("Qt", QStringLiteral("%1, built with %2, platform %3")
                   .arg(QLatin1String(qVersion()), QStringLiteral(QT_VERSION_STR), QGuiApplication::platformName()));
     add("Operating system", valueIn(release, QStringLiteral("PRETTY_NAME"), QLatin1Char('=')));

@@ -9,6 +9,7 @@
 #include "link/ui/SystemInformation.h"
 #include "link/ui/frmSystemInformation.h"
 #include "program/UserMessages.h"
+#include "program/Version.h"
 #include "values/Conversions.h"
 
 frmAbout::frmAbout(const KorvaLink& device, const InstrumentMirror& mirror, UserMessages& messages, QWidget* parent)
@@ -21,8 +22,7 @@ frmAbout::frmAbout(const KorvaLink& device, const InstrumentMirror& mirror, User
 {
     m_ui->setupUi(this);
     linkimages::load(*m_ui->imgProgram, QStringLiteral("marrowickgraph"));
-    m_ui->lblVersion->setText(
-        QStringLiteral("V%1.%2.%3").arg(MG_VERSION_MAJOR).arg(MG_VERSION_MINOR).arg(MG_VERSION_REVISION));
+    m_ui->lblVersion->setText(u'V' + version::text());
     connect(m_ui->cmdSysInfo, &QPushButton::clicked, this, &frmAbout::cmdSysInfo_Click);
     connect(m_ui->cmdUpgrade, &QPushButton::clicked, this, &frmAbout::cmdUpgrade_Click);
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &QDialog::accept);

@@ -3,6 +3,7 @@
 // schedule.
 #include "controls/korvalink/KorvaLink.h"
 #include "document/PenDocument.h"
+#include "document/VersionText.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/Commands.h"
 #include "link/DeviceModule.h"
@@ -173,7 +174,7 @@ void frmSettings::cmdDiagnose_Click()
         return;
     document->graphSetAmpScale(10, -90);
     GraphModel& peGraph = document->peGraph();
-    peGraph.setSubTitle(settingsrules::diagnoseSubTitle(peGraph.TXAxisLabel()));
+    peGraph.setSubTitle(VersionText::diagnoseSubTitle(peGraph.TXAxisLabel()).value_or(QString()));
     peGraph.setXAxisLabel(QStringLiteral("Frequency - Hz (Diagnose)"));
     // It covers all that the instrument can do, whatever sweep the user has set.
     peGraph.setManualMinX(m_context.mirror.dblAmpMinFreq);

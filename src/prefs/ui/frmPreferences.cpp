@@ -7,11 +7,12 @@
 #include "prefs/PreferencesHost.h"
 #include "prefs/SettingsStore.h"
 #include "prefs/ui/frmDirSelect.h"
-#include "program/MainModule.h"
 #include "program/ProgramState.h"
 #include "program/UserMessages.h"
+#include "values/Colours.h"
 #include "values/Conversions.h"
 #include "widgets/ui/ColourLabel.h"
+#include "widgets/ui/QtColour.h"
 
 #include <QCheckBox>
 #include <QColorDialog>
@@ -263,12 +264,12 @@ void frmPreferences::lblColour_DblClick(int index)
     ColourLabel* const label = lblColour[static_cast<std::size_t>(index)];
     const QPointer<frmPreferences> alive(this);
     const QColor chosen =
-        QColorDialog::getColor(ColourLabel::toQColor(label->colour()), this, tr("Colour of pen %1").arg(index + 1));
+        QColorDialog::getColor(toQColor(label->colour()), this, tr("Colour of pen %1").arg(index + 1));
     if (alive.isNull() || !chosen.isValid())
         return;
-    const std::uint32_t lColour = ColourLabel::fromQColor(chosen);
+    const std::uint32_t lColour = fromQColor(chosen);
     label->setColour(lColour);
-    m_host.setPenLabelColour(index, lColour, MainModule::penLabelTextColour(lColour));
+    m_host.setPenLabelColour(index, lColour, colours::labelTextColour(lColour));
     m_state.glPenColour[static_cast<std::size_t>(index)] = lColour;
     check(m_preferences.setValue(kPens[static_cast<std::size_t>(index)], lColour));
     tellUnlessStored();

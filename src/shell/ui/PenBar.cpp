@@ -1,21 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/PenBar.h"
 
-#include "program/MainModule.h"
+#include "values/Colours.h"
+#include "widgets/ui/QtColour.h"
 
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPainterPath>
-
-namespace {
-
-QColor toColour(std::uint32_t bgr)
-{
-    return QColor(static_cast<int>(bgr & 0xFF), static_cast<int>((bgr >> 8) & 0xFF),
-                  static_cast<int>((bgr >> 16) & 0xFF));
-}
-
-} // namespace
 
 PenLabel::PenLabel(int pen, QWidget* parent)
     : QAbstractButton(parent)
@@ -55,7 +46,7 @@ QString PenLabel::caption() const
 
 std::uint32_t PenLabel::captionColour() const
 {
-    return MainModule::penLabelTextColour(m_colour);
+    return colours::labelTextColour(m_colour);
 }
 
 void PenLabel::describe()
@@ -85,7 +76,7 @@ void PenLabel::paintEvent(QPaintEvent*)
         painter.setOpacity(0.45);
 
     const QRectF field = QRectF(rect()).adjusted(4, 4, -4, -4);
-    const QColor fill = toColour(m_colour);
+    const QColor fill = toQColor(m_colour);
     const QColor text = palette().color(QPalette::Active, QPalette::WindowText);
     QColor rim = text;
     rim.setAlphaF(0.45F);
@@ -100,7 +91,7 @@ void PenLabel::paintEvent(QPaintEvent*)
         painter.setPen(QPen(rim, 1));
         painter.setBrush(fill);
         painter.drawRoundedRect(field, 3, 3);
-        painter.setPen(toColour(captionColour()));
+        painter.setPen(toQColor(captionColour()));
     }
     painter.setBrush(Qt::NoBrush);
     QFont face = font();

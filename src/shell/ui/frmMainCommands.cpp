@@ -8,13 +8,13 @@
 #include "link/DeviceModule.h"
 #include "link/TestRun.h"
 #include "prefs/Preferences.h"
-#include "program/MainModule.h"
 #include "program/ProgramState.h"
 #include "program/UserMessages.h"
 #include "shell/ui/Commands.h"
 #include "shell/ui/PenBar.h"
 #include "shell/ui/StatusBar.h"
 #include "shell/ui/frmMain.h"
+#include "widgets/ui/QtColour.h"
 
 #include <QColorDialog>
 #include <QCoreApplication>
@@ -194,13 +194,11 @@ void frmMain::penColourWanted(int pen)
     const auto index = static_cast<std::size_t>(pen);
     const QPointer<frmMain> self(this);
     const QPointer<PenDocument> document = activeDocument();
-    const auto now = static_cast<std::int32_t>(m_penBar->lblPen(pen).colour());
-    const QColor chosen = QColorDialog::getColor(
-        QColor(MainModule::ColourRed(now), MainModule::ColourGreen(now), MainModule::ColourBlue(now)), this,
-        tr("Colour of pen %1").arg(pen + 1));
+    const QColor chosen =
+        QColorDialog::getColor(toQColor(m_penBar->lblPen(pen).colour()), this, tr("Colour of pen %1").arg(pen + 1));
     if (!self || !chosen.isValid())
         return;
-    const auto colour = static_cast<std::uint32_t>(chosen.red() | chosen.green() << 8 | chosen.blue() << 16);
+    const std::uint32_t colour = fromQColor(chosen);
     m_context.state.glPenColour[index] = colour;
     m_context.preferences.setValue(options::kPens[index], colour);
     m_penBar->setColour(pen, colour);

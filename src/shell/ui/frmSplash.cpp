@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/frmSplash.h"
 
-#include "program/MainModule.h"
+#include "program/Version.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -94,8 +94,8 @@ frmSplash::frmSplash(QWidget* parent)
     : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint)
 {
     setObjectName(QStringLiteral("frmSplash"));
-    setWindowTitle(QStringLiteral("MarrowickGraph"));
-    setAccessibleName(tr("MarrowickGraph is starting"));
+    setWindowTitle(version::programTitle());
+    setAccessibleName(tr("%1 is starting").arg(version::programTitle()));
     setAttribute(Qt::WA_OpaquePaintEvent);
     setFixedSize(kSize);
 }
@@ -150,12 +150,11 @@ void frmSplash::paintPicture(QPainter& painter, const QRectF& area)
         painter.drawText(box, flags | Qt::TextSingleLine, text);
     };
     const QRectF text = area.adjusted(30 * unit, 22 * unit, -30 * unit, -18 * unit);
-    write(text, Qt::AlignLeft | Qt::AlignTop, kText, 34, QFont::DemiBold, QStringLiteral("MarrowickGraph"));
+    write(text, Qt::AlignLeft | Qt::AlignTop, kText, 34, QFont::DemiBold, version::programTitle());
     write(text.adjusted(0, 46 * unit, 0, 0), Qt::AlignLeft | Qt::AlignTop, kQuietText, 15, QFont::Normal,
           tr("Impedance, amplitude and phase analysis"));
     write(text, Qt::AlignLeft | Qt::AlignBottom, kQuietText, 13, QFont::Normal, tr("For the T46 and DT46 analysers"));
-    write(text, Qt::AlignRight | Qt::AlignBottom, kQuietText, 13, QFont::Normal,
-          QStringLiteral("V%1").arg(MainModule::versionText()));
+    write(text, Qt::AlignRight | Qt::AlignBottom, kQuietText, 13, QFont::Normal, u'V' + version::text());
     painter.restore();
 }
 

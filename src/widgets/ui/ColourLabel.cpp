@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "widgets/ui/ColourLabel.h"
 
+#include "widgets/ui/QtColour.h"
+
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -10,18 +12,6 @@ ColourLabel::ColourLabel(QWidget* parent)
 {
     setFocusPolicy(Qt::StrongFocus);
     setMinimumSize(fontMetrics().height() * 4, fontMetrics().height() * 7 / 4);
-}
-
-QColor ColourLabel::toQColor(std::uint32_t lColour)
-{
-    return QColor(static_cast<int>(lColour & 0xFF), static_cast<int>((lColour >> 8) & 0xFF),
-                  static_cast<int>((lColour >> 16) & 0xFF));
-}
-
-std::uint32_t ColourLabel::fromQColor(const QColor& colour)
-{
-    const auto byte = [](int value) { return static_cast<std::uint32_t>(value) & 0xFFu; };
-    return byte(colour.red()) | byte(colour.green()) << 8 | byte(colour.blue()) << 16;
 }
 
 void ColourLabel::setColour(std::uint32_t lColour)

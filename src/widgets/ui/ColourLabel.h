@@ -16,9 +16,6 @@ public:
     std::uint32_t colour() const { return m_colour; }
     void setColour(std::uint32_t lColour);
 
-    static QColor toQColor(std::uint32_t lColour);
-    static std::uint32_t fromQColor(const QColor& colour);
-
 Q_SIGNALS:
     void changeAsked();
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/graph/ui/PlotElements.h"
 
+#include "widgets/ui/QtColour.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -247,7 +249,7 @@ void TableStrip::drawTable(QCPPainter* painter, const Table& table, const QRect&
     const graph::TableAnnotation& content = table.content;
     painter->setAntialiasing(false);
     const bool transparent = content.TABackColor == 1;
-    const QColor back = m_style.monochrome ? m_style.paper : colorOf(content.TABackColor);
+    const QColor back = m_style.monochrome ? m_style.paper : toQColor(content.TABackColor);
     if (content.TABorder == 2 && !transparent)
         painter->fillRect(rect.translated(2, 2), QColor(0, 0, 0, 70));
     if (!transparent)
@@ -344,7 +346,7 @@ void OverlayMarks::draw(QCPPainter* painter)
         const double x = std::round(m_xAxis->coordToPixel(line.position));
         if (!(x >= area.left() - 1 && x <= area.right() + 2))
             continue;
-        painter->setPen(QPen(m_monochrome ? m_ink : colorOf(line.color), 1, penStyleOf(line.type)));
+        painter->setPen(QPen(m_monochrome ? m_ink : toQColor(line.color), 1, penStyleOf(line.type)));
         painter->drawLine(QLineF(x, area.top(), x, area.bottom()));
     }
     if (m_cursor) {

@@ -2,6 +2,7 @@
 #include "controls/graph/ui/PlotStyle.h"
 
 #include "controls/graph/AxisRange.h"
+#include "widgets/ui/QtColour.h"
 
 #include <algorithm>
 #include <array>
@@ -38,12 +39,6 @@ double textSizeOf(const graph::Properties& properties)
 
 } // namespace
 
-QColor colorOf(std::uint32_t bgr)
-{
-    return QColor(static_cast<int>(bgr & 0xFF), static_cast<int>((bgr >> 8) & 0xFF),
-                  static_cast<int>((bgr >> 16) & 0xFF));
-}
-
 Qt::PenStyle penStyleOf(int lineType)
 {
     switch (lineType) {
@@ -70,16 +65,16 @@ PlotStyle plotStyle(const graph::Properties& properties, const QPalette* palette
     style.desk = Qt::white;
     style.text = style.ink;
     if (style.monochrome) {
-        style.paper = colorOf(properties.MonoGraphBackColor);
-        style.desk = colorOf(properties.MonoDeskColor);
-        style.text = colorOf(properties.MonoTextColor);
+        style.paper = toQColor(properties.MonoGraphBackColor);
+        style.desk = toQColor(properties.MonoDeskColor);
+        style.text = toQColor(properties.MonoTextColor);
         style.ink = style.text;
     } else if (palette != nullptr && palette->color(QPalette::Window).lightness() < 128) {
         style.desk = palette->color(QPalette::Window);
         style.text = palette->color(QPalette::WindowText);
     }
     style.frame = mixed(style.ink, style.paper, 0.3);
-    style.grid = colorOf(properties.TickColor);
+    style.grid = toQColor(properties.TickColor);
     style.minorGrid = mixed(style.grid, style.paper, 0.55);
 
     style.textSize = textSizeOf(properties);
@@ -102,7 +97,7 @@ QPen tracePen(const graph::Properties& properties, const PlotStyle& style, int s
         type = kPatterns[static_cast<std::size_t>(subset % 10) % kPatterns.size()];
     const bool right = graph::isRightAxis(graph::yAxisOf(subset));
     const double width = type == graph::LineHair ? properties.LineWidth * 0.5 : properties.LineWidth;
-    QPen pen(style.monochrome ? colorOf(properties.MonoGraphForeColor) : colorOf(properties.SubsetColors[s]), width,
+    QPen pen(style.monochrome ? toQColor(properties.MonoGraphForeColor) : toQColor(properties.SubsetColors[s]), width,
              penStyleOf(type));
     pen.setJoinStyle(Qt::RoundJoin);
     // Both curves of a pen have its colour: the one read on the right is broken, as in printed plots of two scales.
