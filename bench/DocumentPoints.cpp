@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // One measured point into the four subsets of a pen, beside the eight plain stores that it cannot do without. Limit:
 // 100 ns.
-#include "controls/korvalink/DeviceList.h"
-#include "controls/korvalink/KorvaLink.h"
+#include "document/ActiveDocument.h"
 #include "document/PenDocument.h"
-#include "instrument/InstrumentMirror.h"
+#include "document/PlotSource.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
-#include "program/ProgramState.h"
 #include "tests/support/SilentPorts.h"
 
 #include <QCoreApplication>
@@ -25,14 +23,11 @@ struct World
 
     QTemporaryDir folder;
     SettingsStore store{folder.path()};
-    DeviceList devices{std::vector<std::unique_ptr<DeviceSource>>()};
-    KorvaLink link{devices};
-    InstrumentMirror mirror;
-    ProgramState state;
     Preferences preferences{store, QStringLiteral("MarrowickGraph")};
     SilentMessages messages;
-    SilentDocumentHost host;
-    PenDocument document{DocumentContext{link, mirror, state, preferences, messages, host}};
+    PlotSource source;
+    ActiveDocument active;
+    PenDocument document{DocumentContext{preferences, messages, source, active}};
 };
 
 void impedancePoint(benchmark::State& state)

@@ -7,6 +7,8 @@
 #include "document/PenDocument.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/DeviceModule.h"
+#include "link/InstrumentPlotSource.h"
+#include "link/SweepRecorder.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
 #include "program/ProgramState.h"
@@ -135,8 +137,9 @@ int main(int argc, char** argv)
     BenchWindow window;
     DeviceList devices(std::vector<std::unique_ptr<DeviceSource>>{});
     KorvaLink device(devices);
-    DeviceModule module(LinkContext{device, mirror, state, preferences, messages, window});
-    PenDocument document(DocumentContext{device, mirror, state, preferences, messages, window});
+    const InstrumentPlotSource source(device, mirror, state);
+    DeviceModule module(LinkContext{device, mirror, state, preferences, messages, window, window.active});
+    PenDocument document(DocumentContext{preferences, messages, source, window.active});
     document.gstrKey = QStringLiteral("Doc1");
     document.PrepareNew(PenDocument::Impedance, QStringLiteral("Document 1"));
     window.active = &document;
@@ -146,8 +149,7 @@ int main(int argc, char** argv)
 
     const std::vector<char> sweep = makeSweep('F');
     const std::size_t sweepSize = sweep.size() - 1;
-    state.gbfPlotting = true;
-    state.gstrPlotKey = document.gstrKey;
+    module.recorder().GUISetPlotting(&document);
     mirror.iPointsInTest = kPoints;
     bool good = true;
 

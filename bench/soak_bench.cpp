@@ -163,15 +163,15 @@ int main(int argc, char** argv)
 
     qint64 sweeps = 0;
     qint64 incomplete = 0;
-    int pen = document.gCurrentPen;
+    int pen = document.gCurrentPen();
     // Behind the program's own handler: a pass is shorter than a sweep, so no change of pen goes unseen.
     QObject::connect(&context.device, &KorvaLink::DataReceived, &window, [&] {
-        if (document.gCurrentPen == pen)
+        if (document.gCurrentPen() == pen)
             return;
         ++sweeps;
         if (PenReader::pointCount(document.peGraph(), pen) != kPoints)
             ++incomplete;
-        pen = document.gCurrentPen;
+        pen = document.gCurrentPen();
     });
     window.testRun().mnuTestStart_Click();
 

@@ -29,7 +29,7 @@ double now()
 
 void fill(PenDocument& document)
 {
-    const bool amplitude = document.pgiTestType == PenDocument::Amplitude;
+    const bool amplitude = document.pgiTestType() == PenDocument::Amplitude;
     for (int pen = 0; pen < PenDocument::kPens; ++pen) {
         document.setCurrentPen(pen);
         for (int point = 0; point < 1024; ++point) {
@@ -66,7 +66,7 @@ bool measure(cli::Session& session, PenDocument::TestType type, const char* type
         std::function<void(int)> act;
     };
     std::vector<Switch> switches = {
-        {"alternate view", [&](int) { document.graphSetAlternateView(!document.gbfAltSubset); }},
+        {"alternate view", [&](int) { document.graphSetAlternateView(!document.gbfAltSubset()); }},
         {"frequency axis", [&](int) { document.graphSetFrequecyLinear(!document.graphGetFrequncyView()); }},
     };
     if (type == PenDocument::Reactance)

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/ConsoleWindow.h"
 
-#include "document/PenDocument.h"
-
 #include <QCoreApplication>
 
 namespace cli {
@@ -16,35 +14,9 @@ void call(const std::function<void()>& callback)
 
 } // namespace
 
-void ConsoleWindow::setActiveDocument(PenDocument* document)
-{
-    m_document = document;
-}
-
-PenDocument* ConsoleWindow::activeDocument() const
-{
-    return m_document;
-}
-
-void ConsoleWindow::penShowCurrent(int)
-{
-    call(onNextPen);
-}
-
 void ConsoleWindow::processEvents()
 {
     QCoreApplication::processEvents();
-}
-
-void ConsoleWindow::setPenBarEnabled(bool enabled)
-{
-    call(enabled ? onViewing : onPlotting);
-}
-
-void ConsoleWindow::penSetActive(int iPenNumber)
-{
-    if (m_document)
-        m_document->setCurrentPen(iPenNumber - 1);
 }
 
 void ConsoleWindow::endProgram()

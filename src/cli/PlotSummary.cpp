@@ -130,7 +130,7 @@ PlotSummary summaryOf(PenDocument& document, const QString& file)
     PlotSummary summary;
     summary.file = file;
     summary.format = tableText(graph, kFormatTable, kCurrentFormat);
-    summary.testType = document.pgiTestType;
+    summary.testType = document.pgiTestType();
     if (properties.MainTitle != kNoTitle)
         summary.title = properties.MainTitle;
     summary.origin = properties.TXAxisLabel;

@@ -26,11 +26,10 @@ Session::Session(Console& console)
     , m_preferences(m_store, m_state.gstrAppTitle)
     , m_messages(console)
     , m_device(m_devices)
-    , m_deviceModule(LinkContext{m_device, m_mirror, m_state, m_preferences, m_messages, m_window})
+    , m_source(m_device, m_mirror, m_state)
+    , m_deviceModule(LinkContext{m_device, m_mirror, m_state, m_preferences, m_messages, m_window, m_active})
     , m_testRun(m_deviceModule)
 {
-    for (std::size_t pen = 0; pen < m_state.glPenColour.size(); ++pen)
-        m_state.glPenColour[pen] = m_preferences.value(options::kPens[pen]);
     m_deviceModule.DeviceInitialise();
 }
 
@@ -75,10 +74,10 @@ Outcome Session::openListed(const QString& serial)
 
 PenDocument& Session::replaceDocument()
 {
-    const DocumentContext context{m_device, m_mirror, m_state, m_preferences, m_messages, m_window};
+    const DocumentContext context{m_preferences, m_messages, m_source, m_active};
     m_document = std::make_unique<PenDocument>(context);
     m_document->gstrKey = QStringLiteral("1");
-    m_window.setActiveDocument(m_document.get());
+    m_active.set(m_document.get());
     return *m_document;
 }
 

@@ -5,9 +5,11 @@
 #include "cli/ConsoleWindow.h"
 #include "controls/korvalink/DeviceList.h"
 #include "controls/korvalink/KorvaLink.h"
+#include "document/ActiveDocument.h"
 #include "document/PenDocument.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/DeviceModule.h"
+#include "link/InstrumentPlotSource.h"
 #include "link/TestRun.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
@@ -38,6 +40,8 @@ public:
     /// The plot of a file takes the place of the document before, with the look that the file gives it.
     ValueOr<PenDocument*> openPlot(const QString& fileName);
 
+    /// The document that newDocument() or openPlot() has made last.
+    PenDocument& document() { return *m_document; }
     KorvaLink& device() { return m_device; }
     InstrumentMirror& mirror() { return m_mirror; }
     const ProgramState& state() const { return m_state; }
@@ -59,6 +63,8 @@ private:
     DeviceList m_devices;
     KorvaLink m_device;
     InstrumentMirror m_mirror;
+    ActiveDocument m_active;
+    InstrumentPlotSource m_source;
     DeviceModule m_deviceModule;
     TestRun m_testRun;
     std::unique_ptr<PenDocument> m_document;

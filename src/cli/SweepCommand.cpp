@@ -38,9 +38,12 @@ SweepCommand::SweepCommand(const SweepOptions& options, Console& console, Pictur
         m_loop.quit();
     });
     ConsoleWindow& window = m_session.window();
-    window.onPlotting = [this] { m_plotting = true; };
-    window.onViewing = [this] { m_viewing = m_plotting; };
-    window.onNextPen = [this] { m_penMoved = m_plotting; };
+    const InstrumentEvents& events = m_session.deviceModule().events();
+    connect(&events, &InstrumentEvents::plottingChanged, this, [this](bool plotting) {
+        m_viewing = !plotting && m_plotting;
+        m_plotting = m_plotting || plotting;
+    });
+    connect(&events, &InstrumentEvents::pointsFinished, this, [this] { m_penMoved = m_plotting; });
     window.onEndProgram = [this] { endBy(End::Stopped); };
 }
 
@@ -130,7 +133,7 @@ ExitCode SweepCommand::applyOptions()
 
 ExitCode SweepCommand::sweepOnce(int number)
 {
-    PenDocument& document = *m_session.window().activeDocument();
+    PenDocument& document = m_session.document();
     const int pen = number - 1;
     document.setCurrentPen(pen);
     m_plotting = m_viewing = m_penMoved = false;

@@ -130,7 +130,7 @@ double MeasuredPoint::modulus(std::int16_t testType) const
 SweepResult readPen(const PenDocument& document, int pen)
 {
     SweepResult result;
-    result.testType = document.pgiTestType;
+    result.testType = document.pgiTestType();
     const GraphModel& graph = document.peGraph();
     const bool reactance = result.testType == PenDocument::Reactance;
     // A point that was lost on the way leaves a gap; what came behind it counts all the same.

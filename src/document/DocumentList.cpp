@@ -4,6 +4,7 @@
 #include "document/ActiveDocument.h"
 #include "document/PenDocument.h"
 #include "document/PlotFileNames.h"
+#include "program/ProgramState.h"
 #include "program/UserMessages.h"
 
 #include <QCoreApplication>
@@ -18,8 +19,9 @@ constexpr int kAskReload = UserMessages::Information | UserMessages::YesNo;
 
 } // namespace
 
-DocumentList::DocumentList(const DocumentContext& context, DocumentWindows& windows)
+DocumentList::DocumentList(const DocumentContext& context, const ProgramState& state, DocumentWindows& windows)
     : m_context(context)
+    , m_state(state)
     , m_windows(windows)
 {}
 
@@ -58,7 +60,7 @@ PenDocument* DocumentList::LoadNewDoc()
         return nullptr;
     m_documents.emplace_back(document);
     Q_EMIT added(document);
-    document->PrepareNew(giNewDocType, document->caption());
+    document->PrepareNew(m_state.giNewDocType, document->caption());
     return document;
 }
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "document/DocumentContext.h"
-#include "document/TestType.h"
 
 #include <QObject>
 #include <QPointer>
@@ -11,6 +10,7 @@
 #include <vector>
 
 class PenDocument;
+struct ProgramState;
 
 /// What the list needs of the windows around its documents.
 class DocumentWindows
@@ -33,15 +33,14 @@ class DocumentList : public QObject
     Q_OBJECT
 
 public:
-    /// Both outlive the list.
-    DocumentList(const DocumentContext& context, DocumentWindows& windows);
+    /// All of it outlives the list.
+    DocumentList(const DocumentContext& context, const ProgramState& state, DocumentWindows& windows);
 
-    std::int16_t giNewDocType = plot::Amplitude; ///< type of the next new document; plot::NoTest: none is wanted
     std::int32_t giDocumentCounter = 0;          ///< running number of documents
     /// Documents are being closed in bulk or discarded.
     bool gbfSuppressPrompts() const { return m_suppressPrompts; }
 
-    /// A new document with a graph for giNewDocType, not yet shown; null, after a message, when there is no room.
+    /// A new document with a graph for state.giNewDocType, not yet shown; null, after a message, when there is no room.
     PenDocument* LoadNewDoc();
     /// A new document for a file to be loaded into.
     PenDocument* LoadNewCleanDoc();
@@ -73,6 +72,7 @@ private:
     std::vector<PenDocument*> living() const;
 
     DocumentContext m_context;
+    const ProgramState& m_state;
     DocumentWindows& m_windows;
     std::vector<QPointer<PenDocument>> m_documents;
     bool m_suppressPrompts = false;

@@ -38,7 +38,11 @@ class PenDocument : public QObject
     Q_OBJECT
 
 public:
-    using enum plot::TestType;
+    using TestType = plot::TestType;
+    static constexpr TestType NoTest = plot::NoTest;
+    static constexpr TestType Amplitude = plot::Amplitude;
+    static constexpr TestType Impedance = plot::Impedance;
+    static constexpr TestType Reactance = plot::Reactance;
     static constexpr int kPens = plot::kPens;
 
     explicit PenDocument(const DocumentContext& context, QObject* parent = nullptr);
@@ -208,6 +212,8 @@ public:
     /// Replaces the graph by the file and works out the state. Fails, with the document as it was, for a file that is
     /// none. Processes events.
     Outcome fileLoadPlot(const QString& sFileName);
+    /// Takes the format number from the graph as it stands.
+    void readFormat();
     /// The loaded plot is of another format: the popup offers no entry that changes or exports it.
     bool isViewOnly() const { return m_viewOnly; }
     void SetFileName(const QString& sFile) { m_fileName = sFile; }

@@ -241,14 +241,19 @@ Outcome PenDocument::fileLoadPlot(const QString& sFileName)
     if (!self)
         return closedMeanwhile();
 
+    readFormat();
+    UpdateToolBars();
+    Q_EMIT dataChanged(-1);
+    return Outcome::success();
+}
+
+void PenDocument::readFormat()
+{
     const plotfile::Format format = plotfile::readFormat(m_graph);
     m_version = format.number;
     m_viewOnly = !format.current;
     if (m_viewOnly)
         m_popup.limitToViewing();
-    UpdateToolBars();
-    Q_EMIT dataChanged(-1);
-    return Outcome::success();
 }
 
 bool PenDocument::QueryClose()

@@ -76,4 +76,6 @@ Q_SIGNALS:
     // Script ---------------------------------------------------------------------------------------------------------
 
     void scriptRunning(bool running);
+    /// The script asks for the loop view of the active document, which has one, or for its end.
+    void loopViewWanted(bool shown);
 };

@@ -4,6 +4,8 @@
 #include "controls/korvalink/KorvaLink.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/Commands.h"
+#include "link/DocumentFollower.h"
+#include "link/SweepRecorder.h"
 #include "prefs/Preferences.h"
 #include "program/ProgramState.h"
 #include "program/UserMessages.h"
@@ -29,11 +31,12 @@ constexpr qint64 kLessThanAFrame = static_cast<qint64>(Frame::kLength) - 1;
 DeviceModule::DeviceModule(const LinkContext& context, QObject* parent)
     : QObject(parent)
     , m_context(context)
-    , m_plotState(context)
     , m_panels(context.port)
     , m_dialog(&noDialog())
 {
     registerOwnHandlers();
+    m_recorder = std::make_unique<SweepRecorder>(*this);
+    m_follower = std::make_unique<DocumentFollower>(m_context, m_events);
     KorvaLink* const device = &m_context.device;
     connect(device, &KorvaLink::DeviceConnected, this, &DeviceModule::deviceConnected);
     connect(device, &KorvaLink::DataReceived, this, &DeviceModule::DeviceReadInput);
@@ -98,7 +101,7 @@ bool DeviceModule::DeviceFrameReceived(const char* bytes, std::size_t p1)
 {
     if (p1 != Frame::kLength || bytes[0] == ':' || bytes[1] != ':')
         return true;
-    if (bytes[0] != 'O' && m_context.port.firmwareWizardReadsVersion())
+    if (m_onlyCode != 0 && bytes[0] != m_onlyCode)
         return true;
     return DeviceDispatch(Frame(bytes));
 }
@@ -147,8 +150,7 @@ void DeviceModule::deviceConnected()
             m_dialog->storeSettings();
         }
         m_context.state.gbfScriptRunning = false;
-        if (m_context.state.gbfPlotting)
-            m_plotState.GUISetViewing();
+        m_recorder->endRun();
         DeviceInitialise();
         // A dialog that stayed open would send what it still shows when it is closed.
         m_dialog->RefreshDialog();
@@ -174,8 +176,7 @@ void DeviceModule::deviceDisconnected()
          {StatusPanels::StartFrequency, StatusPanels::EndFrequency, StatusPanels::Phase, StatusPanels::Points,
           StatusPanels::Period, StatusPanels::IdleFrequency, StatusPanels::SweepMode, StatusPanels::Attenuation})
         m_panels.show(panel, {});
-    if (m_context.state.gbfPlotting)
-        m_plotState.GUISetViewing();
+    m_recorder->endRun();
     m_context.state.gbfScriptRunning = false;
     DeviceReset();
     Q_EMIT m_events.lost();

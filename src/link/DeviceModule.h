@@ -4,16 +4,17 @@
 #include "instrument/InstrumentEvents.h"
 #include "link/Frame.h"
 #include "link/LinkContext.h"
-#include "link/PlotState.h"
 #include "link/StatusPanels.h"
 
 #include <QObject>
 
 #include <array>
 #include <functional>
+#include <memory>
 
-class PenDocument;
+class DocumentFollower;
 class SettingsDialogPort;
+class SweepRecorder;
 
 /// The host's end of the instrument's link: reads frames, dispatches them, keeps the mirror of the instrument, saves
 /// and sends the sweep settings.
@@ -32,7 +33,8 @@ public:
     ~DeviceModule() override;
 
     const LinkContext& context() const { return m_context; }
-    PlotState& plotState() { return m_plotState; }
+    SweepRecorder& recorder() { return *m_recorder; }
+    DocumentFollower& follower() { return *m_follower; }
     StatusPanels& panels() { return m_panels; }
     /// What the instrument's side tells the rest of the program.
     InstrumentEvents& events() { return m_events; }
@@ -44,14 +46,15 @@ public:
     /// Adds the handler of a message code; replaces the one there was. A frame without a handler is ignored.
     /// Handlers may run event loops: inbound frames wait meanwhile.
     void registerHandler(char code, Handler handler);
+    /// Frames of every other code are dropped until 0 is set: the firmware wizard listens to "O" alone.
+    void setOnlyCode(char code) { m_onlyCode = code; }
 
     /// Reads what the link holds, as long as a whole frame waits, and dispatches each valid frame. A strict field that
     /// is no number ends the pass and loses what was read. May be entered again from a handler that has switched the
     /// data event on: the inner pass then goes on behind the frame that is being handled.
     void DeviceReadInput();
     /// One run of bytes up to one behind its carriage return: a frame, if p1 is 67 and its first ":" stands at
-    /// column 2. While the firmware wizard reads the version only code "O" passes. The answer is that of
-    /// DeviceDispatch.
+    /// column 2. The answer is that of DeviceDispatch.
     bool DeviceFrameReceived(const char* bytes, std::size_t p1);
     /// Hands the frame to the handler of its code.
     bool DeviceDispatch(const Frame& frame);
@@ -83,20 +86,11 @@ private:
     void writeBufferFull();
 
     bool handleBuffered();
-    void readStatus(const Frame& frame, std::int32_t bfIdleOutput);
-    /// The active document while it is the one under test, otherwise null.
-    PenDocument* documentUnderTest() const;
-    void endOfPoints();
-    void showMeasured(PenDocument& document, double frequency, int action);
 
     bool attenuation(const Frame& frame);           // A
     bool calibrationSlope(const Frame& frame);      // B
     bool trim(const Frame& frame);                  // C
-    bool testStarted(const Frame& frame);           // D
-    bool testEnded(const Frame& frame);             // E
-    bool impedancePoint(const Frame& frame);        // F
     bool idleLevel(const Frame& frame);             // G
-    bool amplitudePoint(const Frame& frame);        // H
     bool idleImpedance(const Frame& frame);         // I
     bool options(const Frame& frame);               // J
     bool sweep(const Frame& frame);                 // K
@@ -111,7 +105,6 @@ private:
     bool notice(const Frame& frame);                // T
     bool serialNumber(const Frame& frame);          // V
     bool completeState(const Frame& frame);         // X
-    bool pointsFinished(const Frame& frame);        // Y
     bool activePen(const Frame& frame);             // a
     bool extentsWanted(const Frame& frame);         // c
     bool endOfProgram(const Frame& frame);          // h
@@ -130,8 +123,10 @@ private:
 
     LinkContext m_context;
     InstrumentEvents m_events;
-    PlotState m_plotState;
     StatusPanels m_panels;
     SettingsDialogPort* m_dialog;
     std::array<Handler, 256> m_handlers;
+    char m_onlyCode = 0;
+    std::unique_ptr<SweepRecorder> m_recorder;
+    std::unique_ptr<DocumentFollower> m_follower;
 };

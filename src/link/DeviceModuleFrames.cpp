@@ -2,12 +2,14 @@
 // The instrument's own message codes. Each handler reads its fields first: a field that fails leaves the mirror as it
 // was.
 #include "controls/korvalink/KorvaLink.h"
+#include "document/ActiveDocument.h"
 #include "document/PenDocument.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/Commands.h"
 #include "link/DeviceModule.h"
 #include "link/FirmwareVersion.h"
 #include "link/NoticeRules.h"
+#include "link/SweepRecorder.h"
 #include "prefs/Preferences.h"
 #include "program/ProgramState.h"
 #include "program/UserMessages.h"
@@ -24,8 +26,6 @@ namespace {
 
 /// "No phase" in the level frames.
 constexpr double kNoPhase = -65536;
-/// Past this number an amplitude document refuses a point.
-constexpr std::int32_t kLastAmplitudePoint = 1024;
 
 bool flag(double number)
 {
@@ -50,11 +50,7 @@ void DeviceModule::registerOwnHandlers()
         {'A', &DeviceModule::attenuation},
         {'B', &DeviceModule::calibrationSlope},
         {'C', &DeviceModule::trim},
-        {'D', &DeviceModule::testStarted},
-        {'E', &DeviceModule::testEnded},
-        {'F', &DeviceModule::impedancePoint},
         {'G', &DeviceModule::idleLevel},
-        {'H', &DeviceModule::amplitudePoint},
         {'I', &DeviceModule::idleImpedance},
         {'J', &DeviceModule::options},
         {'K', &DeviceModule::sweep},
@@ -69,7 +65,6 @@ void DeviceModule::registerOwnHandlers()
         {'T', &DeviceModule::notice},
         {'V', &DeviceModule::serialNumber},
         {'X', &DeviceModule::completeState},
-        {'Y', &DeviceModule::pointsFinished},
         {'a', &DeviceModule::activePen},
         {'c', &DeviceModule::extentsWanted},
         {'h', &DeviceModule::endOfProgram},
@@ -84,12 +79,6 @@ void DeviceModule::registerOwnHandlers()
         registerHandler(entry.code,
                         [this, method = entry.method](const Frame& frame) { return (this->*method)(frame); });
     // Recognised, and nothing to do: "*", "#", "&", "@", "^", "!" and "W" need no entry, no more than unknown codes.
-}
-
-PenDocument* DeviceModule::documentUnderTest() const
-{
-    PenDocument* const document = m_context.port.activeDocument();
-    return document != nullptr && document->gstrKey == m_context.state.gstrPlotKey ? document : nullptr;
 }
 
 void DeviceModule::showTestPoints()
@@ -151,113 +140,6 @@ bool DeviceModule::trim(const Frame& frame)
     Q_EMIT m_events.changed(MirrorPart::Trim);
     Q_EMIT m_events.phaseReported(phase == 1);
     return true;
-}
-
-void DeviceModule::readStatus(const Frame& frame, std::int32_t bfIdleOutput)
-{
-    InstrumentMirror& mirror = m_context.mirror;
-    mirror.bfRunning = flag(frame.number(1));
-    mirror.dblStartFrequency = frame.number(2);
-    m_panels.showFrequency(StatusPanels::StartFrequency, mirror.dblStartFrequency);
-    mirror.dblEndFrequency = frame.number(3);
-    m_panels.showFrequency(StatusPanels::EndFrequency, mirror.dblEndFrequency);
-    m_context.state.gbfSweepActive = flag(frame.number(4));
-    mirror.bfIdleOutput = bfIdleOutput != 0;
-}
-
-bool DeviceModule::testStarted(const Frame& frame)
-{
-    if (m_context.port.activeDocument() == nullptr)
-        return true;
-    std::int32_t selector = 0, idleOutput = 0;
-    if (!frame.ParseF(selector) || !frame.ParseI(idleOutput))
-        return false;
-    readStatus(frame, idleOutput);
-    m_plotState.GUISetPlotting();
-    if (PenDocument* const document = m_context.port.activeDocument())
-        document->SetPlotting();
-    return true;
-}
-
-bool DeviceModule::testEnded(const Frame& frame)
-{
-    std::int32_t selector = 0, idleOutput = 0;
-    if (!frame.ParseF(selector) || !frame.ParseI(idleOutput))
-        return false;
-    readStatus(frame, idleOutput);
-    m_plotState.GUISetViewing();
-    showTestPoints();
-    return true;
-}
-
-bool DeviceModule::impedancePoint(const Frame& frame)
-{
-    std::int32_t marker = 0, point = 0;
-    if (!frame.ParseF(marker) || !frame.ParseI(point))
-        return false;
-    m_context.mirror.iCurrentPoint = toInt16(point);
-    const double frequency = frame.number(1);
-    const double impedance = frame.number(2);
-    if (impedance == 0 || m_context.port.activeDocument() == nullptr) {
-        m_context.device.Write(command::text(command::kStop));
-        return true;
-    }
-    PenDocument* document = documentUnderTest();
-    if (document == nullptr)
-        return true;
-    const bool accepted = document->pgiTestType != PenDocument::Amplitude;
-    document->AddImpedancePoint(frequency, impedance, frame.number(3), frame.number(4), point);
-    if (!accepted)
-        endOfPoints();
-    if (marker == 0)
-        return true;
-    // A refused point shows a message, and any document may be gone behind it.
-    document = documentUnderTest();
-    if (document == nullptr)
-        return true;
-    showMeasured(*document, frequency, 0);
-    m_context.port.refreshLoopView();
-    return true;
-}
-
-bool DeviceModule::amplitudePoint(const Frame& frame)
-{
-    std::int32_t marker = 0, point = 0;
-    if (!frame.ParseF(marker) || !frame.ParseI(point))
-        return false;
-    m_context.mirror.iCurrentPoint = toInt16(point);
-    const double frequency = frame.number(1);
-    if (m_context.port.activeDocument() == nullptr) {
-        m_context.device.Write(command::text(command::kStop));
-        return true;
-    }
-    PenDocument* document = documentUnderTest();
-    if (document == nullptr)
-        return true;
-    const bool accepted = document->pgiTestType == PenDocument::Amplitude && point <= kLastAmplitudePoint;
-    document->AddAmplitudePoint(frequency, frame.number(2), frame.number(3), frame.number(4), point);
-    if (!accepted)
-        endOfPoints();
-    if (marker == 0)
-        return true;
-    document = documentUnderTest();
-    if (document != nullptr)
-        showMeasured(*document, frequency, 3);
-    return true;
-}
-
-void DeviceModule::endOfPoints()
-{
-    // The user was told once and the test is being stopped; the points that are still on their way go nowhere instead
-    // of raising the same message hundreds of times.
-    m_context.state.gstrPlotKey.clear();
-}
-
-void DeviceModule::showMeasured(PenDocument& document, double frequency, int action)
-{
-    document.peGraph().setVertLineAnnotation(0, frequency);
-    m_panels.showProgress(m_context.mirror.iCurrentPoint + 1, m_context.mirror.iPointsInTest);
-    document.peGraph().PEactions(action);
 }
 
 bool DeviceModule::idleLevel(const Frame& frame)
@@ -369,8 +251,6 @@ bool DeviceModule::firmwareVersion(const Frame& frame)
     mirror.dblFirmwareBuild = frame.number(3);
     mirror.dblFirmwareBoard = frame.number(4);
     mirror.dblFirmwareVersion = firmwareVersionNumber(mirror.dblFirmwareMajor, mirror.dblFirmwareMinor);
-    if (m_context.port.firmwareWizardReadsVersion())
-        m_context.port.showWizardVersion(firmwareVersionText(mirror));
     Q_EMIT m_events.changed(MirrorPart::Firmware);
     return true;
 }
@@ -486,35 +366,22 @@ bool DeviceModule::completeState(const Frame& frame)
     return true;
 }
 
-bool DeviceModule::pointsFinished(const Frame&)
-{
-    const QPointer<PenDocument> document = m_context.port.activeDocument();
-    if (document == nullptr)
-        return true;
-    if (m_context.state.gbfPlotting)
-        m_panels.showPoints(m_context.mirror.iPointsInTest);
-    document->SetViewing();
-    if (document != nullptr)
-        document->SelectNextPen();
-    return true;
-}
-
 bool DeviceModule::activePen(const Frame& frame)
 {
     std::int32_t pen = 0;
     if (!frame.ParseF(pen))
         return false;
-    if (pen >= 1 && pen <= PenDocument::kPens)
-        m_context.port.penSetActive(pen);
+    if (PenDocument* const document = m_context.active.get())
+        document->setCurrentPen(pen - 1);
     return true;
 }
 
 bool DeviceModule::extentsWanted(const Frame&)
 {
-    if (PenDocument* const document = m_context.port.activeDocument())
+    if (PenDocument* const document = m_context.active.get())
         document->gbfSendZoom = true;
     if (!m_context.state.gbfPlotting)
-        m_plotState.GUISetViewing();
+        m_recorder->GUISetViewing();
     return true;
 }
 
@@ -531,8 +398,7 @@ bool DeviceModule::scriptState(const Frame& frame)
     if (!frame.ParseF(running))
         return false;
     m_context.state.gbfScriptRunning = running != 0;
-    if (running == 0)
-        m_context.port.closeLoopView();
+    Q_EMIT m_events.scriptRunning(running != 0);
     return true;
 }
 
@@ -585,13 +451,10 @@ bool DeviceModule::loopView(const Frame& frame)
     std::int32_t show = 0;
     if (!frame.ParseF(show))
         return false;
-    if (show == 0) {
-        m_context.port.closeLoopView();
-        return true;
-    }
-    const PenDocument* const document = m_context.port.activeDocument();
-    if (document != nullptr &&
-        (document->pgiTestType == PenDocument::Impedance || document->pgiTestType == PenDocument::Reactance))
-        m_context.port.showLoopView();
+    const PenDocument* const document = m_context.active.get();
+    const bool hasLoop = document != nullptr && (document->pgiTestType() == plot::Impedance ||
+                                                 document->pgiTestType() == plot::Reactance);
+    if (show == 0 || hasLoop)
+        Q_EMIT m_events.loopViewWanted(show != 0);
     return true;
 }

@@ -48,7 +48,7 @@ void DeviceModule::DeviceLoadSettings()
     load(options::kNumPoints, mirror.iNumPoints);
     load(options::kAttenuationCode, mirror.iAttenuationCode);
     load(options::kRepeat, mirror.bfRepeat);
-    m_context.port.SetRepeatStatus(mirror.bfRepeat);
+    Q_EMIT m_events.changed(MirrorPart::Repeat);
     load(options::kSweepMode, mirror.iSweepMode);
     load(options::kPhaseOn, mirror.bfPhaseOn);
     load(options::kTestPeriod, mirror.iTestPeriod);

@@ -4,9 +4,9 @@
 #include "controls/korvalink/KorvaLink.h"
 #include "document/ActiveDocument.h"
 #include "document/PenDocument.h"
+#include "instrument/Commands.h"
 #include "instrument/InstrumentEvents.h"
 #include "instrument/InstrumentMirror.h"
-#include "link/Commands.h"
 #include "program/ProgramState.h"
 
 DocumentFollower::DocumentFollower(const LinkContext& context, InstrumentEvents& events, QObject* parent)
@@ -39,9 +39,7 @@ void DocumentFollower::selectPin()
     if (!m_context.device.Connected() || m_context.state.gbfScriptRunning || document == nullptr ||
         document->pgiTestType() == plot::NoTest)
         return;
-    m_context.device.Write(command::setPin(document->pgiTestType() == plot::Amplitude ? command::kAmplitudePin
-                                                                                       : command::kImpedancePin,
-                                           document->gCurrentPen() + 1));
+    m_context.device.Write(command::setPin(document->pgiTestType(), document->gCurrentPen() + 1));
 }
 
 void DocumentFollower::sendExtent(double lowest, double highest, bool linear)
@@ -49,7 +47,7 @@ void DocumentFollower::sendExtent(double lowest, double highest, bool linear)
     KorvaLink& device = m_context.device;
     if (!device.Connected() || !m_context.mirror.bfGraphExtents)
         return;
-    device.Write(command::text(command::kStartFreq, lowest));
-    device.Write(command::text(command::kEndFreq, highest));
-    device.Write(command::text(command::kLinear, linear));
+    device.Write(command::startFreq(lowest));
+    device.Write(command::endFreq(highest));
+    device.Write(command::linear(linear));
 }

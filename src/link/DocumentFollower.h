@@ -6,6 +6,7 @@
 #include <QObject>
 
 class InstrumentEvents;
+class PenDocument;
 
 /// Tells the instrument what it has to know of the active document: the extent that the sweep follows and the output
 /// pin of the current pen. Listens; nobody calls it but for a start.

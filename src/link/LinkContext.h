@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+class ActiveDocument;
 class KorvaLink;
 class MainWindowPort;
 class Preferences;
@@ -17,4 +18,5 @@ struct LinkContext
     Preferences& preferences;
     UserMessages& messages;
     MainWindowPort& port;
+    ActiveDocument& active;
 };

@@ -5,9 +5,9 @@
 #include "document/ActiveDocument.h"
 #include "document/PenDocument.h"
 #include "document/PlotFile.h"
+#include "instrument/Commands.h"
 #include "instrument/InstrumentEvents.h"
 #include "instrument/InstrumentMirror.h"
-#include "link/Commands.h"
 #include "link/DeviceModule.h"
 #include "program/ProgramState.h"
 #include "program/UserMessages.h"
@@ -55,6 +55,11 @@ void SweepRecorder::expectStart(PenDocument& document)
     m_startExpected = true;
 }
 
+PenDocument* SweepRecorder::documentUnderTest() const
+{
+    return m_document;
+}
+
 void SweepRecorder::endRun()
 {
     m_context.state.gbfSweepActive = false;
@@ -73,7 +78,7 @@ void SweepRecorder::documentActivated(PenDocument* document)
     if (!state.gbfPlotting || state.gbfSweepActive || document == nullptr || m_document == nullptr ||
         document == m_document)
         return;
-    m_context.device.Write(command::text(command::kStopSweep));
+    m_context.device.Write(command::refuse());
     GUISetViewing();
 }
 
@@ -158,7 +163,7 @@ void SweepRecorder::beginSweep()
     start.sampling = m_context.device.SamplingDevice();
     start.multiPen = m_context.state.gbfSweepActive;
     if (!m_document->SetPlotting(start))
-        m_context.device.Write(command::text(command::kStopSweep));
+        m_context.device.Write(command::refuse());
     else
         Q_EMIT m_events.sweepStarted(m_document);
 }
@@ -191,7 +196,7 @@ bool SweepRecorder::pointArrived(const Frame& frame)
     point.sign = frame.number(4);
     point.number = number;
     if (point.impedance && point.value == 0) {
-        m_context.device.Write(command::text(command::kStop));
+        m_context.device.Write(command::stop());
         return true;
     }
     if (!m_context.state.gbfPlotting && m_startExpected && m_expected != nullptr) {
@@ -200,7 +205,7 @@ bool SweepRecorder::pointArrived(const Frame& frame)
     }
     if (m_document == nullptr) {
         if (m_context.active.get() == nullptr)
-            m_context.device.Write(command::text(command::kStop));
+            m_context.device.Write(command::stop());
         return true;
     }
     if (numberMayStand(point))
@@ -257,7 +262,7 @@ void SweepRecorder::refuse(PointAnswer answer)
     const bool wrongType = answer == PointAnswer::WrongType;
     if (wrongType)
         m_context.device.DisableDataEvent();
-    m_context.device.Write(command::text(command::kStop));
+    m_context.device.Write(command::stop());
     // The user is told once; the points that are still on their way go nowhere instead of raising the same message
     // hundreds of times.
     m_document = nullptr;

@@ -35,7 +35,7 @@ public:
     /// The user has started a test on this document: the next sweep is its, whatever is active by then.
     void expectStart(PenDocument& document);
     /// Null when no document is under test, or when it has been closed.
-    PenDocument* documentUnderTest() const { return m_document; }
+    PenDocument* documentUnderTest() const;
     /// gstrKey of the document under test; empty when there is none.
     const QString& gstrPlotKey() const { return m_key; }
 

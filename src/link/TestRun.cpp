@@ -2,10 +2,13 @@
 #include "link/TestRun.h"
 
 #include "controls/korvalink/KorvaLink.h"
+#include "document/ActiveDocument.h"
 #include "document/PenDocument.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/Commands.h"
 #include "link/DeviceModule.h"
+#include "link/DocumentFollower.h"
+#include "link/SweepRecorder.h"
 #include "prefs/Preferences.h"
 #include "program/ProgramState.h"
 #include "program/UserMessages.h"
@@ -55,7 +58,7 @@ void TestRun::mnuTestStart_Click()
             return;
         m_device.DeviceSaveSettings();
         SendSweepRange();
-        if (m_context.port.activeDocument() == nullptr) {
+        if (m_context.active.get() == nullptr) {
             m_context.port.fileNew();
             return;
         }
@@ -65,7 +68,7 @@ void TestRun::mnuTestStart_Click()
 
 void TestRun::startTest()
 {
-    const QPointer<PenDocument> document = m_context.port.activeDocument();
+    const QPointer<PenDocument> document = m_context.active.get();
     if (document == nullptr)
         return;
     if (document->gbfSendZoom)
@@ -77,12 +80,12 @@ void TestRun::startTest()
              tr("Wrong graph type!"));
         return;
     }
-    if (document->GetPenLock(document->gCurrentPen) == 1 && !document->SelectNextPen()) {
+    if (document->GetPenLock(document->gCurrentPen()) == 1 && !document->SelectNextPen()) {
         tell(tr("All pens are locked!"), UserMessages::OkOnly | UserMessages::Information, tr("Information"));
         return;
     }
     endMonitor();
-    if (document->giDocumentVersion > 1) {
+    if (document->giDocumentVersion() > 1) {
         tell(tr("New data format. Please check for updates."), UserMessages::OkOnly | UserMessages::Information,
              tr("Data acquisition not possible"));
         return;
@@ -92,13 +95,15 @@ void TestRun::startTest()
     if (!QuestionOverwritePen(*document))
         return;
     // The answer to the question was about this document and this link.
-    if (document == nullptr || m_context.port.activeDocument() != document || !m_context.device.Connected())
+    if (document == nullptr || m_context.active.get() != document || !m_context.device.Connected())
         return;
-    document->peGraph().PEactions(0);
+    document->peGraph().PEactions(graph::Reinitialise);
+    m_device.follower().selectPin();
+    m_device.recorder().expectStart(*document);
 
     // The leading stop ends whatever still runs in the instrument.
     QString start = command::text(command::kStop);
-    switch (document->pgiTestType) {
+    switch (document->pgiTestType()) {
     case PenDocument::Amplitude:
         start += command::text(command::kAmpTest);
         break;
@@ -158,39 +163,18 @@ void TestRun::SendSweepRange()
     send(highText, command::kEndFreq, m_context.mirror.dblEndFrequency);
 }
 
-bool TestRun::PenHasData(const PenDocument& document, int pen)
-{
-    const GraphModel& graph = document.peGraph();
-    const float null = graph.NullDataValueY();
-    for (const float y : graph.yArray(pen)) {
-        if (y != null)
-            return true;
-    }
-    return false;
-}
-
 bool TestRun::QuestionOverwritePen(PenDocument& document)
 {
     // Never equal: a lock reads as 1 or 0. The start has dealt with locked pens before.
     constexpr int kTrue = -1;
-    if (document.GetPenLock(document.gCurrentPen) == kTrue)
+    if (document.GetPenLock(document.gCurrentPen()) == kTrue)
         return false;
     if (!m_context.preferences.value(options::kPromptOverwrite))
         return true;
-    if (!PenHasData(document, document.gCurrentPen))
+    if (!document.pens().hasData(document.gCurrentPen()))
         return true;
     return tell(tr("Do you want to overwrite this pen?"), UserMessages::OkCancel | UserMessages::Question,
                 tr("Overwrite existing?")) != UserMessages::ReplyCancel;
-}
-
-void TestRun::GUISetPlotting()
-{
-    m_device.plotState().GUISetPlotting();
-}
-
-void TestRun::GUISetViewing()
-{
-    m_device.plotState().GUISetViewing();
 }
 
 void TestRun::mnuTestStopTest_Click()
@@ -200,7 +184,7 @@ void TestRun::mnuTestStopTest_Click()
     endMonitor();
     m_context.device.Write(command::text(command::kStop));
     m_context.state.gbfScriptRunning = false;
-    if (PenDocument* const document = m_context.port.activeDocument())
+    if (PenDocument* const document = m_context.active.get())
         document->gbfSendZoom = true;
 }
 
@@ -209,7 +193,7 @@ void TestRun::mnuTestRepeat_Click(bool bfChecked)
     m_context.device.Write(command::text(command::kRepeat, !bfChecked));
     m_context.mirror.bfRepeat = !bfChecked;
     m_device.DeviceSaveSettings();
-    m_context.port.SetRepeatStatus(m_context.mirror.bfRepeat);
+    Q_EMIT m_device.events().changed(MirrorPart::Repeat);
 }
 
 bool TestRun::QuestionTestCancel()
@@ -219,7 +203,7 @@ bool TestRun::QuestionTestCancel()
     if (reply == UserMessages::ReplyOk) {
         mnuTestStopTest_Click();
         m_context.port.processEvents();
-        GUISetViewing();
+        m_device.recorder().GUISetViewing();
         m_context.port.processEvents();
         return false;
     }
@@ -238,13 +222,4 @@ bool TestRun::OpenFirstDeviceFound()
         device.Close();
     }
     return false;
-}
-
-void TestRun::writePinCommand(int iPenNumber)
-{
-    const PenDocument* const document = m_context.port.activeDocument();
-    if (!m_context.device.Connected() || m_context.state.gbfScriptRunning || document == nullptr)
-        return;
-    const QLatin1String word(document->pgiTestType == PenDocument::Amplitude ? "setpin 2" : "setpin 1");
-    m_context.device.Write(word + QString::number(iPenNumber) + QLatin1Char('\r'));
 }

@@ -26,8 +26,6 @@ public:
     /// bfChecked: the state of the item before the click.
     void mnuTestRepeat_Click(bool bfChecked);
 
-    void GUISetPlotting();
-    void GUISetViewing();
     /// "Abort test?": false when the test was stopped, true when it goes on and the caller gives up its own action.
     bool QuestionTestCancel();
 
@@ -37,17 +35,9 @@ public:
     /// Sends the limits of the settings dialog that differ from the instrument's, if the sweep follows the graph's
     /// extents.
     void SendSweepRange();
-    /// Tells the instrument which output pin belongs to the pen (user's number, 1 to 10), when it is connected, no
-    /// script runs and a document is active: "setpin 2" and the pen for amplitude documents, "setpin 1" and the pen
-    /// otherwise.
-    void writePinCommand(int iPenNumber);
-
     /// Milliseconds of each of the kAnswerRounds waits that a start gives the answer to "enquire"; 5 unless set.
     void setAnswerWait(int milliseconds) { m_answerWait = milliseconds; }
     static constexpr int kAnswerRounds = 51;
-
-    /// True when any of the points of the pen (index from 0) holds data.
-    static bool PenHasData(const PenDocument& document, int pen);
 
 private:
     /// Connects if needed and gives the enquire answer time to land. False: no link.

@@ -1,25 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "controls/korvalink/DeviceList.h"
-#include "controls/korvalink/KorvaLink.h"
-#include "controls/korvalink/MemoryTransport.h"
+#include "document/ActiveDocument.h"
 #include "document/ClipboardPort.h"
 #include "document/FilePicker.h"
 #include "document/GraphScope.h"
 #include "document/PenDocument.h"
-#include "instrument/InstrumentMirror.h"
+#include "document/PlotSource.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
 #include "program/ProgramState.h"
-#include "support/RecordingMainWindow.h"
 #include "support/RecordingMessages.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 
-#include <map>
 #include <memory>
+#include <utility>
 
 /// A clipboard of the test's own.
 class MemoryClipboard : public ClipboardPort
@@ -51,55 +48,64 @@ public:
     QString title, filters, folder, name;
 };
 
-/// Everything around a document, with an instrument in memory.
+/// An instrument as documents see it, for the test to set.
+class SettablePlotSource : public PlotSource
+{
+public:
+    QString instrument() const override { return name; }
+    Limits limits() const override { return ranges; }
+    bool extentHeld() const override { return held; }
+    bool followsExtent() const override { return follows; }
+
+    QString name;
+    Limits ranges;
+    bool held = false;
+    bool follows = false;
+};
+
+/// Everything around a document. There is no instrument and no link.
 struct DocumentBench
 {
-    class Window : public RecordingMainWindow
-    {
-    public:
-        void updateToolBars(PenDocument&) override { ++toolBarUpdates; }
-        void defaultToolBars() override { calls << QStringLiteral("defaultToolBars"); }
-        void UpdateQuickFileList(const QString& file) override { quickFiles << file; }
-
-        int toolBarUpdates = 0;
-        QStringList quickFiles;
-    };
-
     QTemporaryDir folder;
     SettingsStore store{folder.path()};
-    DeviceList devices{std::vector<std::unique_ptr<DeviceSource>>()};
-    KorvaLink link{devices};
-    std::shared_ptr<MemoryPeer> instrument;
-    InstrumentMirror mirror;
-    ProgramState state;
     Preferences preferences{store, QStringLiteral("MarrowickGraph")};
+    ProgramState state;
     RecordingMessages messages;
-    Window window;
+    SettablePlotSource source;
+    ActiveDocument active;
     MemoryClipboard clipboard;
     RecordingFilePicker picker;
-    DocumentContext context{link, mirror, state, preferences, messages, window, &clipboard, &picker};
+    DocumentContext context{preferences, messages, source, active, &clipboard, &picker};
 
-    /// An instrument is plugged in.
-    void connect()
+    int penChanges = 0; ///< pensChanged()
+    QStringList quickFiles;
+    QList<int> currentPens; ///< currentPenChanged()
+    QStringList extents;    ///< testExtentChanged() as "1000 to 9000 linear"
+    QStringList events;     ///< "closed"
+
+    /// Records what the document says.
+    void listen(PenDocument& document)
     {
-        auto [transport, peer] = MemoryTransport::makePair();
-        instrument = peer;
-        link.OpenTransport(std::move(transport));
-        instrument->takeWritten();
+        QObject::connect(&document, &PenDocument::pensChanged, [this] { ++penChanges; });
+        QObject::connect(&document, &PenDocument::fileUsed, [this](const QString& file) { quickFiles << file; });
+        QObject::connect(&document, &PenDocument::currentPenChanged, [this](int pen) { currentPens << pen; });
+        QObject::connect(&document, &PenDocument::closed, [this] { events << QStringLiteral("closed"); });
+        QObject::connect(&document, &PenDocument::testExtentChanged, [this](double low, double high, bool linear) {
+            extents << QStringLiteral("%1 to %2 %3")
+                           .arg(QString::number(low, 'g', 12), QString::number(high, 'g', 12),
+                                linear ? QStringLiteral("linear") : QStringLiteral("logarithmic"));
+        });
     }
-    /// What the instrument has been sent since the last call.
-    QByteArray written()
-    {
-        link.Flush();
-        return instrument ? instrument->takeWritten() : QByteArray();
-    }
+    /// What the document said of its extent since the last call.
+    QStringList takeExtents() { return std::exchange(extents, {}); }
     /// A new document of that type, active.
     std::unique_ptr<PenDocument> document(std::int16_t type)
     {
         auto made = std::make_unique<PenDocument>(context);
         made->gstrKey = QStringLiteral("Doc1");
         made->PrepareNew(type, QStringLiteral("Document 1"));
-        window.active = made.get();
+        listen(*made);
+        active.set(made.get());
         return made;
     }
     QString path(const QString& name) const { return folder.filePath(name); }
@@ -128,4 +134,14 @@ inline void setMasks(PenDocument& document, bool on)
 {
     const TableScope scope(document.peGraph(), 1);
     document.peGraph().setTAText(0, 0, on ? QStringLiteral("MASK") : QString());
+}
+
+/// The document counts as saved by a later program.
+inline void setNewerFormat(PenDocument& document)
+{
+    {
+        const TableScope scope(document.peGraph(), 2);
+        document.peGraph().setTAText(0, 0, QStringLiteral("2"));
+    }
+    document.readFormat();
 }

@@ -12,7 +12,7 @@ namespace {
 struct DocumentListTest : ::testing::Test, DocumentWindows
 {
     DocumentBench bench;
-    DocumentList list{bench.context, *this};
+    DocumentList list{bench.context, bench.state, *this};
     std::vector<std::unique_ptr<PenDocument>> windows;
     bool room = true;
     QStringList shown;
@@ -23,12 +23,13 @@ struct DocumentListTest : ::testing::Test, DocumentWindows
         if (!room)
             return nullptr;
         windows.push_back(std::make_unique<PenDocument>(bench.context));
+        bench.listen(*windows.back());
         return windows.back().get();
     }
     void showDocument(PenDocument& document) override
     {
         shown << document.gstrKey;
-        bench.window.active = &document;
+        bench.active.set(&document);
     }
     bool unloadDocument(PenDocument& document) override
     {
@@ -62,13 +63,13 @@ TEST_F(DocumentListTest, NewDocumentsAreNumberedAndPrepared)
     ASSERT_NE(first, nullptr);
     EXPECT_EQ(first->caption(), "Document 1");
     EXPECT_EQ(first->gstrKey, "Doc1");
-    EXPECT_EQ(first->pgiTestType, 2);
+    EXPECT_EQ(first->pgiTestType(), 2);
     EXPECT_TRUE(first->gbfInitialised());
     PenDocument* second = list.LoadNewCleanDoc();
     ASSERT_NE(second, nullptr);
     EXPECT_EQ(second->caption(), "Document 2");
     EXPECT_EQ(second->gstrKey, "Doc2");
-    EXPECT_EQ(second->pgiTestType, 0);
+    EXPECT_EQ(second->pgiTestType(), 0);
     EXPECT_EQ(list.count(), 2);
     EXPECT_EQ(list.at(1), first);
     EXPECT_EQ(list.find("Doc2"), second);
@@ -90,9 +91,8 @@ TEST_F(DocumentListTest, DocumentOfNoTypeOpensAndRefusesPoints)
     bench.state.giNewDocType = 0;
     PenDocument* document = list.LoadNewDoc();
     ASSERT_NE(document, nullptr);
-    EXPECT_EQ(document->pgiTestType, 0);
-    document->AddImpedancePoint(1000, 50, 10, 1, 0);
-    expectMessage("Add Point Error", "Wrong type of data for graph", UserMessages::Stop);
+    EXPECT_EQ(document->pgiTestType(), 0);
+    EXPECT_EQ(document->AddImpedancePoint(1000, 50, 10, 1, 0), PointAnswer::WrongType);
     EXPECT_EQ(document->peGraph().XData(0, 0), 0.0F);
 }
 
@@ -105,16 +105,16 @@ TEST_F(DocumentListTest, RelativeNameIsKeptAsAFullPath)
     QDir::setCurrent(before);
     ASSERT_TRUE(loaded);
     EXPECT_EQ(list.at(1)->GetFileName(), path);
-    EXPECT_EQ(bench.window.quickFiles.back(), path);
+    EXPECT_EQ(bench.quickFiles.back(), path);
 }
 
 TEST_F(DocumentListTest, IndexIsThatOfTheActiveDocument)
 {
     EXPECT_EQ(list.GetCurrentDocumentIndex(), 0);
     list.LoadNewDoc();
-    bench.window.active = list.LoadNewDoc();
+    bench.active.set(list.LoadNewDoc());
     EXPECT_EQ(list.GetCurrentDocumentIndex(), 2);
-    bench.window.active = list.at(1);
+    bench.active.set(list.at(1));
     EXPECT_EQ(list.GetCurrentDocumentIndex(), 1);
 }
 
@@ -122,10 +122,10 @@ TEST_F(DocumentListTest, NextAndPreviousWrapRound)
 {
     for (int i = 0; i < 3; ++i)
         list.LoadNewDoc();
-    bench.window.active = list.at(3);
+    bench.active.set(list.at(3));
     EXPECT_EQ(list.nextDocument(), list.at(1));
     EXPECT_EQ(list.previousDocument(), list.at(2));
-    bench.window.active = list.at(1);
+    bench.active.set(list.at(1));
     EXPECT_EQ(list.nextDocument(), list.at(2));
     EXPECT_EQ(list.previousDocument(), list.at(3));
 }
@@ -133,7 +133,7 @@ TEST_F(DocumentListTest, NextAndPreviousWrapRound)
 TEST_F(DocumentListTest, WithOneDocumentNextAndPreviousDoNothing)
 {
     EXPECT_EQ(list.nextDocument(), nullptr);
-    bench.window.active = list.LoadNewDoc();
+    bench.active.set(list.LoadNewDoc());
     EXPECT_EQ(list.nextDocument(), nullptr);
     EXPECT_EQ(list.previousDocument(), nullptr);
 }
@@ -191,7 +191,7 @@ TEST_F(DocumentListTest, UnknownFormatRemovesTheNewDocumentAgain)
     EXPECT_EQ(bench.messages.shown.size(), 1U);
     EXPECT_EQ(list.count(), 0);
     EXPECT_TRUE(windows.empty());
-    EXPECT_FALSE(bench.state.gbfSuppressPrompts);
+    EXPECT_FALSE(list.gbfSuppressPrompts());
 }
 
 TEST_F(DocumentListTest, ReloadOfADamagedFileKeepsTheOpenDocument)
@@ -231,7 +231,7 @@ TEST_F(DocumentListTest, AfterCloseAllTheNextDocumentTakesTheNumberOne)
     EXPECT_TRUE(list.CloseAll());
     EXPECT_EQ(list.count(), 0);
     EXPECT_TRUE(windows.empty());
-    EXPECT_FALSE(bench.state.gbfSuppressPrompts);
+    EXPECT_FALSE(list.gbfSuppressPrompts());
     EXPECT_EQ(list.LoadNewDoc()->caption(), "Document 1");
 }
 
@@ -242,7 +242,7 @@ TEST_F(DocumentListTest, CloseAllGoesFromTheLastAndStopsAtTheFirstThatRefuses)
     refuses = "Doc2";
     EXPECT_FALSE(list.CloseAll());
     EXPECT_EQ(list.count(), 2);
-    EXPECT_FALSE(bench.state.gbfSuppressPrompts);
+    EXPECT_FALSE(list.gbfSuppressPrompts());
     EXPECT_EQ(list.LoadNewDoc()->gstrKey, "Doc4");
 }
 

@@ -8,6 +8,8 @@
 
 #include <cmath>
 #include <cstring>
+#include <QTimer>
+
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
@@ -22,7 +24,7 @@ struct PenDocumentClipboard : ::testing::Test
     {
         document.setCurrentPen(pen);
         for (int i = 0; i < points; ++i) {
-            if (document.pgiTestType == PenDocument::Amplitude)
+            if (document.pgiTestType() == PenDocument::Amplitude)
                 document.AddAmplitudePoint(1000.1 + i * 7.3, -20.7 + i * 0.01, 12.3 + i * 0.1, i % 2 ? -1 : 1, i);
             else
                 document.AddImpedancePoint(1000.1 + i * 7.3, 50.7 + i * 3.1, 12.3 + i * 0.1, i % 2 ? -1 : 1, i);
@@ -92,8 +94,8 @@ TEST_F(PenDocumentClipboard, PasteIntoTheSameTypeIsExact)
         expectEqualPens(*source, 1, *target, 7, 1024);
         EXPECT_EQ(target->peGraph().SubsetLabels(7), "named");
         EXPECT_EQ(target->peGraph().SubsetLabels(17), "named");
-        EXPECT_TRUE(target->gbfModified);
-        EXPECT_EQ(target->gCurrentPen, 0);
+        EXPECT_TRUE(target->gbfModified());
+        EXPECT_EQ(target->gCurrentPen(), 0);
     }
     EXPECT_TRUE(bench.messages.shown.empty());
 }
@@ -138,7 +140,7 @@ TEST_F(PenDocumentClipboard, ImpedanceGridConvertsIntoAReactanceDocument)
     const GraphModel& graph = document->peGraph();
     EXPECT_FLOAT_EQ(graph.YData(34, 0), 50);
     EXPECT_FLOAT_EQ(graph.YData(4, 0), static_cast<float>(-50 * std::sqrt(3.0)));
-    EXPECT_EQ(document->gCurrentPen, 1);
+    EXPECT_EQ(document->gCurrentPen(), 1);
     EXPECT_TRUE(erased(*document, 1));
 }
 
@@ -159,7 +161,7 @@ TEST_F(PenDocumentClipboard, GridWithoutPhaseCannotBeConverted)
     EXPECT_EQ(bench.messages.shown[0].title, "Paste error");
     EXPECT_EQ(bench.messages.shown[0].text, "Cannot convert without phase data");
     EXPECT_EQ(PenReader::pointCount(document->peGraph(), 0), 1);
-    EXPECT_TRUE(document->gbfModified);
+    EXPECT_TRUE(document->gbfModified());
 }
 
 TEST_F(PenDocumentClipboard, OtherPairsOfTypesPasteNoData)
@@ -176,25 +178,25 @@ TEST_F(PenDocumentClipboard, LockedPenRefusesThePaste)
     const auto document = bench.document(PenDocument::Impedance);
     fill(*document, 0, 10);
     document->UpdatePenLock(0, true);
-    document->gbfModified = false;
+    document->setModified(false);
     document->PasteLineData(0, "Frequency - Hz\tz\t2\r\n1\t2\t3\t4\t5\r\n");
     ASSERT_EQ(bench.messages.shown.size(), 1U);
     EXPECT_EQ(bench.messages.shown[0].title, "Data Paste");
     EXPECT_EQ(bench.messages.shown[0].text, "Unlock pen before paste");
     EXPECT_EQ(PenReader::pointCount(document->peGraph(), 0), 10);
     EXPECT_EQ(document->peGraph().SubsetLabels(0), "Pen 1");
-    EXPECT_FALSE(document->gbfModified);
+    EXPECT_FALSE(document->gbfModified());
 }
 
 TEST_F(PenDocumentClipboard, EmptyLabelPastesNothingButStillErases)
 {
     const auto document = bench.document(PenDocument::Impedance);
     fill(*document, 0, 10);
-    document->gbfModified = false;
+    document->setModified(false);
     document->PasteLineData(0, "\tz\t2\r\n1\t2\t3\t4\t5\r\n");
     EXPECT_TRUE(erased(*document, 0));
     EXPECT_EQ(document->peGraph().SubsetLabels(0), "Pen 1");
-    EXPECT_TRUE(document->gbfModified);
+    EXPECT_TRUE(document->gbfModified());
 }
 
 TEST_F(PenDocumentClipboard, ALineOfOneCharacterEndsThePaste)
@@ -234,7 +236,7 @@ TEST_F(PenDocumentClipboard, SniffTellsWhichPensFit)
         bench.clipboard.content = text;
         const bool fits = document->SniffClipboardData();
         EXPECT_EQ(document->canPaste(), fits);
-        EXPECT_EQ(document->peGraph().CustomMenuState(PenDocument::PopupPaste, 0), fits ? 0 : 1);
+        EXPECT_EQ(document->peGraph().CustomMenuState(PopupPaste, 0), fits ? 0 : 1);
         return fits;
     };
     const QString amplitude = "Frequency - Hz\tPen 1\t1\r\n", impedance = "Frequency - Hz\tPen 1\t2\r\n",
@@ -274,10 +276,12 @@ TEST_F(PenDocumentClipboard, RowsEndQuietlyWhenTheDocumentDies)
 {
     auto document = bench.document(PenDocument::Impedance);
     int rounds = 0;
-    bench.window.onProcessEvents = [&] {
+    QTimer round;
+    QObject::connect(&round, &QTimer::timeout, [&] {
         if (++rounds == 100)
             document.reset();
-    };
+    });
+    round.start(0);
     EXPECT_EQ(document->ExportToStringRows(), "");
     EXPECT_EQ(document, nullptr);
 }

@@ -68,8 +68,8 @@ TEST_F(PenDocumentFile, FirstSaveAsksForANameAndStampsTheDocument)
     EXPECT_EQ(document->peGraph().MainTitle(), name);
     EXPECT_EQ(document->peGraph().TXAxisLabel(), document->SetVersion());
     EXPECT_EQ(document->peGraph().MultiSubTitles(0), "0X00000000");
-    EXPECT_EQ(bench.window.quickFiles, QStringList{name});
-    EXPECT_FALSE(document->gbfModified);
+    EXPECT_EQ(bench.quickFiles, QStringList{name});
+    EXPECT_FALSE(document->gbfModified());
     EXPECT_TRUE(bench.messages.shown.empty());
 }
 
@@ -84,7 +84,7 @@ TEST_F(PenDocumentFile, SecondSaveAsksNothingAndKeepsTheTitle)
     document->SetModified();
     EXPECT_TRUE(document->fileSave(false, false));
     EXPECT_EQ(bench.picker.asked, 1);
-    EXPECT_FALSE(document->gbfModified);
+    EXPECT_FALSE(document->gbfModified());
     EXPECT_TRUE(bench.messages.shown.empty());
 }
 
@@ -101,7 +101,7 @@ TEST_F(PenDocumentFile, CancelledPickerLeavesEverythingSilently)
     const auto document = filled(PenDocument::Impedance);
     EXPECT_FALSE(document->fileSave(true, false));
     EXPECT_EQ(document->GetFileName(), "");
-    EXPECT_TRUE(document->gbfModified);
+    EXPECT_TRUE(document->gbfModified());
     EXPECT_TRUE(bench.messages.shown.empty());
     EXPECT_EQ(plots(), 0);
 }
@@ -169,12 +169,12 @@ TEST_F(PenDocumentFile, FailedSaveTellsTheUserAndLosesNothing)
     EXPECT_EQ(bench.messages.shown[0].title, "Save File Error");
     EXPECT_TRUE(bench.messages.shown[0].text.contains("nowhere")) << bench.messages.shown[0].text.toStdString();
     EXPECT_EQ(bench.messages.shown[0].style, UserMessages::Stop);
-    EXPECT_TRUE(document->gbfModified);
+    EXPECT_TRUE(document->gbfModified());
     EXPECT_EQ(document->GetFileName(), "");
     EXPECT_EQ(document->caption(), "Document 1");
     EXPECT_EQ(document->peGraph().MainTitle(), "Title");
     EXPECT_EQ(document->peGraph().TXAxisLabel(), "");
-    EXPECT_TRUE(bench.window.quickFiles.isEmpty());
+    EXPECT_TRUE(bench.quickFiles.isEmpty());
 }
 
 TEST_F(PenDocumentFile, SavedDocumentComesBackWithAllItsState)
@@ -192,8 +192,8 @@ TEST_F(PenDocumentFile, SavedDocumentComesBackWithAllItsState)
 
     PenDocument loaded(bench.context);
     ASSERT_TRUE(loaded.fileLoadPlot(bench.path("run.gzd")));
-    EXPECT_EQ(loaded.pgiTestType, 2);
-    EXPECT_TRUE(loaded.gbfAltSubset);
+    EXPECT_EQ(loaded.pgiTestType(), 2);
+    EXPECT_TRUE(loaded.gbfAltSubset());
     EXPECT_EQ(loaded.graphGetPhaseView(), 1);
     EXPECT_EQ(loaded.GetPenDisplay(5), 1);
     EXPECT_EQ(loaded.GetPenDisplay(4), 0);
@@ -201,12 +201,12 @@ TEST_F(PenDocumentFile, SavedDocumentComesBackWithAllItsState)
     EXPECT_EQ(loaded.peGraph().SubsetColors(30), 0x123456U);
     EXPECT_EQ(loaded.peGraph().SubsetLabels(0), "Part A");
     EXPECT_EQ(cellText(loaded, 1), "MASK");
-    EXPECT_EQ(loaded.giDocumentVersion, 1);
+    EXPECT_EQ(loaded.giDocumentVersion(), 1);
     EXPECT_FALSE(loaded.isViewOnly());
-    EXPECT_FALSE(loaded.gbfModified);
+    EXPECT_FALSE(loaded.gbfModified());
     EXPECT_EQ(loaded.GetFileName(), bench.path("run.gzd"));
     EXPECT_EQ(loaded.caption(), bench.path("run.gzd"));
-    EXPECT_EQ(bench.window.quickFiles.back(), bench.path("run.gzd"));
+    EXPECT_EQ(bench.quickFiles.back(), bench.path("run.gzd"));
     for (int subset = 0; subset < 40; ++subset) {
         for (int point = 0; point < 1024; ++point)
             ASSERT_EQ(loaded.peGraph().YData(subset, point), document->peGraph().YData(subset, point));
@@ -275,10 +275,10 @@ TEST_F(PenDocumentFile, EveryFeatureOfADocumentSurvivesSaveAndLoadBitForBit)
         EXPECT_EQ(loaded.GetPenLock(pen), document->GetPenLock(pen));
         EXPECT_EQ(loaded.GetPenDisplay(pen), document->GetPenDisplay(pen));
     }
-    EXPECT_TRUE(loaded.gbfAltSubset);
+    EXPECT_TRUE(loaded.gbfAltSubset());
     EXPECT_TRUE(loaded.graphGetFrequncyView());
     EXPECT_EQ(loaded.graphGetPhaseView(), 1);
-    EXPECT_FALSE(loaded.gbfZoomExtents);
+    EXPECT_FALSE(loaded.gbfZoomExtents());
     EXPECT_EQ(loaded.gdblTestMinFreq(), 1234.5);
     EXPECT_EQ(loaded.gdblTestMaxFreq(), 4321.75);
     EXPECT_EQ(loaded.gclsTestSettings().lPoints, 77);
@@ -303,7 +303,7 @@ TEST_F(PenDocumentFile, FileWithoutAVersionCellIsGivenVersionOneInMemory)
         EXPECT_EQ(loaded.peGraph().TARows(), 1);
         EXPECT_EQ(loaded.peGraph().TAColumns(), 2);
     }
-    EXPECT_EQ(loaded.giDocumentVersion, 1);
+    EXPECT_EQ(loaded.giDocumentVersion(), 1);
     EXPECT_FALSE(loaded.isViewOnly());
     EXPECT_EQ(loaded.peGraph().WorkingTable(), 1);
 }
@@ -319,7 +319,7 @@ TEST_F(PenDocumentFile, NewerFormatIsViewOnly)
     ASSERT_TRUE(document->fileSavePlot(name));
     PenDocument loaded(bench.context);
     ASSERT_TRUE(loaded.fileLoadPlot(name));
-    EXPECT_EQ(loaded.giDocumentVersion, 2);
+    EXPECT_EQ(loaded.giDocumentVersion(), 2);
     EXPECT_TRUE(loaded.isViewOnly());
     for (int item = 0; item < 16; ++item) {
         const bool greyed = QList<int>{1, 2, 3, 5, 6, 8, 9, 14, 10, 11, 12, 13}.contains(item);
@@ -335,46 +335,27 @@ TEST_F(PenDocumentFile, FileThatIsNoneLeavesTheDocumentAsItWas)
     EXPECT_FALSE(document->fileLoadPlot(bench.path("junk.gzd")));
     EXPECT_EQ(document->peGraph().properties(), before);
     EXPECT_EQ(document->peGraph().YData(0, 0), 50.0F);
-    EXPECT_TRUE(document->gbfModified);
+    EXPECT_TRUE(document->gbfModified());
     EXPECT_EQ(document->caption(), "Document 1");
 }
 
-TEST_F(PenDocumentFile, CloseThatTheMainWindowDidNotStartIsRefused)
+TEST_F(PenDocumentFile, AnUnchangedDocumentClosesWithoutAsking)
 {
     const auto document = bench.document(PenDocument::Amplitude);
-    bench.window.calls.clear();
-    EXPECT_FALSE(document->QueryClose());
-    EXPECT_TRUE(bench.window.calls.isEmpty());
-    document->setClosing(true);
     EXPECT_TRUE(document->QueryClose());
-    EXPECT_EQ(bench.window.calls, (QStringList{"removeDocument Doc1", "defaultToolBars"}));
-    document->setClosing(false);
-    bench.state.gbfSuppressPrompts = true;
-    EXPECT_TRUE(document->QueryClose());
+    EXPECT_EQ(bench.events, QStringList{"closed"});
     EXPECT_TRUE(bench.messages.shown.empty());
-}
-
-TEST_F(PenDocumentFile, RunningTestThatGoesOnKeepsTheDocumentOpen)
-{
-    const auto document = bench.document(PenDocument::Amplitude);
-    document->setClosing(true);
-    bench.state.gbfPlotting = true;
-    bench.window.testGoesOn = true;
-    EXPECT_FALSE(document->QueryClose());
-    bench.window.testGoesOn = false;
-    EXPECT_TRUE(document->QueryClose());
 }
 
 TEST_F(PenDocumentFile, UnsavedDocumentAsksBeforeClosing)
 {
     const auto document = filled(PenDocument::Impedance);
-    document->setClosing(true);
-    bench.window.calls.clear();
+    bench.events.clear();
     bench.messages.replies = {UserMessages::ReplyCancel};
     EXPECT_FALSE(document->QueryClose());
     expectMessage(0, "Save Document", "Save before closing Document 1?",
                   UserMessages::YesNoCancel | UserMessages::Question);
-    EXPECT_TRUE(bench.window.calls.isEmpty());
+    EXPECT_TRUE(bench.events.isEmpty());
     bench.messages.replies = {UserMessages::ReplyNo};
     EXPECT_TRUE(document->QueryClose());
     EXPECT_EQ(plots(), 0);
@@ -387,22 +368,20 @@ TEST_F(PenDocumentFile, UnsavedDocumentAsksBeforeClosing)
 TEST_F(PenDocumentFile, UnsavedDocumentStaysOpenWhenItsSaveFailsOrIsCancelled)
 {
     const auto document = filled(PenDocument::Impedance);
-    document->setClosing(true);
-    bench.window.calls.clear();
+    bench.events.clear();
     bench.messages.replies = {UserMessages::ReplyYes};
     EXPECT_FALSE(document->QueryClose());
     bench.messages.replies = {UserMessages::ReplyYes};
     bench.picker.answer = bench.path("nowhere/run");
     EXPECT_FALSE(document->QueryClose());
-    EXPECT_TRUE(bench.window.calls.isEmpty());
-    EXPECT_TRUE(document->gbfModified);
+    EXPECT_TRUE(bench.events.isEmpty());
+    EXPECT_TRUE(document->gbfModified());
 }
 
 TEST_F(PenDocumentFile, NewerFormatClosesWithoutAsking)
 {
     const auto document = filled(PenDocument::Impedance);
-    document->setClosing(true);
-    document->giDocumentVersion = 2;
+    setNewerFormat(*document);
     EXPECT_TRUE(document->QueryClose());
     EXPECT_TRUE(bench.messages.shown.empty());
 }
@@ -410,7 +389,6 @@ TEST_F(PenDocumentFile, NewerFormatClosesWithoutAsking)
 TEST_F(PenDocumentFile, AnswerThatIsNoneKeepsTheDocumentOpen)
 {
     const auto document = filled(PenDocument::Impedance);
-    document->setClosing(true);
     bench.messages.replies = {UserMessages::ReplyNone};
     EXPECT_FALSE(document->QueryClose());
     expectMessage(1, "Save File Error", "Error in form unload", UserMessages::Stop);
@@ -419,7 +397,6 @@ TEST_F(PenDocumentFile, AnswerThatIsNoneKeepsTheDocumentOpen)
 TEST_F(PenDocumentFile, DocumentMayDieInItsOwnQuestion)
 {
     auto document = filled(PenDocument::Impedance);
-    document->setClosing(true);
     bench.messages.whileShowing = [&] { document.reset(); };
     PenDocument* doomed = document.get();
     EXPECT_FALSE(doomed->QueryClose());

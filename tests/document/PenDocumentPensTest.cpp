@@ -15,17 +15,17 @@ struct PenDocumentPens : ::testing::Test
         document->setCurrentPen(pen);
         for (int i = 0; i < points; ++i)
             document->AddImpedancePoint(1000 + i, 50 + i, 10, 1, i);
-        document->gbfModified = false;
+        document->setModified(false);
     }
 };
 
 TEST_F(PenDocumentPens, LockTogglesMarksAndRefreshes)
 {
-    const int updates = bench.window.toolBarUpdates;
+    const int updates = bench.penChanges;
     EXPECT_EQ(document->TogglePenLock(2), 1);
     EXPECT_EQ(document->GetPenLock(2), 1);
-    EXPECT_TRUE(document->gbfModified);
-    EXPECT_GT(bench.window.toolBarUpdates, updates);
+    EXPECT_TRUE(document->gbfModified());
+    EXPECT_GT(bench.penChanges, updates);
     EXPECT_EQ(document->TogglePenLock(2), 0);
     EXPECT_EQ(document->GetPenLock(2), 0);
 }
@@ -43,7 +43,7 @@ TEST_F(PenDocumentPens, MaskPensCannotBeToggledButUnlockAllClearsThem)
         EXPECT_EQ(bench.messages.shown[0].text, "Disable mask before unlocking pen");
         EXPECT_EQ(document->GetPenLock(pen), 1);
     }
-    EXPECT_FALSE(document->gbfModified);
+    EXPECT_FALSE(document->gbfModified());
     EXPECT_EQ(document->TogglePenLock(7), 1);
     document->UnlockAllPens();
     EXPECT_EQ(document->GetPenLock(8), 0);
@@ -61,21 +61,21 @@ TEST_F(PenDocumentPens, MaskTestReadsTheActiveDocument)
     setMasks(*other, true);
     EXPECT_EQ(document->TogglePenLock(8), 1);
     EXPECT_EQ(bench.messages.shown.size(), 1U);
-    bench.window.active = nullptr;
+    bench.active.set(nullptr);
     EXPECT_EQ(document->TogglePenLock(8), 0);
 }
 
 TEST_F(PenDocumentPens, LockAllAndUnlockAll)
 {
     document->LockAllPens();
-    EXPECT_TRUE(document->gbfModified);
+    EXPECT_TRUE(document->gbfModified());
     for (int pen = 0; pen < 10; ++pen)
         EXPECT_EQ(document->GetPenLock(pen), 1);
-    document->gbfModified = false;
-    const int updates = bench.window.toolBarUpdates;
+    document->setModified(false);
+    const int updates = bench.penChanges;
     document->UnlockAllPens();
-    EXPECT_TRUE(document->gbfModified);
-    EXPECT_EQ(bench.window.toolBarUpdates, updates);
+    EXPECT_TRUE(document->gbfModified());
+    EXPECT_EQ(bench.penChanges, updates + 1);
     for (int pen = 0; pen < 10; ++pen)
         EXPECT_EQ(document->GetPenLock(pen), 0);
 }
@@ -84,7 +84,7 @@ TEST_F(PenDocumentPens, HidingTakesThePenOffTheListAndBack)
 {
     EXPECT_EQ(document->TogglePenDisplay(3), 1);
     EXPECT_EQ(document->peGraph().RandomSubsetsToGraph(3), -1);
-    EXPECT_TRUE(document->gbfModified);
+    EXPECT_TRUE(document->gbfModified());
     EXPECT_EQ(document->TogglePenDisplay(3), 0);
     EXPECT_EQ(document->peGraph().RandomSubsetsToGraph(3), 3);
 }
@@ -105,30 +105,30 @@ TEST_F(PenDocumentPens, ColourGoesToAllFourSubsets)
     document->SetPenColour(6, 0x112233);
     for (int subset = 6; subset < 40; subset += 10)
         EXPECT_EQ(document->peGraph().SubsetColors(subset), 0x112233U);
-    EXPECT_TRUE(document->gbfModified);
+    EXPECT_TRUE(document->gbfModified());
 }
 
 TEST_F(PenDocumentPens, NextPenSkipsLockedOnesAndWraps)
 {
-    bench.window.calls.clear();
+    bench.currentPens.clear();
     EXPECT_TRUE(document->SelectNextPen());
-    EXPECT_EQ(document->gCurrentPen, 1);
-    EXPECT_EQ(bench.window.calls, QStringList{"penShowCurrent 2"});
+    EXPECT_EQ(document->gCurrentPen(), 1);
+    EXPECT_EQ(bench.currentPens, QList<int>{1});
     document->setCurrentPen(8);
     document->UpdatePenLock(9, true);
     document->UpdatePenLock(0, true);
     EXPECT_TRUE(document->SelectNextPen());
-    EXPECT_EQ(document->gCurrentPen, 1);
+    EXPECT_EQ(document->gCurrentPen(), 1);
 }
 
 TEST_F(PenDocumentPens, NextPenWithAllLockedFailsAndStays)
 {
     document->setCurrentPen(4);
     document->LockAllPens();
-    bench.window.calls.clear();
+    bench.currentPens.clear();
     EXPECT_FALSE(document->SelectNextPen());
-    EXPECT_EQ(document->gCurrentPen, 4);
-    EXPECT_TRUE(bench.window.calls.isEmpty());
+    EXPECT_EQ(document->gCurrentPen(), 4);
+    EXPECT_TRUE(bench.currentPens.isEmpty());
     EXPECT_TRUE(document->TestCurrentPenLock());
 }
 
@@ -139,7 +139,7 @@ TEST_F(PenDocumentPens, NextPenLocksTheFinishedOneWhenThePreferencesSaySo)
     bench.preferences.setValue(options::kLockPenAfterPlot, true);
     document->SelectNextPen();
     EXPECT_EQ(document->GetPenLock(1), 1);
-    EXPECT_EQ(document->gCurrentPen, 2);
+    EXPECT_EQ(document->gCurrentPen(), 2);
 }
 
 TEST_F(PenDocumentPens, OnlyFreePenIsItsOwnSuccessor)
@@ -148,7 +148,7 @@ TEST_F(PenDocumentPens, OnlyFreePenIsItsOwnSuccessor)
     document->UpdatePenLock(5, false);
     document->setCurrentPen(5);
     EXPECT_TRUE(document->SelectNextPen());
-    EXPECT_EQ(document->gCurrentPen, 5);
+    EXPECT_EQ(document->gCurrentPen(), 5);
 }
 
 TEST_F(PenDocumentPens, EraseWritesTheNullValueAndKeepsX)
@@ -162,17 +162,17 @@ TEST_F(PenDocumentPens, EraseWritesTheNullValueAndKeepsX)
         EXPECT_EQ(document->peGraph().XData(subset, 0), 1000.0F);
     }
     EXPECT_EQ(document->peGraph().YData(3, 0), 50.0F);
-    EXPECT_TRUE(document->gbfModified);
+    EXPECT_TRUE(document->gbfModified());
 }
 
 TEST_F(PenDocumentPens, EraseOfALockedPenKeepsTheData)
 {
     fill(2, 10);
     document->UpdatePenLock(2, true);
-    document->gbfModified = false;
+    document->setModified(false);
     document->graphEraseLine(2);
     EXPECT_EQ(document->peGraph().YData(2, 9), 59.0F);
-    EXPECT_FALSE(document->gbfModified);
+    EXPECT_FALSE(document->gbfModified());
 }
 
 TEST_F(PenDocumentPens, ResetNamesAndData)
@@ -186,7 +186,7 @@ TEST_F(PenDocumentPens, ResetNamesAndData)
     document->graphResetPenName(2);
     EXPECT_EQ(graph.SubsetLabels(2), "Pen 3");
     EXPECT_EQ(graph.SubsetLabels(12), "Pen 3");
-    EXPECT_TRUE(document->gbfModified);
+    EXPECT_TRUE(document->gbfModified());
     graph.setSubsetLabels(9, "named");
     document->graphResetData();
     EXPECT_EQ(graph.MainTitle(), "Title");
@@ -199,10 +199,10 @@ TEST_F(PenDocumentPens, KeysChoosePensLockAndHide)
 {
     for (int digit = 1; digit <= 9; ++digit) {
         document->KeyPressed(QChar(u'0' + digit));
-        EXPECT_EQ(document->gCurrentPen, digit - 1);
+        EXPECT_EQ(document->gCurrentPen(), digit - 1);
     }
     document->KeyPressed('0');
-    EXPECT_EQ(document->gCurrentPen, 9);
+    EXPECT_EQ(document->gCurrentPen(), 9);
     document->KeyPressed('l');
     EXPECT_EQ(document->GetPenLock(9), 1);
     document->KeyPressed('L');
@@ -211,32 +211,21 @@ TEST_F(PenDocumentPens, KeysChoosePensLockAndHide)
     EXPECT_EQ(document->GetPenDisplay(9), 1);
     document->KeyPressed('V');
     EXPECT_EQ(document->GetPenDisplay(9), 0);
-    const int updates = bench.window.toolBarUpdates;
+    const int updates = bench.penChanges;
     document->KeyPressed('q');
-    EXPECT_EQ(bench.window.toolBarUpdates, updates);
-    EXPECT_EQ(document->gCurrentPen, 9);
-}
-
-TEST_F(PenDocumentPens, KeysAreIgnoredWhileATestRuns)
-{
-    bench.state.gbfPlotting = true;
-    document->KeyPressed('5');
-    document->KeyPressed('l');
-    EXPECT_EQ(document->gCurrentPen, 0);
-    EXPECT_EQ(document->GetPenLock(0), 0);
+    EXPECT_EQ(bench.penChanges, updates);
+    EXPECT_EQ(document->gCurrentPen(), 9);
 }
 
 TEST_F(PenDocumentPens, BarsFollowOnlyAfterInitialisation)
 {
     PenDocument fresh(bench.context);
-    const int updates = bench.window.toolBarUpdates;
+    bench.listen(fresh);
+    const int updates = bench.penChanges;
     fresh.UpdateToolBars();
-    EXPECT_EQ(bench.window.toolBarUpdates, updates);
+    EXPECT_EQ(bench.penChanges, updates);
     document->UpdateToolBars();
-    EXPECT_EQ(bench.window.toolBarUpdates, updates + 1);
-    bench.window.calls.clear();
-    document->DefaultToolBars();
-    EXPECT_EQ(bench.window.calls, QStringList{"defaultToolBars"});
+    EXPECT_EQ(bench.penChanges, updates + 1);
 }
 
 TEST_F(PenDocumentPens, IndicesOutsideTheTenChangeNothing)
@@ -252,8 +241,8 @@ TEST_F(PenDocumentPens, IndicesOutsideTheTenChangeNothing)
         document->graphResetPenName(pen);
         document->setCurrentPen(pen);
     }
-    EXPECT_EQ(document->gCurrentPen, 0);
-    EXPECT_FALSE(document->gbfModified);
+    EXPECT_EQ(document->gCurrentPen(), 0);
+    EXPECT_FALSE(document->gbfModified());
 }
 
 } // namespace

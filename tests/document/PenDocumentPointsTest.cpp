@@ -11,13 +11,6 @@ struct PenDocumentPoints : ::testing::Test
 {
     DocumentBench bench;
 
-    void expectOneMessage(const char* text)
-    {
-        ASSERT_EQ(bench.messages.shown.size(), 1U);
-        EXPECT_EQ(bench.messages.shown[0].title, "Add Point Error");
-        EXPECT_EQ(bench.messages.shown[0].text, QLatin1String(text));
-        EXPECT_EQ(bench.messages.shown[0].style, UserMessages::Stop);
-    }
     /// No point of any subset holds data.
     static bool isEmpty(const PenDocument& document)
     {
@@ -133,33 +126,23 @@ TEST_F(PenDocumentPoints, PhaseSubsetsCarryNegatedMagnitudeAndSignedPhase)
 
 TEST_F(PenDocumentPoints, AmplitudePoint1024PassesTheCheckAndIsRefusedByTheGraph)
 {
-    bench.connect();
     const auto document = bench.document(PenDocument::Amplitude);
-    document->AddAmplitudePoint(1000, -3, 10, 1, 1024);
-    EXPECT_TRUE(bench.messages.shown.empty());
-    EXPECT_TRUE(bench.written().isEmpty());
+    EXPECT_EQ(document->AddAmplitudePoint(1000, -3, 10, 1, 1024), PointAnswer::NoRoom);
     EXPECT_TRUE(isEmpty(*document));
 }
 
-TEST_F(PenDocumentPoints, AmplitudePoint1025TellsTooManyPointsAndStopsTheSweep)
+TEST_F(PenDocumentPoints, AmplitudePoint1025IsTooMany)
 {
-    bench.connect();
     const auto document = bench.document(PenDocument::Amplitude);
-    document->AddAmplitudePoint(1000, -3, 10, 1, 1025);
-    expectOneMessage("Too many points!");
-    EXPECT_EQ(bench.written(), "y\r");
-    EXPECT_TRUE(bench.link.DataEventEnabled());
+    EXPECT_EQ(document->AddAmplitudePoint(1000, -3, 10, 1, 1025), PointAnswer::TooMany);
     EXPECT_TRUE(isEmpty(*document));
-    EXPECT_FALSE(document->gbfModified);
+    EXPECT_FALSE(document->gbfModified());
 }
 
-TEST_F(PenDocumentPoints, ImpedancePoint2000GetsNoMessage)
+TEST_F(PenDocumentPoints, ImpedancePoint2000IsRefusedByTheGraphAlone)
 {
-    bench.connect();
     const auto document = bench.document(PenDocument::Impedance);
-    document->AddImpedancePoint(1000, 50, 10, 1, 2000);
-    EXPECT_TRUE(bench.messages.shown.empty());
-    EXPECT_TRUE(bench.written().isEmpty());
+    EXPECT_EQ(document->AddImpedancePoint(1000, 50, 10, 1, 2000), PointAnswer::NoRoom);
     EXPECT_TRUE(isEmpty(*document));
 }
 
@@ -176,35 +159,23 @@ TEST_F(PenDocumentPoints, NegativePointNumbersAreRefusedByTheGraph)
 
 TEST_F(PenDocumentPoints, ImpedanceDocumentRefusesAmplitudePoints)
 {
-    bench.connect();
     const auto document = bench.document(PenDocument::Impedance);
-    document->AddAmplitudePoint(1000, -3, 10, 1, 0);
-    expectOneMessage("Wrong type of data for graph");
-    EXPECT_EQ(bench.written(), "y\r");
-    EXPECT_FALSE(bench.link.DataEventEnabled());
+    EXPECT_EQ(document->AddAmplitudePoint(1000, -3, 10, 1, 0), PointAnswer::WrongType);
     EXPECT_TRUE(isEmpty(*document));
-    EXPECT_FALSE(document->gbfModified);
+    EXPECT_FALSE(document->gbfModified());
 }
 
 TEST_F(PenDocumentPoints, AmplitudeDocumentRefusesImpedancePoints)
 {
-    bench.connect();
     const auto document = bench.document(PenDocument::Amplitude);
-    document->AddImpedancePoint(1000, 50, 10, 1, 0);
-    expectOneMessage("Wrong type of data for graph");
-    EXPECT_EQ(bench.written(), "y\r");
-    EXPECT_FALSE(bench.link.DataEventEnabled());
+    EXPECT_EQ(document->AddImpedancePoint(1000, 50, 10, 1, 0), PointAnswer::WrongType);
     EXPECT_TRUE(isEmpty(*document));
 }
 
 TEST_F(PenDocumentPoints, AmplitudeDocumentRefusesReactancePoints)
 {
-    bench.connect();
     const auto document = bench.document(PenDocument::Amplitude);
-    document->AddReactancePoint(1000, 1, 2, 3, 4, 0);
-    expectOneMessage("Wrong type of data for graph");
-    EXPECT_EQ(bench.written(), "y\r");
-    EXPECT_FALSE(bench.link.DataEventEnabled());
+    EXPECT_EQ(document->AddReactancePoint(1000, 1, 2, 3, 4, 0), PointAnswer::WrongType);
     EXPECT_TRUE(isEmpty(*document));
 }
 
@@ -232,7 +203,25 @@ TEST_F(PenDocumentPoints, PointsDoNotMarkTheDocumentAsModified)
 {
     const auto document = bench.document(PenDocument::Impedance);
     document->AddImpedancePoint(1000, 50, 10, 1, 0);
-    EXPECT_FALSE(document->gbfModified);
+    EXPECT_FALSE(document->gbfModified());
+}
+
+TEST_F(PenDocumentPoints, ALockedPenTakesNoPoints)
+{
+    const auto amplitude = bench.document(PenDocument::Amplitude);
+    amplitude->LockAllPens();
+    EXPECT_EQ(amplitude->AddAmplitudePoint(1000, -3, 10, 1, 0), PointAnswer::Locked);
+    EXPECT_TRUE(isEmpty(*amplitude));
+    const auto impedance = bench.document(PenDocument::Impedance);
+    impedance->LockAllPens();
+    EXPECT_EQ(impedance->AddImpedancePoint(1000, 50, 10, 1, 0), PointAnswer::Locked);
+    EXPECT_EQ(impedance->CalculateImpedance(1000, 50, 10, 0), PointAnswer::Locked);
+    EXPECT_TRUE(isEmpty(*impedance));
+    const auto reactance = bench.document(PenDocument::Reactance);
+    reactance->LockAllPens();
+    EXPECT_EQ(reactance->AddImpedancePoint(1000, 50, 10, 1, 0), PointAnswer::Locked);
+    EXPECT_EQ(reactance->AddReactancePoint(1000, 1, 2, 3, 4, 0), PointAnswer::Locked);
+    EXPECT_TRUE(isEmpty(*reactance));
 }
 
 } // namespace

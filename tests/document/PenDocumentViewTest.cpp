@@ -41,7 +41,7 @@ TEST_F(PenDocumentView, TitlesOfANewAmplitudeDocument)
     expectTitles(*document, {"Amplitude Gain - dB", "X", "X", "Phase - Degrees"});
     document->graphSetAlternateView(true);
     expectTitles(*document, {"X", "Amplitude Loss - dB", "X", "Phase - Degrees"});
-    EXPECT_EQ(document->pgiTestType, 1);
+    EXPECT_EQ(document->pgiTestType(), 1);
 }
 
 TEST_F(PenDocumentView, TitlesOfANewImpedanceDocument)
@@ -61,14 +61,14 @@ TEST_F(PenDocumentView, TitlesOfANewReactanceDocumentFollowThePreference)
     const auto document = bench.document(PenDocument::Reactance);
     document->graphSetDefaultView();
     expectTitles(*document, {"X", "Susceptance B - Siemens", "Conductance G - Siemens", "X"});
-    EXPECT_EQ(document->giDisplayRG, 2);
-    EXPECT_TRUE(document->gbfAltSubset);
+    EXPECT_EQ(document->giDisplayRG(), 2);
+    EXPECT_TRUE(document->gbfAltSubset());
 
     bench.preferences.setValue(options::kReactanceImpedance, true);
     document->graphSetDefaultView();
     expectTitles(*document, {"Reactance X - Ohms", "X", "X", "Resistance R - Ohms"});
-    EXPECT_EQ(document->giDisplayRG, 1);
-    EXPECT_FALSE(document->gbfAltSubset);
+    EXPECT_EQ(document->giDisplayRG(), 1);
+    EXPECT_FALSE(document->gbfAltSubset());
 }
 
 TEST_F(PenDocumentView, TitlesAreReadBackAsTheViewThatWroteThem)
@@ -80,11 +80,11 @@ TEST_F(PenDocumentView, TitlesAreReadBackAsTheViewThatWroteThem)
                 document->graphSetAlternateView(alternate);
                 document->graphSetPhase(right);
                 document->graphSetRG(right);
-                document->pgiTestType = 0;
-                document->InitialiseSettings("c", "f");
-                EXPECT_EQ(document->pgiTestType, type);
-                EXPECT_EQ(document->gbfAltSubset, alternate);
-                EXPECT_EQ(type == 3 ? document->giDisplayRG : document->graphGetPhaseView(), right);
+                Presentation read(document->peGraph());
+                read.readTitles();
+                EXPECT_EQ(read.testType(), type);
+                EXPECT_EQ(read.isAlternate(), alternate);
+                EXPECT_EQ(type == 3 ? read.rgView() : read.phaseView(), right);
             }
         }
     }
@@ -99,8 +99,8 @@ TEST_F(PenDocumentView, EachAxisHasTheNullValue)
 
 TEST_F(PenDocumentView, DefaultLimitsComeFromTheInstrument)
 {
-    bench.mirror.dblAmpMinDb = -80;
-    bench.mirror.dblAmpMaxDb = 20;
+    bench.source.ranges.lowestLevel = -80;
+    bench.source.ranges.highestLevel = 20;
     const auto amplitude = bench.document(PenDocument::Amplitude);
     EXPECT_EQ(axisOf(*amplitude, 0).minimum, -80);
     EXPECT_EQ(axisOf(*amplitude, 0).maximum, 20);
@@ -147,8 +147,8 @@ TEST_F(PenDocumentView, PhaseAxesCoverWhatTheirSubsetsCarry)
 
 TEST_F(PenDocumentView, SweepFillsTheFrequencyAxis)
 {
-    bench.mirror.dblStartFrequency = 30000;
-    bench.mirror.dblEndFrequency = 50000;
+    bench.source.ranges.sweepStart = 30000;
+    bench.source.ranges.sweepEnd = 50000;
     const auto document = bench.document(PenDocument::Impedance);
     EXPECT_EQ(document->peGraph().ManualScaleControlX(), 3);
     EXPECT_EQ(document->peGraph().ManualMinX(), 30000);
@@ -158,8 +158,8 @@ TEST_F(PenDocumentView, SweepFillsTheFrequencyAxis)
 
 TEST_F(PenDocumentView, WithoutASweepTheAxisCoversTheInstrumentsRange)
 {
-    bench.mirror.dblStartFrequency = 1000;
-    bench.mirror.dblEndFrequency = 1000;
+    bench.source.ranges.sweepStart = 1000;
+    bench.source.ranges.sweepEnd = 1000;
     const auto document = bench.document(PenDocument::Amplitude);
     EXPECT_EQ(document->peGraph().ManualMinX(), 10);
     EXPECT_EQ(document->peGraph().ManualMaxX(), 50000000);
@@ -285,7 +285,7 @@ TEST_F(PenDocumentView, AppearanceTakesFontShadeAndPenColours)
         EXPECT_EQ(graph.TAColumns(), 2);
     }
 
-    bench.state.glPenColour[2] = 0xABCDEF;
+    bench.preferences.setValue(options::kPens[2], std::uint32_t{0xABCDEF});
     EXPECT_EQ(bench.document(PenDocument::Amplitude)->peGraph().SubsetColors(12), 0xABCDEFU);
     stored->graphSetTickColour(0x7C7C7C);
     EXPECT_EQ(graph.TickColor(), 0x7C7C7CU);
@@ -339,8 +339,8 @@ TEST_F(PenDocumentView, PopupViewEntriesSwitchTheViewAndCarryTheMark)
     EXPECT_EQ(checked(graph, 5), "x--");
     EXPECT_EQ(checked(graph, 6), "--x");
     Q_EMIT graph.CustomMenuClicked(5, 2);
-    EXPECT_TRUE(amplitude->gbfAltSubset);
-    EXPECT_TRUE(amplitude->gbfModified);
+    EXPECT_TRUE(amplitude->gbfAltSubset());
+    EXPECT_TRUE(amplitude->gbfModified());
     EXPECT_EQ(checked(graph, 5), "-x-");
     Q_EMIT graph.CustomMenuClicked(6, 1);
     EXPECT_EQ(amplitude->graphGetPhaseView(), 1);
@@ -359,12 +359,12 @@ TEST_F(PenDocumentView, PopupViewEntriesSwitchTheViewAndCarryTheMark)
 
     const auto reactance = bench.document(PenDocument::Reactance);
     Q_EMIT reactance->peGraph().CustomMenuClicked(6, 2);
-    EXPECT_TRUE(reactance->gbfAltSubset);
-    EXPECT_EQ(reactance->giDisplayRG, 2);
+    EXPECT_TRUE(reactance->gbfAltSubset());
+    EXPECT_EQ(reactance->giDisplayRG(), 2);
     EXPECT_EQ(checked(reactance->peGraph(), 6), "-x-");
     Q_EMIT reactance->peGraph().CustomMenuClicked(6, 1);
-    EXPECT_FALSE(reactance->gbfAltSubset);
-    EXPECT_EQ(reactance->giDisplayRG, 1);
+    EXPECT_FALSE(reactance->gbfAltSubset());
+    EXPECT_EQ(reactance->giDisplayRG(), 1);
 }
 
 TEST_F(PenDocumentView, OtherPopupEntriesGoToTheMainWindowUnlessGreyed)
@@ -384,7 +384,7 @@ TEST_F(PenDocumentView, MarkDataPointsCarriesItsMark)
     document->ToggleMarkDataPoints();
     EXPECT_TRUE(document->peGraph().MarkDataPoints());
     EXPECT_TRUE(document->peGraph().CustomMenuChecked(7, 0));
-    EXPECT_TRUE(document->gbfModified);
+    EXPECT_TRUE(document->gbfModified());
     document->ToggleMarkDataPoints();
     EXPECT_FALSE(document->peGraph().CustomMenuChecked(7, 0));
 }

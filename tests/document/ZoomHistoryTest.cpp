@@ -150,9 +150,8 @@ struct PenDocumentZoom : ::testing::Test
 
     void SetUp() override
     {
-        bench.connect();
         document = bench.document(PenDocument::Impedance);
-        bench.mirror.bfGraphExtents = true;
+        bench.source.follows = true;
         document->gbfSendZoom = true;
     }
     GraphModel& graph() { return document->peGraph(); }
@@ -163,7 +162,7 @@ TEST_F(PenDocumentZoom, LogViewStoresExponentsAndSendsHertz)
     ASSERT_EQ(graph().XAxisScaleControl(), 2);
     document->gbfSendZoom = true;
     graph().userZoom(limits(4, 5));
-    EXPECT_EQ(bench.written(), "startfreq 10000\rendfreq 100000\rlinear 0\r");
+    EXPECT_EQ(bench.takeExtents(), QStringList{"10000 to 100000 logarithmic"});
     EXPECT_EQ(document->gdblTestMinFreq(), 10000);
     EXPECT_EQ(document->gdblTestMaxFreq(), 100000);
     double maxX = 0, maxY = 0, minX = 0, minY = 0, maxTX = 0, minTX = 0;
@@ -174,44 +173,44 @@ TEST_F(PenDocumentZoom, LogViewStoresExponentsAndSendsHertz)
     EXPECT_EQ(maxY, 6);
     EXPECT_EQ(minTX, 7);
     EXPECT_EQ(maxTX, 8);
-    EXPECT_FALSE(document->gbfZoomExtents);
+    EXPECT_FALSE(document->gbfZoomExtents());
 }
 
 TEST_F(PenDocumentZoom, FirstZoomSendsOnlyWhenToldToAndTellsToFromThenOn)
 {
     document->gbfSendZoom = false;
     graph().userZoom(limits(4, 5));
-    EXPECT_TRUE(bench.written().isEmpty());
+    EXPECT_TRUE(bench.takeExtents().isEmpty());
     EXPECT_TRUE(document->gbfSendZoom);
     graph().userZoom(limits(4.1, 4.5));
-    EXPECT_FALSE(bench.written().isEmpty());
+    EXPECT_FALSE(bench.takeExtents().isEmpty());
 }
 
 TEST_F(PenDocumentZoom, LinearViewSendsPlainLimits)
 {
     document->graphSetFrequecyLinear(true);
-    bench.written();
+    bench.takeExtents();
     graph().userZoom(limits(2500, 7500));
-    EXPECT_EQ(bench.written(), "startfreq 2500\rendfreq 7500\rlinear 1\r");
+    EXPECT_EQ(bench.takeExtents(), QStringList{"2500 to 7500 linear"});
 }
 
 TEST_F(PenDocumentZoom, UndoAndRedoSendTheExtentOnScreen)
 {
     graph().userZoom(limits(3, 6));
     graph().userZoom(limits(4, 5));
-    document->gbfModified = false;
-    bench.written();
+    document->setModified(false);
+    bench.takeExtents();
     document->UndooZoom();
-    EXPECT_EQ(bench.written(), "startfreq 1000\rendfreq 1000000\rlinear 0\r");
-    EXPECT_TRUE(document->gbfModified);
-    document->gbfModified = false;
+    EXPECT_EQ(bench.takeExtents(), QStringList{"1000 to 1000000 logarithmic"});
+    EXPECT_TRUE(document->gbfModified());
+    document->setModified(false);
     document->RedooZoom();
-    EXPECT_EQ(bench.written(), "startfreq 10000\rendfreq 100000\rlinear 0\r");
-    EXPECT_TRUE(document->gbfModified);
-    document->gbfModified = false;
+    EXPECT_EQ(bench.takeExtents(), QStringList{"10000 to 100000 logarithmic"});
+    EXPECT_TRUE(document->gbfModified());
+    document->setModified(false);
     document->RedooZoom();
-    EXPECT_TRUE(bench.written().isEmpty());
-    EXPECT_FALSE(document->gbfModified);
+    EXPECT_TRUE(bench.takeExtents().isEmpty());
+    EXPECT_FALSE(document->gbfModified());
 }
 
 TEST_F(PenDocumentZoom, UndoToFullExtentSendsTheManualLimits)
@@ -219,28 +218,52 @@ TEST_F(PenDocumentZoom, UndoToFullExtentSendsTheManualLimits)
     graph().setManualMinX(20);
     graph().setManualMaxX(3000);
     graph().userZoom(limits(2, 3));
-    bench.written();
+    bench.takeExtents();
     document->UndooZoom();
     EXPECT_FALSE(graph().Zoomed());
-    EXPECT_TRUE(document->gbfZoomExtents);
-    EXPECT_EQ(bench.written(), "startfreq 20\rendfreq 3000\rlinear 0\r");
+    EXPECT_TRUE(document->gbfZoomExtents());
+    EXPECT_EQ(bench.takeExtents(), QStringList{"20 to 3000 logarithmic"});
     EXPECT_TRUE(document->canRedoZoom());
     document->UndooZoom();
-    EXPECT_TRUE(bench.written().isEmpty());
+    EXPECT_TRUE(bench.takeExtents().isEmpty());
 }
 
 TEST_F(PenDocumentZoom, ZoomOutSendsTheManualLimitsAndKeepsTheHistory)
 {
     graph().userZoom(limits(4, 5));
-    document->gbfModified = false;
-    bench.written();
+    document->setModified(false);
+    bench.takeExtents();
     graph().userZoomOut();
-    EXPECT_TRUE(document->gbfZoomExtents);
-    EXPECT_TRUE(document->gbfModified);
+    EXPECT_TRUE(document->gbfZoomExtents());
+    EXPECT_TRUE(document->gbfModified());
     EXPECT_EQ(document->zoomHistory().count(), 1);
     EXPECT_EQ(document->gdblTestMinFreq(), graph().ManualMinX());
     EXPECT_EQ(document->gdblTestMaxFreq(), graph().ManualMaxX());
-    EXPECT_TRUE(bench.written().startsWith("startfreq "));
+    EXPECT_EQ(bench.takeExtents().size(), 1);
+}
+
+TEST_F(PenDocumentZoom, FromTheFullExtentTheLastZoomCanBeRedone)
+{
+    graph().userZoom(limits(4, 5));
+    graph().userZoom(limits(4.2, 4.8));
+    document->ZoomExtents();
+    EXPECT_FALSE(graph().Zoomed());
+    EXPECT_TRUE(document->canRedoZoom());
+    document->RedooZoom();
+    EXPECT_EQ(graph().zoomLimits().ZoomMinX, 4);
+    document->ZoomExtents();
+    graph().userZoom(limits(3, 4));
+    EXPECT_EQ(document->zoomHistory().count(), 1);
+    document->UndooZoom();
+    EXPECT_FALSE(graph().Zoomed());
+}
+
+TEST_F(PenDocumentZoom, LinearImpedanceAxesEmptyTheHistory)
+{
+    graph().userZoom(limits(4, 5));
+    document->ImpedanceLinear(true);
+    EXPECT_EQ(document->zoomHistory().count(), 0);
+    EXPECT_FALSE(graph().Zoomed());
 }
 
 TEST_F(PenDocumentZoom, ButtonsFollowTheZoom)
@@ -249,13 +272,14 @@ TEST_F(PenDocumentZoom, ButtonsFollowTheZoom)
         EXPECT_EQ(document->canZoomExtents(), extents);
         EXPECT_EQ(document->canUndoZoom(), undo);
         EXPECT_EQ(document->canRedoZoom(), redo);
-        EXPECT_EQ(graph().CustomMenuState(PenDocument::PopupUndoZoom, 0), undo ? 0 : 1);
-        EXPECT_EQ(graph().CustomMenuState(PenDocument::PopupRedoZoom, 0), redo ? 0 : 1);
+        EXPECT_EQ(graph().CustomMenuState(PopupUndoZoom, 0), undo ? 0 : 1);
+        EXPECT_EQ(graph().CustomMenuState(PopupRedoZoom, 0), redo ? 0 : 1);
     };
     expectButtons(false, false, false);
-    const int updates = bench.window.toolBarUpdates;
+    int updates = 0;
+    QObject::connect(document.get(), &PenDocument::zoomChanged, [&] { ++updates; });
     graph().userZoom(limits(4, 5));
-    EXPECT_GT(bench.window.toolBarUpdates, updates);
+    EXPECT_EQ(updates, 1);
     expectButtons(true, true, false);
     document->UndooZoom();
     expectButtons(true, false, true);
@@ -269,38 +293,30 @@ TEST_F(PenDocumentZoom, ChangeOfScaleEmptiesTheHistory)
     document->graphSetFrequecyLinear(true);
     EXPECT_EQ(document->zoomHistory().count(), 0);
     EXPECT_FALSE(graph().Zoomed());
-    EXPECT_TRUE(document->gbfZoomExtents);
+    EXPECT_TRUE(document->gbfZoomExtents());
 }
 
 TEST_F(PenDocumentZoom, PowersOfTenComeOutWithoutNoise)
 {
     graph().userZoom(limits(std::log10(40123.0), std::log10(2000000.0)));
-    EXPECT_EQ(bench.written(), "startfreq 40123\rendfreq 2000000\rlinear 0\r");
+    EXPECT_EQ(bench.takeExtents(), QStringList{"40123 to 2000000 logarithmic"});
 }
 
 TEST_F(PenDocumentZoom, AnExtentBeyondAllFrequenciesIsNotSent)
 {
     graph().userZoom(limits(3, 400));
-    EXPECT_TRUE(bench.written().isEmpty());
+    EXPECT_TRUE(bench.takeExtents().isEmpty());
     graph().userZoom(limits(3, 4));
-    EXPECT_EQ(bench.written(), "startfreq 1000\rendfreq 10000\rlinear 0\r");
+    EXPECT_EQ(bench.takeExtents(), QStringList{"1000 to 10000 logarithmic"});
 }
 
 TEST_F(PenDocumentZoom, ExtentStaysLocalDuringAMultiPenRun)
 {
-    bench.state.gbfSweepActive = true;
+    bench.source.held = true;
     const double before = document->gdblTestMinFreq();
     document->UpdateTestExtents(5, 6);
     EXPECT_EQ(document->gdblTestMinFreq(), before);
-    EXPECT_TRUE(bench.written().isEmpty());
-}
-
-TEST_F(PenDocumentZoom, NothingIsSentUnlessTheSweepFollowsTheExtents)
-{
-    bench.mirror.bfGraphExtents = false;
-    document->UpdateTestExtents(5, 6);
-    EXPECT_EQ(document->gdblTestMinFreq(), 5);
-    EXPECT_TRUE(bench.written().isEmpty());
+    EXPECT_TRUE(bench.takeExtents().isEmpty());
 }
 
 TEST_F(PenDocumentZoom, SendGraphExtentsSendsTheFullExtentOrTheStoredLimits)
@@ -308,11 +324,11 @@ TEST_F(PenDocumentZoom, SendGraphExtentsSendsTheFullExtentOrTheStoredLimits)
     graph().setManualMinX(100);
     graph().setManualMaxX(900);
     document->SendGraphExtents();
-    EXPECT_EQ(bench.written(), "startfreq 100\rendfreq 900\rlinear 0\r");
+    EXPECT_EQ(bench.takeExtents(), QStringList{"100 to 900 logarithmic"});
     graph().userZoom(limits(4, 5));
-    bench.written();
+    bench.takeExtents();
     document->SendGraphExtents();
-    EXPECT_EQ(bench.written(), "startfreq 10000\rendfreq 100000\rlinear 0\r");
+    EXPECT_EQ(bench.takeExtents(), QStringList{"10000 to 100000 logarithmic"});
 }
 
 } // namespace

@@ -62,7 +62,9 @@ protected:
         PenDocument& document = session.newDocument(PenDocument::Impedance);
 
         bool plotted = false;
-        session.window().onPlotting = [&] { plotted = true; };
+        const auto listening =
+            QObject::connect(&session.deviceModule().events(), &InstrumentEvents::plottingChanged,
+                             [&plotted](bool plotting) { plotted = plotted || plotting; });
         session.testRun().mnuTestStart_Click();
         const auto viewing = [&] { return plotted && !session.state().gbfPlotting; };
         waitWhileHeard(session, viewing);
@@ -73,6 +75,7 @@ protected:
             waitFor([&] { return !session.state().gbfPlotting; }, 200);
         }
         EXPECT_FALSE(session.state().gbfPlotting) << problems.toStdString();
+        QObject::disconnect(listening);
         session.device().Close();
         (void)session.device().SetLogFile({});
 

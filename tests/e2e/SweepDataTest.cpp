@@ -24,7 +24,7 @@ protected:
     bool sweep(PenDocument& document, cli::Session& session)
     {
         session.testRun().mnuTestStart_Click();
-        return waitFor([&] { return document.gCurrentPen == 1 && !session.state().gbfPlotting; });
+        return waitFor([&] { return document.gCurrentPen() == 1 && !session.state().gbfPlotting; });
     }
 
     /// The four Y values of a point as the description of the pens has them, before they are rounded to single.

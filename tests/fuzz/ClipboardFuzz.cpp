@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Arbitrary text pasted into documents of each type: only the pen that is pasted into changes, points end where the
 // graph ends, and what a pen then holds goes through the clipboard and back unchanged.
-#include "controls/korvalink/DeviceList.h"
-#include "controls/korvalink/KorvaLink.h"
 #include "document/ClipboardPort.h"
+#include "document/ActiveDocument.h"
 #include "document/PenDocument.h"
+#include "document/PlotSource.h"
 #include "document/PenReader.h"
-#include "instrument/InstrumentMirror.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
-#include "program/ProgramState.h"
 #include "tests/support/SilentPorts.h"
 
 #include <QCoreApplication>
@@ -56,15 +54,12 @@ struct World
     char* arguments[2] = {name, nullptr};
     QCoreApplication application{argumentCount, arguments};
     SettingsStore store{QStringLiteral("/nonexistent")};
-    DeviceList devices{std::vector<std::unique_ptr<DeviceSource>>()};
-    KorvaLink link{devices};
-    InstrumentMirror mirror;
-    ProgramState state;
     Preferences preferences{store, QStringLiteral("MarrowickGraph")};
     SilentMessages messages;
-    SilentDocumentHost host;
+    PlotSource source;
+    ActiveDocument active;
     Clipboard clipboard;
-    DocumentContext context{link, mirror, state, preferences, messages, host, &clipboard};
+    DocumentContext context{preferences, messages, source, active, &clipboard};
     std::vector<std::unique_ptr<PenDocument>> documents;
 };
 
@@ -86,7 +81,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         document->PasteLineData(0, text);
         for (const int subset : {1, 11, 21, 31}) {
             const auto line = graph.yArray(subset);
-            check(std::all_of(line.begin(), line.end(), [&](float y) { return y == document->pgiTestType; }));
+            check(std::all_of(line.begin(), line.end(), [&](float y) { return y == document->pgiTestType(); }));
         }
         const int points = PenReader::pointCount(graph, 0);
         document->PasteLineData(2, document->CopyLineData(0));

@@ -7,6 +7,8 @@
 #include "document/PenDocument.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/DeviceModule.h"
+#include "link/InstrumentPlotSource.h"
+#include "link/SweepRecorder.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
 #include "program/ProgramState.h"
@@ -52,7 +54,8 @@ struct Program
     Window window;
     DeviceList devices{std::vector<std::unique_ptr<DeviceSource>>{}};
     KorvaLink device{devices};
-    DeviceModule module{LinkContext{device, mirror, state, preferences, messages, window}};
+    InstrumentPlotSource source{device, mirror, state};
+    DeviceModule module{LinkContext{device, mirror, state, preferences, messages, window, window.active}};
     std::array<std::unique_ptr<PenDocument>, 3> documents;
     std::shared_ptr<MemoryPeer> peer;
 
@@ -61,7 +64,7 @@ struct Program
         const std::int16_t types[] = {PenDocument::Amplitude, PenDocument::Impedance, PenDocument::Reactance};
         for (std::size_t i = 0; i < documents.size(); ++i) {
             documents[i] =
-                std::make_unique<PenDocument>(DocumentContext{device, mirror, state, preferences, messages, window});
+                std::make_unique<PenDocument>(DocumentContext{preferences, messages, source, window.active});
             documents[i]->gstrKey = QStringLiteral("Doc%1").arg(i + 1);
             documents[i]->PrepareNew(types[i], documents[i]->gstrKey);
         }
@@ -104,10 +107,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     --size;
 
     p.window.active = (choice & 3) < p.documents.size() ? p.documents[choice & 3].get() : nullptr;
-    p.state.gbfPlotting = p.window.active != nullptr && (choice & 4) != 0;
-    p.state.gstrPlotKey = p.state.gbfPlotting ? p.window.active->gstrKey : QString();
+    p.module.recorder().endRun();
+    if ((choice & 4) != 0)
+        p.module.recorder().GUISetPlotting(p.window.active);
     p.state.gbfScriptRunning = false;
-    p.state.gbfSweepActive = false;
     p.state.gbfDeviceReady = (choice & 8) != 0;
 
     if ((choice & 16) != 0) {
@@ -130,8 +133,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!p.device.Connected() || !p.device.DataEventEnabled())
         std::abort();
     // A test belongs to the document that was active when it began, or to none after its points were refused.
-    const auto isKnown = [&p](const auto& document) { return document->gstrKey == p.state.gstrPlotKey; };
-    if (!p.state.gstrPlotKey.isEmpty() && std::none_of(p.documents.begin(), p.documents.end(), isKnown))
+    const QString& key = p.module.recorder().gstrPlotKey();
+    const auto isKnown = [&key](const auto& document) { return document->gstrKey == key; };
+    if (!key.isEmpty() && std::none_of(p.documents.begin(), p.documents.end(), isKnown))
         std::abort();
     p.peer->takeWritten();
     return 0;

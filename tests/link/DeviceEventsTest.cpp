@@ -86,7 +86,7 @@ TEST_F(DeviceEvents, DisconnectionInMidTestReturnsToViewingAndSaysDisconnected)
     peer().unplug();
     settle();
     EXPECT_FALSE(state.gbfPlotting);
-    EXPECT_TRUE(window.penBarEnabled);
+    EXPECT_TRUE(penBarEnabled);
     EXPECT_EQ(panel(1), QStringLiteral("Disconnected"));
     EXPECT_EQ(document->peGraph().YData(0, 0), 50.0F);
 }
@@ -139,7 +139,7 @@ TEST_F(DeviceEvents, InitialiseRestoresTheDefaultsAndLoadsTheSectionOfNoDevice)
     EXPECT_EQ(mirror.iNumPoints, 100);
     EXPECT_EQ(mirror.dblAmpMaxFreq, 50000000);
     EXPECT_EQ(mirror.dblEndFrequency, 77777);
-    EXPECT_TRUE(window.repeatStatus);
+    EXPECT_TRUE(repeatStatus);
     EXPECT_FALSE(state.gbfDeviceReady);
 }
 
@@ -295,7 +295,7 @@ TEST_F(DeviceEvents, LinkLostAfterEachByteOfASweepLeavesViewingWithThePointsSoFa
         ASSERT_FALSE(device.Connected()) << length;
         ASSERT_FALSE(state.gbfPlotting) << length;
         ASSERT_EQ(panel(1), QStringLiteral("Disconnected")) << length;
-        ASSERT_TRUE(window.penBarEnabled) << length;
+        ASSERT_TRUE(penBarEnabled) << length;
         ASSERT_TRUE(messages.shown.empty()) << length;
         ASSERT_EQ(device.BytesAvailable(), 0) << length;
         const qsizetype frames = length / 67;

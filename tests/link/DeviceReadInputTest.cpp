@@ -2,6 +2,8 @@
 // From bytes to frames: what is read, what is dropped, what ends a pass.
 #include "LinkFixture.h"
 
+#include "link/FirmwareVersion.h"
+
 #include "controls/korvalink/FrameBuffer.h"
 
 namespace {
@@ -213,14 +215,14 @@ TEST_F(DeviceReadInput, FramesOfALostInstrumentAreNotHandledAfterIt)
 
 TEST_F(DeviceReadInput, WhileTheFirmwareWizardReadsTheVersionOnlyThatFramePasses)
 {
-    window.wizardReads = true;
+    module.setOnlyCode('O');
     send(counted(1) + frametext::numbers('O', '0', 1, 23, 456, 2) + frametext::numbers('t', '0', 77));
     EXPECT_EQ(seen, (Numbers{}));
-    EXPECT_EQ(window.wizardVersion, QStringLiteral("V1.23 Build 456"));
+    EXPECT_EQ(firmwareVersionText(mirror), QStringLiteral("V1.23 Build 456"));
     EXPECT_EQ(mirror.dblFreqComp, 0);
     send(frametext::numbers('O', '1', 2, 5, 6, 2));
-    EXPECT_EQ(window.wizardVersion, QStringLiteral("DEBUG V2.5 Build 6"));
-    window.wizardReads = false;
+    EXPECT_EQ(firmwareVersionText(mirror), QStringLiteral("DEBUG V2.5 Build 6"));
+    module.setOnlyCode(0);
     send(counted(2));
     EXPECT_EQ(seen, (Numbers{2}));
 }

@@ -6,7 +6,10 @@
 #include "controls/korvalink/MemoryTransport.h"
 #include "document/PenDocument.h"
 #include "instrument/InstrumentMirror.h"
+#include "document/GraphScope.h"
 #include "link/DeviceModule.h"
+#include "link/InstrumentPlotSource.h"
+#include "link/SweepRecorder.h"
 #include "link/TestRun.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
@@ -93,6 +96,16 @@ protected:
     {
         plug();
         run.setAnswerWait(0);
+        QObject::connect(&module.events(), &InstrumentEvents::plottingChanged,
+                         [this](bool plotting) { penBarEnabled = !plotting; });
+        QObject::connect(&module.events(), &InstrumentEvents::changed, [this](MirrorPart part) {
+            if (part == MirrorPart::Repeat)
+                repeatStatus = mirror.bfRepeat;
+        });
+        QObject::connect(&module.events(), &InstrumentEvents::pointShown, [this] { ++pointsShown; });
+        QObject::connect(&module.events(), &InstrumentEvents::loopViewWanted, [this](bool shown) {
+            window.calls << (shown ? QStringLiteral("loop view wanted") : QStringLiteral("loop view ended"));
+        });
     }
 
     /// One more instrument to be found.
@@ -136,9 +149,9 @@ protected:
     std::unique_ptr<PenDocument> makeDocument(std::int16_t type)
     {
         auto document =
-            std::make_unique<PenDocument>(DocumentContext{device, mirror, state, preferences, messages, window});
-        document->gstrKey = QStringLiteral("Doc%1").arg(++state.giDocumentCounter);
-        document->PrepareNew(type, QStringLiteral("Document %1").arg(state.giDocumentCounter));
+            std::make_unique<PenDocument>(DocumentContext{preferences, messages, source, window.active});
+        document->gstrKey = QStringLiteral("Doc%1").arg(++m_documentCounter);
+        document->PrepareNew(type, QStringLiteral("Document %1").arg(m_documentCounter));
         return document;
     }
     void activate(const std::unique_ptr<PenDocument>& document) { window.active = document.get(); }
@@ -173,6 +186,10 @@ protected:
     std::shared_ptr<std::vector<DeviceEntry>> m_entries;
     std::shared_ptr<std::vector<std::shared_ptr<MemoryPeer>>> m_peers;
     std::shared_ptr<int> m_opened;
+    bool penBarEnabled = true;
+    bool repeatStatus = false;
+    int pointsShown = 0;
+    int m_documentCounter = 0;
 
     QTemporaryDir folder;
     SettingsStore store{folder.path()};
@@ -183,7 +200,18 @@ protected:
     RecordingMainWindow window;
     DeviceList devices{sources()};
     KorvaLink device{devices};
-    DeviceModule module{LinkContext{device, mirror, state, preferences, messages, window}};
+    InstrumentPlotSource source{device, mirror, state};
+    DeviceModule module{LinkContext{device, mirror, state, preferences, messages, window, window.active}};
     TestRun run{module};
     RecordingDialog dialog;
 };
+
+/// The document counts as saved by a later program.
+inline void setNewerFormat(PenDocument& document)
+{
+    {
+        const TableScope scope(document.peGraph(), 2);
+        document.peGraph().setTAText(0, 0, QStringLiteral("2"));
+    }
+    document.readFormat();
+}

@@ -124,7 +124,7 @@ TEST_P(Reentrancy, NothingIsUsedThatIsGone)
         run.mnuTestStart_Click();
         break;
     case Place::NewFormat:
-        document->giDocumentVersion = 2;
+        setNewerFormat(*document);
         messages.whileShowing = [this] { inject(); };
         run.mnuTestStart_Click();
         break;

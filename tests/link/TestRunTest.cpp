@@ -87,7 +87,7 @@ TEST_F(TestRunTest, StartDoesNotChangeTheStateByItself)
     const auto document = activeDocument(PenDocument::Impedance);
     startAndRead();
     EXPECT_FALSE(state.gbfPlotting);
-    EXPECT_TRUE(window.penBarEnabled);
+    EXPECT_TRUE(penBarEnabled);
 }
 
 TEST_F(TestRunTest, StartSavesTheSettings)
@@ -195,7 +195,7 @@ TEST_F(TestRunTest, StartOnALockedPenGoesToTheNextFreeOne)
     document->UpdatePenLock(0, true);
     document->UpdatePenLock(1, true);
     EXPECT_TRUE(startAndRead().endsWith(QStringLiteral("amptest")));
-    EXPECT_EQ(document->gCurrentPen, 2);
+    EXPECT_EQ(document->gCurrentPen(), 2);
 }
 
 TEST_F(TestRunTest, AllPensLockedIsRefusedAndNothingIsSent)
@@ -209,7 +209,7 @@ TEST_F(TestRunTest, AllPensLockedIsRefusedAndNothingIsSent)
 TEST_F(TestRunTest, DocumentOfANewerFormatIsRefused)
 {
     const auto document = activeDocument(PenDocument::Amplitude);
-    document->giDocumentVersion = 2;
+    setNewerFormat(*document);
     EXPECT_EQ(startAndRead(), QString());
     expectMessage("Data acquisition not possible", "New data format. Please check for updates.", 64);
 }
@@ -219,7 +219,7 @@ TEST_F(TestRunTest, RefusalsComeInTheirOrder)
     const auto document = activeDocument(PenDocument::Amplitude);
     document->peGraph().setXAxisLabel(QStringLiteral("Phase trim"));
     lockAll(*document);
-    document->giDocumentVersion = 2;
+    setNewerFormat(*document);
     dialog.monitor = true;
     startAndRead();
     ASSERT_EQ(messages.shown.size(), 1U);
@@ -255,10 +255,10 @@ TEST_F(TestRunTest, OverwriteQuestionIsAskedForOneRealPointOnly)
     const auto document = activeDocument(PenDocument::Amplitude);
     EXPECT_TRUE(startAndRead().endsWith(QStringLiteral("amptest")));
     EXPECT_TRUE(messages.shown.empty());
-    EXPECT_FALSE(TestRun::PenHasData(*document, 0));
+    EXPECT_FALSE(document->pens().hasData(0));
     document->peGraph().setYData(0, 1023, -3.0F);
-    EXPECT_TRUE(TestRun::PenHasData(*document, 0));
-    EXPECT_FALSE(TestRun::PenHasData(*document, 1));
+    EXPECT_TRUE(document->pens().hasData(0));
+    EXPECT_FALSE(document->pens().hasData(1));
     EXPECT_TRUE(startAndRead().endsWith(QStringLiteral("amptest")));
     expectMessage("Overwrite existing?", "Do you want to overwrite this pen?", 33);
 }
@@ -342,30 +342,30 @@ TEST_F(TestRunTest, PlottingStampsTheGraphWithTheVersion)
     const auto document = activeDocument(PenDocument::Amplitude);
     document->peGraph().setTXAxisLabel({});
     document->peGraph().setSubTitle(QStringLiteral("old"));
-    run.GUISetPlotting();
+    module.recorder().GUISetPlotting(document.get());
     EXPECT_TRUE(state.gbfPlotting);
-    EXPECT_EQ(state.gstrPlotKey, document->gstrKey);
-    EXPECT_FALSE(window.penBarEnabled);
+    EXPECT_EQ(module.recorder().gstrPlotKey(), document->gstrKey);
+    EXPECT_FALSE(penBarEnabled);
     EXPECT_EQ(panel(1), QStringLiteral("Testing"));
     const QString version = document->peGraph().TXAxisLabel();
     const qsizetype at = version.indexOf(QStringLiteral(" | "));
     ASSERT_GT(at, 0);
     EXPECT_EQ(document->peGraph().SubTitle(), version.left(at) + QStringLiteral("  ") + version.mid(at + 3));
     document->peGraph().setSubTitle({});
-    run.GUISetPlotting();
+    module.recorder().GUISetPlotting(document.get());
     EXPECT_EQ(document->peGraph().SubTitle(), QString());
 }
 
 TEST_F(TestRunTest, PlottingNeedsADocumentAndViewingDoesNot)
 {
-    run.GUISetPlotting();
+    module.recorder().GUISetPlotting(nullptr);
     EXPECT_FALSE(state.gbfPlotting);
-    EXPECT_TRUE(window.penBarEnabled);
+    EXPECT_TRUE(penBarEnabled);
     state.gbfPlotting = true;
-    window.penBarEnabled = false;
-    run.GUISetViewing();
+    penBarEnabled = false;
+    module.recorder().GUISetViewing();
     EXPECT_FALSE(state.gbfPlotting);
-    EXPECT_TRUE(window.penBarEnabled);
+    EXPECT_TRUE(penBarEnabled);
     EXPECT_EQ(panel(1), QStringLiteral("Connected"));
 }
 
@@ -400,12 +400,12 @@ TEST_F(TestRunTest, RepeatTogglesSavesAndShows)
     run.mnuTestRepeat_Click(false);
     EXPECT_EQ(written(), QStringList{QStringLiteral("repeat 1")});
     EXPECT_TRUE(mirror.bfRepeat);
-    EXPECT_TRUE(window.repeatStatus);
+    EXPECT_TRUE(repeatStatus);
     EXPECT_EQ(saved(QStringLiteral("S1"), "bfRepeat"), QStringLiteral("True"));
     run.mnuTestRepeat_Click(true);
     EXPECT_EQ(written(), QStringList{QStringLiteral("repeat 0")});
     EXPECT_FALSE(mirror.bfRepeat);
-    EXPECT_FALSE(window.repeatStatus);
+    EXPECT_FALSE(repeatStatus);
     EXPECT_EQ(saved(QStringLiteral("S1"), "bfRepeat"), QStringLiteral("False"));
 }
 
@@ -464,25 +464,26 @@ TEST_F(TestRunTest, SearchGoesOnBehindAnInstrumentThatCannotBeOpened)
     EXPECT_EQ(*m_opened, 10);
 }
 
-TEST_F(TestRunTest, PinCommandFollowsTypeAndPen)
+TEST_F(TestRunTest, ThePinIsSaidWheneverDocumentPenOrInstrumentChange)
 {
-    run.writePinCommand(3);
-    EXPECT_TRUE(written().isEmpty());
     const auto amplitude = activeDocument(PenDocument::Amplitude);
-    run.writePinCommand(3);
+    EXPECT_EQ(written(), QStringList{QStringLiteral("setpin 21")});
+    amplitude->setCurrentPen(2);
     EXPECT_EQ(written(), QStringList{QStringLiteral("setpin 23")});
     const auto impedance = activeDocument(PenDocument::Impedance);
-    run.writePinCommand(10);
-    EXPECT_EQ(written(), QStringList{QStringLiteral("setpin 110")});
-    const auto reactance = activeDocument(PenDocument::Reactance);
-    run.writePinCommand(1);
     EXPECT_EQ(written(), QStringList{QStringLiteral("setpin 11")});
+    impedance->setCurrentPen(9);
+    EXPECT_EQ(written(), QStringList{QStringLiteral("setpin 110")});
+    amplitude->setCurrentPen(5);
+    EXPECT_TRUE(written().isEmpty());
+    send(frametext::numbers('X', '0', 1000, 2000, 100, -1));
+    EXPECT_TRUE(written().contains(QStringLiteral("setpin 110")));
     state.gbfScriptRunning = true;
-    run.writePinCommand(1);
+    impedance->setCurrentPen(3);
     EXPECT_TRUE(written().isEmpty());
     state.gbfScriptRunning = false;
     module.DeviceReset();
-    run.writePinCommand(1);
+    impedance->setCurrentPen(4);
     EXPECT_TRUE(written().isEmpty());
 }
 
@@ -490,9 +491,9 @@ TEST_F(TestRunTest, PenBarIsInStepWithThePlottingState)
 {
     const auto document = activeDocument(PenDocument::Impedance);
     startPlotting();
-    EXPECT_FALSE(window.penBarEnabled);
+    EXPECT_FALSE(penBarEnabled);
     send(numbers('E', '0'));
-    EXPECT_TRUE(window.penBarEnabled);
+    EXPECT_TRUE(penBarEnabled);
 }
 
 } // namespace

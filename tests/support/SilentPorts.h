@@ -3,34 +3,15 @@
 
 #include "link/MainWindowPort.h"
 #include "program/UserMessages.h"
+#include "tests/support/SettableActive.h"
 
 /// A main window and messages that do nothing and cost nothing, for benchmarks and fuzz targets: they derive and
 /// override what they look at. Tests that assert what was asked of the window take the recording ones.
-template <typename Port>
-class SilentHost : public Port
-{
-public:
-    PenDocument* activeDocument() const override { return active; }
-    void updateToolBars(PenDocument&) override {}
-    void defaultToolBars() override {}
-    void penShowCurrent(int) override {}
-    bool QuestionTestCancel() override { return false; }
-    void UpdateQuickFileList(const QString&) override {}
-    void removeDocument(const QString&) override {}
-    void processEvents() override {}
-
-    PenDocument* active = nullptr;
-};
-
-using SilentDocumentHost = SilentHost<DocumentHost>;
-
-class SilentMainWindow : public SilentHost<MainWindowPort>
+class SilentMainWindow : public MainWindowPort
 {
 public:
     void setPanel(int, std::string_view) override {}
-    void setPenBarEnabled(bool) override {}
-    void SetRepeatStatus(bool) override {}
-    void penSetActive(int) override {}
+    void processEvents() override {}
     void fileNew() override {}
     void mnuTestDevice_Click() override {}
     void mnuWindowCloseAll_Click() override {}
@@ -38,11 +19,8 @@ public:
     void showSettings() override {}
     void unloadDeviceChooser() override {}
     void unloadDeviceWindows() override {}
-    void showLoopView() override {}
-    void refreshLoopView() override {}
-    void closeLoopView() override {}
-    bool firmwareWizardReadsVersion() const override { return false; }
-    void showWizardVersion(const QString&) override {}
+
+    SettableActive active;
 };
 
 /// Answers every message with OK.

@@ -2,26 +2,31 @@
 #include "document/ui/DocumentArea.h"
 
 #include "controls/graph/ui/GraphView.h"
+#include "document/ActiveDocument.h"
 #include "document/ui/frmDocument.h"
 
 #include <new>
 
-DocumentArea::DocumentArea(const DocumentContext& context, QWidget* parent)
+DocumentArea::DocumentArea(const DocumentContext& context, const ProgramState& state, ActiveDocument& active,
+                           QWidget* parent)
     : QMdiArea(parent)
     , m_context(context)
+    , m_state(state)
+    , m_active(active)
 {
     setObjectName(QStringLiteral("documentArea"));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setActivationOrder(QMdiArea::ActivationHistoryOrder);
-    connect(this, &QMdiArea::subWindowActivated, this, &DocumentArea::windowActivated);
+    // Also raised when the program loses the focus, while the document stays the active one.
+    connect(this, &QMdiArea::subWindowActivated, this, [this] { m_active.set(activeDocument()); });
 }
 
 PenDocument* DocumentArea::createDocument()
 {
     // The one failure that a document can meet here is memory: 40 subsets of points and a drawing surface.
     try {
-        auto* window = new frmDocument(m_context, this);
+        auto* window = new frmDocument(m_context, m_state, this);
         addSubWindow(window);
         window->hide();
         connect(
@@ -31,6 +36,7 @@ PenDocument* DocumentArea::createDocument()
         connect(document, &PenDocument::popupCommand, this,
                 [this, document](int item, int sub) { Q_EMIT popupCommand(document, item, sub); });
         connect(document, &PenDocument::cursorRead, this, &DocumentArea::cursorRead);
+        Q_EMIT documentCreated(document);
         return document;
     } catch (const std::bad_alloc&) {
         return nullptr;
@@ -55,13 +61,19 @@ void DocumentArea::showDocument(PenDocument& document)
         window->showNormal();
     }
     setActiveSubWindow(window);
+    m_active.set(activeDocument());
     window->view().setFocus();
 }
 
 bool DocumentArea::unloadDocument(PenDocument& document)
 {
     const QPointer<frmDocument> window = windowOf(document);
-    return !window || window->unload();
+    if (window && mayClose && !mayClose())
+        return false;
+    if (!window || !window->unload())
+        return !window;
+    m_active.set(activeDocument());
+    return true;
 }
 
 PenDocument* DocumentArea::activeDocument() const
@@ -91,28 +103,6 @@ QList<frmDocument*> DocumentArea::visibleDocuments() const
             documents.append(document);
     }
     return documents;
-}
-
-void DocumentArea::windowActivated(QMdiSubWindow* window)
-{
-    auto* now = qobject_cast<frmDocument*>(window);
-    if (!now) {
-        // Also raised when the program loses the focus, while the document stays the active one.
-        if (!activeDocument()) {
-            m_active = nullptr;
-            Q_EMIT documentActivated(nullptr);
-        }
-        return;
-    }
-    if (now == m_active)
-        return;
-    const QPointer<frmDocument> arrived(now);
-    const QPointer<frmDocument> left = m_active;
-    m_active = now;
-    if (left && left->deactivated())
-        Q_EMIT sweepAbandoned();
-    if (arrived)
-        Q_EMIT documentActivated(&arrived->document());
 }
 
 void DocumentArea::tileVertically()

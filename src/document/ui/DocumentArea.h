@@ -5,7 +5,10 @@
 
 #include <QMdiArea>
 
+#include <functional>
+
 class frmDocument;
+struct ProgramState;
 
 /// The inside of the main window: the windows of the open documents.
 class DocumentArea : public QMdiArea, public DocumentWindows
@@ -13,7 +16,12 @@ class DocumentArea : public QMdiArea, public DocumentWindows
     Q_OBJECT
 
 public:
-    explicit DocumentArea(const DocumentContext& context, QWidget* parent = nullptr);
+    /// All of it outlives the area, which sets the active document.
+    DocumentArea(const DocumentContext& context, const ProgramState& state, ActiveDocument& active,
+                 QWidget* parent = nullptr);
+
+    /// Asked before a document closes; the document stays open when the answer is false. Unset: nobody objects.
+    std::function<bool()> mayClose;
 
     PenDocument* createDocument() override;
     void showDocument(PenDocument& document) override;
@@ -29,22 +37,20 @@ public:
     void tileHorizontally();
 
 Q_SIGNALS:
-    /// Another document is active now; null when the last one has gone.
-    void documentActivated(PenDocument* document);
+    /// A document and its window have been made.
+    void documentCreated(PenDocument* document);
     /// An entry of a document's popup that belongs to the main window (PenDocument::PopupItem).
     void popupCommand(PenDocument* document, int item, int sub);
     /// Texts for the cursor read-out.
     void cursorRead(const QString& xText, const QString& yText);
     /// A window's close box was used.
     void closeWanted(PenDocument* document);
-    /// A sweep was stopped because the user turned to another document.
-    void sweepAbandoned();
 
 private:
     QList<frmDocument*> visibleDocuments() const;
-    void windowActivated(QMdiSubWindow* window);
     void tile(Qt::Orientation direction);
 
     DocumentContext m_context;
-    QPointer<frmDocument> m_active;
+    const ProgramState& m_state;
+    ActiveDocument& m_active;
 };

@@ -89,8 +89,7 @@ void frmAddText::cmdApply_Click()
     for (int pen = 0; pen < kPens; ++pen) {
         // The alternate view shows the same name.
         const QString name = txtPenLegend[static_cast<std::size_t>(pen)]->text();
-        graph.setSubsetLabels(pen, name);
-        graph.setSubsetLabels(pen + kPens, name);
+        m_document->setPenName(pen, name);
     }
     m_document->SetModified();
     graph.PEactions(graph::Reinitialise);

@@ -2,16 +2,15 @@
 #include "document/ui/frmDocument.h"
 
 #include "controls/graph/ui/GraphView.h"
-#include "controls/korvalink/KorvaLink.h"
 #include "program/ProgramState.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QPointer>
 
-frmDocument::frmDocument(const DocumentContext& context, QWidget* parent)
+frmDocument::frmDocument(const DocumentContext& context, const ProgramState& state, QWidget* parent)
     : QMdiSubWindow(parent)
-    , m_context(context)
+    , m_state(state)
     , m_document(context)
     , m_view(new GraphView(m_document.peGraph(), this))
 {
@@ -36,27 +35,14 @@ bool frmDocument::unload()
     if (m_unloading)
         return true;
     const QPointer<frmDocument> self(this);
-    m_document.setClosing(true);
     const bool agreed = m_document.QueryClose();
     if (!self)
         return true;
-    if (!agreed) {
-        m_document.setClosing(false);
+    if (!agreed)
         return false;
-    }
     m_unloading = true;
     close();
     deleteLater();
-    return true;
-}
-
-bool frmDocument::deactivated()
-{
-    const ProgramState& state = m_context.state;
-    if (!state.gbfPlotting || state.gbfSweepActive || state.gstrPlotKey != m_document.gstrKey)
-        return false;
-    m_context.device.Write(QStringLiteral("x\r"));
-    m_document.SetViewing();
     return true;
 }
 
@@ -90,6 +76,8 @@ bool frmDocument::takeKey(QKeyEvent& event)
     const QChar key = text.front();
     if (!key.isDigit() && key.toLower() != QLatin1Char('l') && key.toLower() != QLatin1Char('v'))
         return false;
-    m_document.KeyPressed(key);
+    // The keys of a test in progress are swallowed: the pen that is measured stays the pen.
+    if (!m_state.gbfPlotting)
+        m_document.KeyPressed(key);
     return true;
 }

@@ -7,6 +7,7 @@
 #include <QMdiSubWindow>
 
 class GraphView;
+struct ProgramState;
 
 /// The window over one graph document. It owns the document and its view.
 ///
@@ -18,7 +19,7 @@ class frmDocument : public QMdiSubWindow
     Q_OBJECT
 
 public:
-    explicit frmDocument(const DocumentContext& context, QWidget* parent = nullptr);
+    frmDocument(const DocumentContext& context, const ProgramState& state, QWidget* parent = nullptr);
     ~frmDocument() override;
 
     PenDocument& document() { return m_document; }
@@ -28,8 +29,6 @@ public:
     /// Closes by the document's rule: its question is asked, it leaves the list, and the window is destroyed as soon as
     /// control is back in the event loop. False: the document stays open.
     bool unload();
-    /// The user has turned to another document: a single sweep into this one is stopped. True when one was.
-    bool deactivated();
 
 Q_SIGNALS:
     void closeWanted();
@@ -41,7 +40,7 @@ protected:
 private:
     bool takeKey(QKeyEvent& event);
 
-    DocumentContext m_context;
+    const ProgramState& m_state;
     PenDocument m_document;
     GraphView* m_view;
     bool m_unloading = false;

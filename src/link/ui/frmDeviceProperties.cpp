@@ -6,8 +6,9 @@
 #include "controls/korvalink/KorvaLink.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/FirmwareVersion.h"
+#include "link/DeviceModule.h"
 #include "link/MainWindowPort.h"
-#include "link/PlotState.h"
+#include "link/SweepRecorder.h"
 #include "link/ui/LinkImages.h"
 #include "program/ProgramState.h"
 #include "program/UserMessages.h"
@@ -20,10 +21,11 @@
 #include <QProcess>
 #include <QSvgWidget>
 
-frmDeviceProperties::frmDeviceProperties(const LinkContext& context, QWidget* parent)
+frmDeviceProperties::frmDeviceProperties(DeviceModule& module, QWidget* parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::frmDeviceProperties>())
-    , m_context(context)
+    , m_module(module)
+    , m_context(module.context())
     , m_programFolder(QCoreApplication::applicationDirPath())
 {
     m_ui->setupUi(this);
@@ -85,8 +87,8 @@ void frmDeviceProperties::releaseLink()
     m_context.state.gbfDeviceReady = false;
     m_context.state.gbfScriptRunning = false;
     // Close() raises nothing, so the main window learns of it here.
-    PlotState plotState(m_context);
-    plotState.GUISetViewing();
+    m_module.recorder().GUISetViewing();
+    m_module.recorder().endRun();
 }
 
 void frmDeviceProperties::cmdConsole_Click()

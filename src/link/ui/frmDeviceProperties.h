@@ -7,6 +7,8 @@
 
 #include <memory>
 
+class DeviceModule;
+
 namespace Ui {
 class frmDeviceProperties;
 }
@@ -18,7 +20,7 @@ class frmDeviceProperties : public QDialog
     Q_OBJECT
 
 public:
-    explicit frmDeviceProperties(const LinkContext& context, QWidget* parent = nullptr);
+    explicit frmDeviceProperties(DeviceModule& module, QWidget* parent = nullptr);
     ~frmDeviceProperties() override;
 
     /// Reads the mirror anew. With no instrument each field shows "Unknown".
@@ -41,6 +43,7 @@ private:
     void releaseLink();
 
     std::unique_ptr<Ui::frmDeviceProperties> m_ui;
+    DeviceModule& m_module;
     LinkContext m_context;
     QString m_programFolder;
 };

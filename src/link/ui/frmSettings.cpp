@@ -3,6 +3,7 @@
 #include "link/ui/frmSettings.h"
 
 #include "controls/korvalink/KorvaLink.h"
+#include "document/ActiveDocument.h"
 #include "document/PenDocument.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/Commands.h"
@@ -107,7 +108,7 @@ void frmSettings::unload()
     m_unloaded = true;
     const std::int32_t low = settingsrules::wholeHertz(txtLowFreq->text());
     const std::int32_t high = settingsrules::wholeHertz(txtHighFreq->text());
-    if (m_context.port.activeDocument() == nullptr) {
+    if (m_context.active.get() == nullptr) {
         SendToDevice(command::text(command::kStartFreq, low));
         SendToDevice(command::text(command::kEndFreq, high));
     }
@@ -371,7 +372,7 @@ void frmSettings::chkAxisExtents_Click()
 {
     InstrumentMirror& mirror = m_context.mirror;
     if (chkAxisExtents->isChecked()) {
-        PenDocument* const document = m_context.port.activeDocument();
+        PenDocument* const document = m_context.active.get();
         if (document == nullptr) {
             // No graph to take the extents from.
             showChecked(chkAxisExtents, false);

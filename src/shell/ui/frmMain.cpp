@@ -7,6 +7,7 @@
 #include "document/QuickFileList.h"
 #include "document/SystemClipboard.h"
 #include "document/ui/DocumentArea.h"
+#include "instrument/InstrumentMirror.h"
 #include "link/DeviceModule.h"
 #include "link/TestRun.h"
 #include "prefs/Preferences.h"
@@ -41,16 +42,17 @@ frmMain::frmMain(const ShellContext& context)
     : m_context(context)
     , m_clipboard(std::make_unique<SystemClipboard>())
     , m_fileDialogs(std::make_unique<FileDialogs>(*this))
-    , m_documentContext{context.device,   context.mirror, context.state,     context.preferences,
-                        context.messages, *this,          m_clipboard.get(), m_fileDialogs.get()}
+    , m_plotSource(context.device, context.mirror, context.state)
+    , m_documentContext{context.preferences, context.messages,   m_plotSource,
+                        m_active,            m_clipboard.get(), m_fileDialogs.get()}
     , m_commands(std::make_unique<CommandSet>(*this))
-    , m_area(new DocumentArea(m_documentContext, this))
+    , m_area(new DocumentArea(m_documentContext, context.state, m_active, this))
     , m_penBar(new PenBar(this))
     , m_statusBar(new StatusBar(this))
-    , m_documents(std::make_unique<DocumentList>(m_documentContext, *m_area))
+    , m_documents(std::make_unique<DocumentList>(m_documentContext, context.state, *m_area))
     , m_quickFiles(std::make_unique<QuickFileList>(context.preferences))
     , m_deviceModule(std::make_unique<DeviceModule>(
-          LinkContext{context.device, context.mirror, context.state, context.preferences, context.messages, *this}))
+          LinkContext{context.device, context.mirror, context.state, context.preferences, context.messages, *this, m_active}))
     , m_testRun(std::make_unique<TestRun>(*m_deviceModule))
 {
     setObjectName(QStringLiteral("frmMain"));
@@ -61,7 +63,15 @@ frmMain::frmMain(const ShellContext& context)
     setStatusBar(m_statusBar);
     buildMenus();
 
-    connect(m_area, &DocumentArea::documentActivated, this, &frmMain::documentActivated);
+    connect(&m_active, &ActiveDocument::changed, this, &frmMain::documentActivated);
+    connect(m_area, &DocumentArea::documentCreated, this, &frmMain::documentCreated);
+    m_area->mayClose = [this] { return !m_context.state.gbfPlotting || !QuestionTestCancel(); };
+    connect(&m_deviceModule->events(), &InstrumentEvents::plottingChanged, m_penBar,
+            [this](bool plotting) { m_penBar->setEnabled(!plotting); });
+    connect(&m_deviceModule->events(), &InstrumentEvents::changed, this, [this](MirrorPart part) {
+        if (part == MirrorPart::Repeat)
+            m_commands->action("mnuTestRepeat").setChecked(m_context.mirror.bfRepeat);
+    });
     connect(m_area, &DocumentArea::closeWanted, this, [this](PenDocument* document) { closeDocument(*document); });
     connect(m_area, &DocumentArea::popupCommand, this, &frmMain::popupCommand);
     connect(m_area, &DocumentArea::cursorRead, this, [this](const QString& x, const QString& y) {
@@ -69,8 +79,10 @@ frmMain::frmMain(const ShellContext& context)
         m_statusBar->setPanel(12, y.toStdString());
     });
     connect(m_windowMenu, &QMenu::aboutToShow, this, &frmMain::rebuildWindowMenu);
-    connect(m_area, &DocumentArea::sweepAbandoned, this, [this] { m_testRun->GUISetViewing(); });
-    connect(m_penBar, &PenBar::penSelected, this, [this](int pen) { penSetActive(pen + 1); });
+    connect(m_penBar, &PenBar::penSelected, this, [this](int pen) {
+        if (PenDocument* document = activeDocument())
+            document->setCurrentPen(pen);
+    });
     connect(m_penBar, &PenBar::penColourWanted, this, &frmMain::penColourWanted);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, [this] {
         if (PenDocument* document = activeDocument())

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "document/ActiveDocument.h"
 #include "document/DocumentContext.h"
+#include "link/InstrumentPlotSource.h"
 #include "link/MainWindowPort.h"
 #include "link/SettingsDialogHost.h"
 #include "prefs/PreferencesHost.h"
@@ -93,21 +95,15 @@ public:
     void showDocument(PenDocument& document) override;
     void addFunctionKeys(QWidget& window) override;
 
-    // DocumentHost ----------------------------------------------------------------------------------------------------
-    PenDocument* activeDocument() const override;
-    void updateToolBars(PenDocument& document) override;
-    void defaultToolBars() override;
-    void penShowCurrent(int iPenNumber) override;
-    bool QuestionTestCancel() override;
-    void UpdateQuickFileList(const QString& strFilePathName) override;
-    void removeDocument(const QString& strKey) override;
-    void processEvents() override;
+    PenDocument* activeDocument() const;
+    void updateToolBars(PenDocument& document);
+    void defaultToolBars();
+    bool QuestionTestCancel();
+    void UpdateQuickFileList(const QString& strFilePathName);
 
     // MainWindowPort --------------------------------------------------------------------------------------------------
     void setPanel(int index, std::string_view text) override;
-    void setPenBarEnabled(bool enabled) override;
-    void SetRepeatStatus(bool bfRepeat) override;
-    void penSetActive(int iPenNumber) override;
+    void processEvents() override;
     void fileNew() override { mnuFileNew_Click(); }
     void mnuTestDevice_Click() override;
     void mnuWindowCloseAll_Click() override;
@@ -115,11 +111,6 @@ public:
     void showSettings() override;
     void unloadDeviceChooser() override;
     void unloadDeviceWindows() override;
-    void showLoopView() override {}
-    void refreshLoopView() override {}
-    void closeLoopView() override {}
-    bool firmwareWizardReadsVersion() const override { return false; }
-    void showWizardVersion(const QString&) override {}
 
     // Commands --------------------------------------------------------------------------------------------------------
     void mnuFileNew_Click();
@@ -186,6 +177,7 @@ private:
     /// True for a document of the present format; otherwise the user is told under that title.
     bool formatAllows(const PenDocument& document, const QString& strTitle);
     void showMessage(const QString& strMessage, int style, const QString& strTitle);
+    void documentCreated(PenDocument* document);
     void documentActivated(PenDocument* document);
     void popupCommand(PenDocument* document, int item);
     void penColourWanted(int pen);
@@ -196,7 +188,10 @@ private:
     ShellContext m_context;
     std::unique_ptr<SystemClipboard> m_clipboard;
     std::unique_ptr<FileDialogs> m_fileDialogs;
+    ActiveDocument m_active;
+    InstrumentPlotSource m_plotSource;
     DocumentContext m_documentContext;
+    QList<QMetaObject::Connection> m_activeConnections;
     std::unique_ptr<CommandSet> m_commands;
     DocumentArea* m_area;
     PenBar* m_penBar;

@@ -32,20 +32,20 @@ struct PopupEntry
     const char* command;
 };
 constexpr PopupEntry kPopup[] = {
-    {PenDocument::PopupTestSettings, "mnuTestSettings"},
-    {PenDocument::PopupViewOptions, nullptr},
-    {PenDocument::PopupAddText, "mnuViewAddText"},
-    {PenDocument::PopupAnalysis, nullptr},
-    {PenDocument::PopupLoop, nullptr},
-    {PenDocument::PopupMarkPoints, "mnuViewMarkPoints"},
-    {PenDocument::PopupCut, "mnuEditCut"},
-    {PenDocument::PopupCopy, "mnuEditCopy"},
-    {PenDocument::PopupPaste, "mnuEditPaste"},
-    {PenDocument::PopupZoomExtents, "mnuViewZoomExtents"},
-    {PenDocument::PopupUndoZoom, "mnuEditUndo"},
-    {PenDocument::PopupRedoZoom, "mnuEditRedo"},
-    {PenDocument::PopupExport, nullptr},
-    {PenDocument::PopupProperties, "mnuFileProperties"},
+    {PopupTestSettings, "mnuTestSettings"},
+    {PopupViewOptions, nullptr},
+    {PopupAddText, "mnuViewAddText"},
+    {PopupAnalysis, nullptr},
+    {PopupLoop, nullptr},
+    {PopupMarkPoints, "mnuViewMarkPoints"},
+    {PopupCut, "mnuEditCut"},
+    {PopupCopy, "mnuEditCopy"},
+    {PopupPaste, "mnuEditPaste"},
+    {PopupZoomExtents, "mnuViewZoomExtents"},
+    {PopupUndoZoom, "mnuEditUndo"},
+    {PopupRedoZoom, "mnuEditRedo"},
+    {PopupExport, nullptr},
+    {PopupProperties, "mnuFileProperties"},
 };
 
 } // namespace
@@ -75,7 +75,7 @@ void frmMain::mnuEditCut_Click()
     const QPointer<PenDocument> document = activeDocument();
     if (!document || !formatAllows(*document, tr("Copy data not possible")))
         return;
-    const int pen = document->gCurrentPen;
+    const int pen = document->gCurrentPen();
     document->CopyLineData(pen);
     if (!document || document->GetPenLock(pen) == 1)
         return;
@@ -88,14 +88,14 @@ void frmMain::mnuEditCopy_Click()
 {
     PenDocument* document = activeDocument();
     if (document && formatAllows(*document, tr("Copy data not possible")))
-        document->CopyLineData(document->gCurrentPen);
+        document->CopyLineData(document->gCurrentPen());
 }
 
 void frmMain::mnuEditPaste_Click()
 {
     PenDocument* document = activeDocument();
     if (document && formatAllows(*document, tr("Data paste not possible")))
-        document->PasteLineData(document->gCurrentPen, m_documentContext.clipboard->text());
+        document->PasteLineData(document->gCurrentPen(), m_documentContext.clipboard->text());
 }
 
 void frmMain::mnuViewMarkPoints_Click()
@@ -136,31 +136,12 @@ void frmMain::penInitialise()
         document->UpdateToolBars();
 }
 
-void frmMain::penShowCurrent(int iPenNumber)
-{
-    m_penBar->setCurrentPen(iPenNumber - 1);
-    m_statusBar->setPanel(2, std::to_string(iPenNumber));
-    m_testRun->writePinCommand(iPenNumber);
-}
-
-void frmMain::penSetActive(int iPenNumber)
-{
-    if (iPenNumber < 1 || iPenNumber > PenBar::kPens)
-        return;
-    PenDocument* document = activeDocument();
-    if (!document)
-        return;
-    document->setCurrentPen(iPenNumber - 1);
-    penShowCurrent(iPenNumber);
-    document->UpdateToolBars();
-}
-
 void frmMain::penLock_Click()
 {
     const QPointer<PenDocument> document = activeDocument();
     if (!document)
         return;
-    document->TogglePenLock(document->gCurrentPen);
+    document->TogglePenLock(document->gCurrentPen());
     if (document)
         updateToolBars(*document);
 }
@@ -176,7 +157,7 @@ void frmMain::penUnlockAll_Click()
 void frmMain::penView_Click()
 {
     if (PenDocument* document = activeDocument()) {
-        document->TogglePenDisplay(document->gCurrentPen);
+        document->TogglePenDisplay(document->gCurrentPen());
         updateToolBars(*document);
     }
 }
@@ -206,25 +187,33 @@ void frmMain::penColourWanted(int pen)
         document->SetPenColour(pen, colour);
 }
 
+void frmMain::documentCreated(PenDocument* document)
+{
+    connect(document, &PenDocument::fileUsed, this, &frmMain::UpdateQuickFileList);
+    // The popup has just been built: entries without a command are not offered.
+    connect(document, &PenDocument::viewChanged, document, [document] {
+        for (const PopupEntry& entry : kPopup) {
+            if (!entry.command)
+                document->peGraph().setCustomMenuState(entry.item, 0, graph::MenuHidden);
+        }
+    });
+}
+
 void frmMain::updateToolBars(PenDocument& document)
 {
-    for (const PopupEntry& entry : kPopup) {
-        if (!entry.command)
-            document.peGraph().setCustomMenuState(entry.item, 0, graph::MenuHidden);
-    }
     // Reports of a document in the background wait until it is activated.
     if (&document != activeDocument())
         return;
     const GraphModel& graph = document.peGraph();
-    m_penBar->setCurrentPen(document.gCurrentPen);
-    m_statusBar->setPanel(2, std::to_string(document.gCurrentPen + 1));
+    m_penBar->setCurrentPen(document.gCurrentPen());
+    m_statusBar->setPanel(2, std::to_string(document.gCurrentPen() + 1));
     for (int pen = 0; pen < PenBar::kPens; ++pen) {
         m_penBar->setColour(pen, graph.SubsetColors(pen));
         m_penBar->setPenState(pen, document.GetPenLock(pen) == 1, document.GetPenDisplay(pen) == 1);
     }
     m_commands->setDocumentOpen(true);
-    m_commands->action("mnuPenLock").setChecked(document.GetPenLock(document.gCurrentPen) == 1);
-    m_commands->action("mnuPenView").setChecked(document.GetPenDisplay(document.gCurrentPen) == 0);
+    m_commands->action("mnuPenLock").setChecked(document.GetPenLock(document.gCurrentPen()) == 1);
+    m_commands->action("mnuPenView").setChecked(document.GetPenDisplay(document.gCurrentPen()) == 0);
     m_commands->action("mnuViewMarkPoints").setChecked(graph.MarkDataPoints());
     m_commands->action("mnuViewZoomExtents").setEnabled(document.canZoomExtents());
     m_commands->action("mnuEditUndo").setEnabled(document.canUndoZoom());
@@ -268,16 +257,6 @@ void frmMain::mnuTestRepeat_Click()
 bool frmMain::QuestionTestCancel()
 {
     return m_testRun->QuestionTestCancel();
-}
-
-void frmMain::SetRepeatStatus(bool bfRepeat)
-{
-    m_commands->action("mnuTestRepeat").setChecked(bfRepeat);
-}
-
-void frmMain::setPenBarEnabled(bool enabled)
-{
-    m_penBar->setEnabled(enabled);
 }
 
 void frmMain::mnuReRunLastTestScript_Click()

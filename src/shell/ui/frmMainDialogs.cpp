@@ -136,7 +136,7 @@ void frmMain::unloadDeviceChooser()
 void frmMain::mnuTestDeviceProperties_Click()
 {
     if (!m_deviceProperties) {
-        m_deviceProperties = new frmDeviceProperties(m_deviceModule->context(), this);
+        m_deviceProperties = new frmDeviceProperties(*m_deviceModule, this);
         m_deviceProperties->setAttribute(Qt::WA_DeleteOnClose);
     }
     m_deviceProperties->Update();

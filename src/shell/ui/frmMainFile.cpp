@@ -13,6 +13,7 @@
 #include "program/UserMessages.h"
 #include "shell/ui/Commands.h"
 #include "shell/ui/FileDialogs.h"
+#include "shell/ui/StatusBar.h"
 #include "shell/ui/frmMain.h"
 
 #include <QFileInfo>
@@ -33,7 +34,7 @@ PenDocument* frmMain::activeDocument() const
 
 bool frmMain::formatAllows(const PenDocument& document, const QString& strTitle)
 {
-    if (document.giDocumentVersion <= 1)
+    if (document.giDocumentVersion() <= 1)
         return true;
     showMessage(tr("New data format. Please check for updates."), kInformation, strTitle);
     return false;
@@ -112,7 +113,7 @@ void frmMain::mnuFileSaveAll_Click()
     for (int i = 1; i <= m_documents->count(); ++i)
         documents.append(m_documents->at(i));
     for (const QPointer<PenDocument>& document : documents) {
-        if (document && document->gbfModified && formatAllows(*document, tr("File save not possible")))
+        if (document && document->gbfModified() && formatAllows(*document, tr("File save not possible")))
             document->fileSave(false, false);
         if (!self)
             return;
@@ -170,11 +171,6 @@ void frmMain::mnuWindowTileHorizontal_Click()
 void frmMain::mnuWindowCascade_Click()
 {
     m_area->cascadeSubWindows();
-}
-
-void frmMain::removeDocument(const QString& strKey)
-{
-    m_documents->remove(strKey);
 }
 
 void frmMain::UpdateQuickFileList(const QString& strFilePathName)
@@ -250,14 +246,21 @@ void frmMain::rebuildWindowMenu()
 
 void frmMain::documentActivated(PenDocument* document)
 {
+    for (const QMetaObject::Connection& connection : std::as_const(m_activeConnections))
+        disconnect(connection);
+    m_activeConnections.clear();
+    m_statusBar->setPanel(11, {});
+    m_statusBar->setPanel(12, {});
     m_commands->setDocumentOpen(document != nullptr);
     if (!document) {
         defaultToolBars();
         return;
     }
-    document->UpdateToolBars();
+    const auto refresh = [this, document] { updateToolBars(*document); };
+    m_activeConnections = {connect(document, &PenDocument::pensChanged, this, refresh),
+                           connect(document, &PenDocument::viewChanged, this, refresh),
+                           connect(document, &PenDocument::zoomChanged, this, refresh),
+                           connect(document, &PenDocument::canPasteChanged, this, refresh)};
     document->SniffClipboardData();
-    // Amplitude and impedance leave the instrument by different pins. A sweep that runs keeps the one it has.
-    if (!m_context.state.gbfPlotting)
-        penShowCurrent(document->gCurrentPen + 1);
+    refresh();
 }

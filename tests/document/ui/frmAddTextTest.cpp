@@ -80,7 +80,7 @@ TEST_F(FrmAddTextTest, applyWritesBothSubsetsAndWaitsForTheNextEdit)
     EXPECT_EQ(document->peGraph().SubsetLabels(7), "Blue one");
     EXPECT_EQ(document->peGraph().SubsetLabels(17), "Blue one");
     EXPECT_EQ(document->peGraph().shownProperties().MainTitle, "New title");
-    EXPECT_TRUE(document->gbfModified);
+    EXPECT_TRUE(document->gbfModified());
     EXPECT_FALSE(button(form, "cmdApply")->isEnabled());
     EXPECT_TRUE(form.isVisible());
     QTest::keyClicks(legend(form, 7), "!");
@@ -109,7 +109,7 @@ TEST_F(FrmAddTextTest, cancelAndEscapeChangeNothing)
             click(form, "cmdCancel");
         EXPECT_FALSE(form.isVisible());
         EXPECT_EQ(document->peGraph().SubsetLabels(0), "Pen 1");
-        EXPECT_FALSE(document->gbfModified);
+        EXPECT_FALSE(document->gbfModified());
     }
 }
 

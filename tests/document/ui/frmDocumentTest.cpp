@@ -17,19 +17,18 @@ class FrmDocumentTest : public ::testing::Test
 {
 protected:
     FrmDocumentTest()
-        : area(bench.context)
+        : area(bench.context, bench.state, bench.active)
     {
         area.resize(900, 700);
         area.show();
     }
 
-    frmDocument* open(PenDocument::TestType type = PenDocument::Impedance)
+    frmDocument* open(std::int16_t type = PenDocument::Impedance)
     {
         PenDocument* document = area.createDocument();
         document->gstrKey = QStringLiteral("Doc%1").arg(++m_number);
         document->PrepareNew(type, QStringLiteral("Document %1").arg(m_number));
         area.showDocument(*document);
-        bench.window.active = document;
         QApplication::processEvents();
         return area.windowOf(*document);
     }
@@ -75,7 +74,7 @@ TEST_F(FrmDocumentTest, unloadDestroysTheWindowInTheEventLoop)
     settle();
     EXPECT_FALSE(window);
     EXPECT_EQ(area.activeDocument(), nullptr);
-    EXPECT_TRUE(bench.window.calls.contains(QStringLiteral("removeDocument Doc1")));
+    EXPECT_EQ(bench.active.get(), nullptr);
 }
 
 TEST_F(FrmDocumentTest, aRefusedUnloadLeavesTheWindowAsItWas)
@@ -102,10 +101,10 @@ TEST_F(FrmDocumentTest, keysReachTheDocumentBeforeTheGraph)
     PenDocument& document = window->document();
     for (int key = 1; key <= 9; ++key) {
         QTest::keyClick(&window->view(), static_cast<Qt::Key>(Qt::Key_0 + key));
-        EXPECT_EQ(document.gCurrentPen, key - 1);
+        EXPECT_EQ(document.gCurrentPen(), key - 1);
     }
     QTest::keyClick(&window->view(), Qt::Key_0);
-    EXPECT_EQ(document.gCurrentPen, 9);
+    EXPECT_EQ(document.gCurrentPen(), 9);
     QTest::keyClick(&window->view(), 'l');
     EXPECT_EQ(document.GetPenLock(9), 1);
     QTest::keyClick(&window->view(), 'L', Qt::ShiftModifier);
@@ -123,7 +122,7 @@ TEST_F(FrmDocumentTest, otherKeysAndKeysWithControlDoNothingToThePens)
     QTest::keyClick(&window->view(), Qt::Key_A);
     QTest::keyClick(&window->view(), Qt::Key_5, Qt::ControlModifier);
     QTest::keyClick(&window->view(), Qt::Key_L, Qt::AltModifier);
-    EXPECT_EQ(document.gCurrentPen, 0);
+    EXPECT_EQ(document.gCurrentPen(), 0);
     EXPECT_EQ(document.GetPenLock(0), 0);
 }
 
@@ -132,7 +131,7 @@ TEST_F(FrmDocumentTest, keysAreIgnoredWhileATestRuns)
     frmDocument* window = open();
     bench.state.gbfPlotting = true;
     QTest::keyClick(&window->view(), Qt::Key_5);
-    EXPECT_EQ(window->document().gCurrentPen, 0);
+    EXPECT_EQ(window->document().gCurrentPen(), 0);
 }
 
 TEST_F(FrmDocumentTest, theTenthFunctionKeyIsSwallowed)
@@ -156,35 +155,25 @@ TEST_F(FrmDocumentTest, showingADocumentGivesItsGraphTheFocus)
     EXPECT_EQ(area.activeDocument(), &first->document());
 }
 
-TEST_F(FrmDocumentTest, aSingleSweepIsStoppedWhenTheUserTurnsToAnotherDocument)
+TEST_F(FrmDocumentTest, theShownDocumentIsTheActiveOneAtOnce)
 {
     frmDocument* first = open();
     frmDocument* second = open();
-    bench.connect();
-    bench.state.gbfPlotting = true;
-    bench.state.gstrPlotKey = second->document().gstrKey;
-    bench.written();
-    const QSignalSpy abandoned(&area, &DocumentArea::sweepAbandoned);
+    EXPECT_EQ(bench.active.get(), &second->document());
     area.showDocument(first->document());
-    settle();
-    EXPECT_EQ(abandoned.count(), 1);
-    EXPECT_EQ(bench.written(), QByteArray("x\r"));
+    EXPECT_EQ(bench.active.get(), &first->document());
 }
 
-TEST_F(FrmDocumentTest, aRunOfSweepsGoesOnWhenTheUserTurnsToAnotherDocument)
+TEST_F(FrmDocumentTest, aTestThatGoesOnKeepsTheDocumentOpen)
 {
-    frmDocument* first = open();
-    frmDocument* second = open();
-    bench.connect();
-    bench.state.gbfPlotting = true;
-    bench.state.gbfSweepActive = true;
-    bench.state.gstrPlotKey = second->document().gstrKey;
-    bench.written();
-    const QSignalSpy abandoned(&area, &DocumentArea::sweepAbandoned);
-    area.showDocument(first->document());
+    const QPointer<frmDocument> window = open();
+    bool agreed = false;
+    area.mayClose = [&agreed] { return agreed; };
+    EXPECT_FALSE(area.unloadDocument(window->document()));
     settle();
-    EXPECT_EQ(abandoned.count(), 0);
-    EXPECT_EQ(bench.written(), QByteArray());
+    ASSERT_TRUE(window);
+    agreed = true;
+    EXPECT_TRUE(area.unloadDocument(window->document()));
 }
 
 TEST_F(FrmDocumentTest, theFirstDocumentFillsTheAreaAndATiledAreaStaysTiled)
@@ -203,9 +192,9 @@ TEST_F(FrmDocumentTest, popupEntriesOfTheMainWindowAreHandedOn)
     std::vector<std::pair<PenDocument*, int>> commands;
     QObject::connect(&area, &DocumentArea::popupCommand, &area,
                      [&commands](PenDocument* document, int item, int) { commands.emplace_back(document, item); });
-    Q_EMIT window->document().peGraph().CustomMenuClicked(PenDocument::PopupCopy, 0);
+    Q_EMIT window->document().peGraph().CustomMenuClicked(PopupCopy, 0);
     ASSERT_EQ(commands.size(), 1U);
-    EXPECT_EQ(commands[0], std::pair(&window->document(), int(PenDocument::PopupCopy)));
+    EXPECT_EQ(commands[0], std::pair(&window->document(), int(PopupCopy)));
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "document/PenDocument.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/DeviceModule.h"
+#include "link/InstrumentPlotSource.h"
 #include "link/SettingsDialogHost.h"
 #include "link/TestRun.h"
 #include "link/ui/frmSettings.h"
@@ -22,6 +23,7 @@
 #include <QLineEdit>
 #include <QSlider>
 #include <QTemporaryDir>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <cerrno>
@@ -137,7 +139,10 @@ protected:
         arrived.clear();
         if (text.endsWith(u'\r'))
             text.chop(1);
-        return text.replace(u'\r', u'|');
+        text.replace(u'\r', u'|');
+        // The pin follows documents and pens, whatever the dialog does.
+        static const QRegularExpression pin(QStringLiteral("setpin \\d+\\|?"));
+        return text.remove(pin);
     }
     /// A frame of the instrument, handled.
     void frame(const QByteArray& bytes)
@@ -188,9 +193,9 @@ protected:
     std::unique_ptr<PenDocument> makeDocument(std::int16_t type)
     {
         auto document =
-            std::make_unique<PenDocument>(DocumentContext{device, mirror, state, preferences, messages, window});
-        document->gstrKey = QStringLiteral("Doc%1").arg(++state.giDocumentCounter);
-        document->PrepareNew(type, QStringLiteral("Document %1").arg(state.giDocumentCounter));
+            std::make_unique<PenDocument>(DocumentContext{preferences, messages, source, window.active});
+        document->gstrKey = QStringLiteral("Doc%1").arg(++m_documentCounter);
+        document->PrepareNew(type, QStringLiteral("Document %1").arg(m_documentCounter));
         return document;
     }
 
@@ -218,7 +223,9 @@ protected:
     RecordingMainWindow window;
     DeviceList devices{std::vector<std::unique_ptr<DeviceSource>>{}};
     KorvaLink device{devices};
-    DeviceModule module{LinkContext{device, mirror, state, preferences, messages, window}};
+    int m_documentCounter = 0;
+    InstrumentPlotSource source{device, mirror, state};
+    DeviceModule module{LinkContext{device, mirror, state, preferences, messages, window, window.active}};
     TestRun run{module};
     std::vector<std::unique_ptr<PenDocument>> documents;
     std::vector<PenDocument*> shownDocuments;

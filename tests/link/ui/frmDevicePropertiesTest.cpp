@@ -23,7 +23,7 @@ protected:
 
     void show()
     {
-        form = new frmDeviceProperties({device, mirror, state, preferences, messages, window});
+        form = new frmDeviceProperties(module);
         form->setProgramFolder(folder.path());
         form->show();
     }

@@ -85,7 +85,7 @@ TEST_F(FrmSettingsEngineering, AmplitudeCalibrationOpensItsDocumentAndSendsTheSt
     ASSERT_EQ(documents.size(), 1U);
     ASSERT_EQ(shownDocuments.size(), 1U);
     PenDocument& document = *documents[0];
-    EXPECT_EQ(document.pgiTestType, PenDocument::Amplitude);
+    EXPECT_EQ(document.pgiTestType(), PenDocument::Amplitude);
     EXPECT_EQ(document.graphGetPhaseView(), 0);
     document.peGraph().setWorkingAxis(0);
     EXPECT_EQ(document.peGraph().ManualMaxY(), 2);

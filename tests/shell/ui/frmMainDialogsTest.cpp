@@ -190,12 +190,12 @@ TEST_F(FrmMainDialogsTest, addTextAndPropertiesOpenForTheActiveDocumentFromItsPo
     trigger("mnuViewAddText");
     EXPECT_EQ(seen, 1);
     m_poll.start();
-    Q_EMIT document->peGraph().CustomMenuClicked(PenDocument::PopupAddText, 0);
+    Q_EMIT document->peGraph().CustomMenuClicked(PopupAddText, 0);
     settle();
     EXPECT_EQ(seen, 2);
     m_poll.disconnect();
     whenShown<frmFileProperties>([](frmFileProperties& form) { QTest::keyClick(&form, Qt::Key_Escape); });
-    Q_EMIT document->peGraph().CustomMenuClicked(PenDocument::PopupProperties, 0);
+    Q_EMIT document->peGraph().CustomMenuClicked(PopupProperties, 0);
     settle();
     EXPECT_EQ(seen, 3);
 }
@@ -205,10 +205,10 @@ TEST_F(FrmMainDialogsTest, thePopupOffersNothingThatCannotBeDoneYet)
     load();
     PenDocument* document = newDocument(PenDocument::Impedance);
     for (const int item :
-         {PenDocument::PopupViewOptions, PenDocument::PopupAnalysis, PenDocument::PopupLoop, PenDocument::PopupExport})
+         {PopupViewOptions, PopupAnalysis, PopupLoop, PopupExport})
         EXPECT_EQ(document->peGraph().CustomMenuState(item), graph::MenuHidden) << item;
-    for (const int item : {PenDocument::PopupAddText, PenDocument::PopupView, PenDocument::PopupPhase,
-                           PenDocument::PopupCut, PenDocument::PopupCopy, PenDocument::PopupProperties})
+    for (const int item : {PopupAddText, PopupView, PopupPhase,
+                           PopupCut, PopupCopy, PopupProperties})
         EXPECT_EQ(document->peGraph().CustomMenuState(item), graph::MenuNormal) << item;
 }
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "document/GraphScope.h"
 #include "document/ui/frmOptionsTestType.h"
 #include "shell/ui/FileDialogs.h"
 #include "shell/ui/MainWindowHarness.h"
@@ -62,7 +63,7 @@ TEST_F(FrmMainDocumentsTest, anInstrumentForAmplitudeOnlyGetsAnAmplitudeDocument
     mirror.bfImpedanceTest = false;
     trigger("mnuFileNew");
     ASSERT_NE(main->activeDocument(), nullptr);
-    EXPECT_EQ(main->activeDocument()->pgiTestType, PenDocument::Amplitude);
+    EXPECT_EQ(main->activeDocument()->pgiTestType(), PenDocument::Amplitude);
     EXPECT_TRUE(main->activeDocument()->gbfSendZoom);
     EXPECT_EQ(main->activeDocument()->caption(), QStringLiteral("Document 1"));
 }
@@ -73,7 +74,7 @@ TEST_F(FrmMainDocumentsTest, anInstrumentForImpedanceOnlyGetsAnImpedanceDocument
     mirror.bfImpedanceTest = true;
     trigger("mnuFileNew");
     ASSERT_NE(main->activeDocument(), nullptr);
-    EXPECT_EQ(main->activeDocument()->pgiTestType, PenDocument::Impedance);
+    EXPECT_EQ(main->activeDocument()->pgiTestType(), PenDocument::Impedance);
 }
 
 TEST_F(FrmMainDocumentsTest, anInstrumentForBothLetsTheUserChoose)
@@ -86,7 +87,7 @@ TEST_F(FrmMainDocumentsTest, anInstrumentForBothLetsTheUserChoose)
     trigger("mnuFileNew");
     EXPECT_TRUE(dialogSeen);
     ASSERT_NE(main->activeDocument(), nullptr);
-    EXPECT_EQ(main->activeDocument()->pgiTestType, PenDocument::Reactance);
+    EXPECT_EQ(main->activeDocument()->pgiTestType(), PenDocument::Reactance);
 }
 
 TEST_F(FrmMainDocumentsTest, escapeInTheTypeDialogCreatesNoDocument)
@@ -167,7 +168,7 @@ TEST_F(FrmMainDocumentsTest, closeAllStopsAtTheFirstThatRefuses)
     trigger("mnuWindowCloseAll");
     EXPECT_EQ(main->gcolDocuments().count(), 2);
     EXPECT_EQ(messages.shown.size(), 1U);
-    EXPECT_FALSE(state.gbfSuppressPrompts);
+    EXPECT_FALSE(main->gcolDocuments().gbfSuppressPrompts());
 }
 
 TEST_F(FrmMainDocumentsTest, fileCloseAsksForAnUnsavedDocument)
@@ -203,7 +204,11 @@ TEST_F(FrmMainDocumentsTest, theCloseBoxOfADocumentRunsFileCloseForThatDocument)
 TEST_F(FrmMainDocumentsTest, documentsOfANewerFormatAreGuardedUnderEachCommandsTitle)
 {
     PenDocument* document = newDocument(PenDocument::Impedance);
-    document->giDocumentVersion = 2;
+    {
+        const TableScope scope(document->peGraph(), 2);
+        document->peGraph().setTAText(0, 0, QStringLiteral("2"));
+    }
+    document->readFormat();
     const std::pair<const char*, const char*> guarded[] = {
         {"mnuFileSave", "File save not possible"},   {"mnuFileSaveAs", "File save not possible"},
         {"mnuEditCut", "Copy data not possible"},    {"mnuEditCopy", "Copy data not possible"},
@@ -300,7 +305,7 @@ TEST_F(FrmMainDocumentsTest, aPlotIsSavedAndOpenedAgainThroughTheFileDialogs)
     trigger("mnuFileSaveAs");
     ASSERT_TRUE(fileDialogSeen);
     ASSERT_TRUE(QFile::exists(file));
-    EXPECT_FALSE(document->gbfModified);
+    EXPECT_FALSE(document->gbfModified());
     EXPECT_EQ(windowOf(document)->windowTitle(), document->GetFileName());
     auto* quick = main->findChild<QAction*>(QStringLiteral("mnuFileMRU_0"));
     ASSERT_NE(quick, nullptr);
@@ -312,7 +317,7 @@ TEST_F(FrmMainDocumentsTest, aPlotIsSavedAndOpenedAgainThroughTheFileDialogs)
     trigger("mnuFileOpen");
     ASSERT_TRUE(fileDialogSeen);
     ASSERT_NE(main->activeDocument(), nullptr);
-    EXPECT_EQ(main->activeDocument()->pgiTestType, PenDocument::Impedance);
+    EXPECT_EQ(main->activeDocument()->pgiTestType(), PenDocument::Impedance);
     EXPECT_EQ(main->activeDocument()->peGraph().YData(0, 0), 47.0F);
     EXPECT_EQ(windowOf(main->activeDocument())->windowTitle(), file);
     EXPECT_TRUE(messages.shown.empty());

@@ -44,7 +44,7 @@ TEST_F(FrmMainPensTest, aClickMakesThePenCurrent)
 {
     PenDocument* document = newDocument(PenDocument::Amplitude);
     QTest::mouseClick(&label(2), Qt::LeftButton);
-    EXPECT_EQ(document->gCurrentPen, 2);
+    EXPECT_EQ(document->gCurrentPen(), 2);
     EXPECT_TRUE(label(2).isCurrent());
     EXPECT_FALSE(label(0).isCurrent());
     EXPECT_EQ(main->sbStatusBar().panelText(2), QStringLiteral("3"));
@@ -96,7 +96,7 @@ TEST_F(FrmMainPensTest, withTheDeviceDisconnectedAPenChangeWritesNothing)
     device.Close();
     peer->takeWritten();
     QTest::mouseClick(&label(4), Qt::LeftButton);
-    EXPECT_EQ(document->gCurrentPen, 4);
+    EXPECT_EQ(document->gCurrentPen(), 4);
     EXPECT_EQ(peer->takeWritten(), QByteArray());
 }
 
@@ -112,7 +112,7 @@ TEST_F(FrmMainPensTest, keysOfTheDocumentChoosePensAndTheBarFollows)
     PenDocument* document = newDocument(PenDocument::Impedance);
     QWidget* graph = windowOf(document)->widget();
     QTest::keyClick(graph, Qt::Key_7);
-    EXPECT_EQ(document->gCurrentPen, 6);
+    EXPECT_EQ(document->gCurrentPen(), 6);
     EXPECT_TRUE(label(6).isCurrent());
     QTest::keyClick(graph, Qt::Key_0);
     EXPECT_TRUE(label(9).isCurrent());
@@ -215,7 +215,7 @@ TEST_F(FrmMainPensTest, penLabelsWorkFromTheKeyboard)
     PenDocument* document = newDocument(PenDocument::Impedance);
     EXPECT_TRUE(label(3).focusPolicy() & Qt::TabFocus);
     QTest::keyClick(&label(3), Qt::Key_Space);
-    EXPECT_EQ(document->gCurrentPen, 3);
+    EXPECT_EQ(document->gCurrentPen(), 3);
 }
 
 TEST_F(FrmMainPensTest, thePenOfFrameAIsTheUsersNumber)
@@ -223,11 +223,11 @@ TEST_F(FrmMainPensTest, thePenOfFrameAIsTheUsersNumber)
     connectInstrument();
     PenDocument* document = newDocument(PenDocument::Impedance);
     receive(frame('a', 4));
-    EXPECT_EQ(document->gCurrentPen, 3);
+    EXPECT_EQ(document->gCurrentPen(), 3);
     QByteArray ten = frame('a', 0);
     ten[2] = 'A';
     receive(ten);
-    EXPECT_EQ(document->gCurrentPen, 9);
+    EXPECT_EQ(document->gCurrentPen(), 9);
 }
 
 } // namespace

@@ -40,7 +40,7 @@ TEST_F(FrmMainTestRunTest, aSweepIsDrawnPointByPointWithItsPhase)
     EXPECT_EQ(panel(4), QStringLiteral("2000 Hz"));
     EXPECT_EQ(panel(5), QStringLiteral("5 pts"));
     EXPECT_TRUE(main->tbPenBar().isEnabled());
-    EXPECT_EQ(document->gCurrentPen, 1);
+    EXPECT_EQ(document->gCurrentPen(), 1);
     EXPECT_TRUE(main->tbPenBar().lblPen(1).isCurrent());
 }
 
