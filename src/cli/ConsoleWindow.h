@@ -24,7 +24,6 @@ public:
     void showSettings() override {}
     void unloadDeviceChooser() override {}
     void unloadDeviceWindows() override {}
-
 };
 
 } // namespace cli

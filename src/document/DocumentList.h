@@ -36,7 +36,7 @@ public:
     /// All of it outlives the list.
     DocumentList(const DocumentContext& context, const ProgramState& state, DocumentWindows& windows);
 
-    std::int32_t giDocumentCounter = 0;          ///< running number of documents
+    std::int32_t giDocumentCounter = 0; ///< running number of documents
     /// Documents are being closed in bulk or discarded.
     bool gbfSuppressPrompts() const { return m_suppressPrompts; }
 

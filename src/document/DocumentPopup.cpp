@@ -63,7 +63,8 @@ void DocumentPopup::showView(const Presentation& view)
     switch (view.testType()) {
     case plot::Amplitude:
         check(PopupView, {!view.isAlternate(), view.isAlternate()});
-        check(PopupPhase, {view.phaseView() == plot::HalfCycle, view.phaseView() == plot::WholeCycle, view.phaseView() == plot::NoPhase});
+        check(PopupPhase, {view.phaseView() == plot::HalfCycle, view.phaseView() == plot::WholeCycle,
+                           view.phaseView() == plot::NoPhase});
         break;
     case plot::Impedance:
         check(PopupView, {!view.isAlternate(), view.isAlternate()});

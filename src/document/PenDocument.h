@@ -100,8 +100,7 @@ public:
     PointAnswer AddImpedancePoint(double dblFreq, double l_dblImp, double dblPhase, double dblSign,
                                   std::int32_t lPoint);
     /// Polar point into a reactance document.
-    PointAnswer CalculateReactance(double dblFreq, double dblImp, double dblPhase, double dblSign,
-                                   std::int32_t lPoint);
+    PointAnswer CalculateReactance(double dblFreq, double dblImp, double dblPhase, double dblSign, std::int32_t lPoint);
     /// Rectangular point, in Ohm, into an impedance document.
     PointAnswer CalculateImpedance(double dblFreq, double dblReactance, double dblResistance, std::int32_t lPoint);
     /// Ohm and Siemens.

@@ -79,8 +79,7 @@ void PenDocument::PasteLineData(int intSubset, const QString& strLineData)
 
 bool PenDocument::SniffClipboardData()
 {
-    m_canPaste =
-        m_context.clipboard != nullptr && pentransfer::canPaste(m_context.clipboard->text(), pgiTestType());
+    m_canPaste = m_context.clipboard != nullptr && pentransfer::canPaste(m_context.clipboard->text(), pgiTestType());
     m_popup.showPaste(m_canPaste);
     Q_EMIT canPasteChanged(m_canPaste);
     return m_canPaste;
@@ -132,7 +131,8 @@ QString PenDocument::GetVersion() const
 
 QString PenDocument::SetVersion() const
 {
-    return VersionText::next(m_graph.TXAxisLabel(), version::titled(version::programTitle()), m_context.source.instrument(),
+    return VersionText::next(m_graph.TXAxisLabel(), version::titled(version::programTitle()),
+                             m_context.source.instrument(),
                              QLocale().toString(QDate::currentDate(), QLocale::ShortFormat));
 }
 

@@ -452,8 +452,8 @@ bool DeviceModule::loopView(const Frame& frame)
     if (!frame.ParseF(show))
         return false;
     const PenDocument* const document = m_context.active.get();
-    const bool hasLoop = document != nullptr && (document->pgiTestType() == plot::Impedance ||
-                                                 document->pgiTestType() == plot::Reactance);
+    const bool hasLoop = document != nullptr &&
+                         (document->pgiTestType() == plot::Impedance || document->pgiTestType() == plot::Reactance);
     if (show == 0 || hasLoop)
         Q_EMIT m_events.loopViewWanted(show != 0);
     return true;

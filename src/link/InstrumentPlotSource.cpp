@@ -11,10 +11,10 @@ QString InstrumentPlotSource::instrument() const
     if (!m_device.Connected())
         return QString();
     const QString name = m_mirror.strDeviceModel.isEmpty() ? m_device.ConnectedName() : m_mirror.strDeviceModel;
-    QString text = QStringLiteral("%1 V%2.%3.%4")
-                       .arg(name, values::decimalText(m_mirror.dblFirmwareMajor),
-                            values::decimalText(m_mirror.dblFirmwareMinor),
-                            values::decimalText(m_mirror.dblFirmwareBuild));
+    QString text =
+        QStringLiteral("%1 V%2.%3.%4")
+            .arg(name, values::decimalText(m_mirror.dblFirmwareMajor), values::decimalText(m_mirror.dblFirmwareMinor),
+                 values::decimalText(m_mirror.dblFirmwareBuild));
     if (!m_mirror.bfCalibrated)
         text += QLatin1String(" Uncalibrated");
     return text;

@@ -37,11 +37,8 @@ SweepRecorder::SweepRecorder(DeviceModule& module, QObject* parent)
         char code;
         Method method;
     } kMethods[] = {
-        {'D', &SweepRecorder::testStarted},
-        {'E', &SweepRecorder::testEnded},
-        {'F', &SweepRecorder::pointArrived},
-        {'H', &SweepRecorder::pointArrived},
-        {'Y', &SweepRecorder::pointsFinished},
+        {'D', &SweepRecorder::testStarted},  {'E', &SweepRecorder::testEnded},      {'F', &SweepRecorder::pointArrived},
+        {'H', &SweepRecorder::pointArrived}, {'Y', &SweepRecorder::pointsFinished},
     };
     for (const auto& entry : kMethods)
         m_module.registerHandler(entry.code,
@@ -75,6 +72,7 @@ void SweepRecorder::endRun()
 void SweepRecorder::documentActivated(PenDocument* document)
 {
     const ProgramState& state = m_context.state;
+    m_documentActive = document != nullptr && document == m_document;
     if (!state.gbfPlotting || state.gbfSweepActive || document == nullptr || m_document == nullptr ||
         document == m_document)
         return;
@@ -87,6 +85,8 @@ void SweepRecorder::GUISetPlotting(PenDocument* document)
     if (document == nullptr)
         return;
     m_document = document;
+    m_documentActive = document == m_context.active.get();
+    m_taking = true;
     m_key = document->gstrKey;
     m_context.state.gbfPlotting = true;
     m_module.panels().show(StatusPanels::State, "Testing");
@@ -153,7 +153,8 @@ void SweepRecorder::beginSweep()
     m_expected = nullptr;
     m_lastPoint = -1;
     m_fallenBack.reset();
-    if (m_document == nullptr)
+    m_taking = m_document != nullptr && m_documentActive;
+    if (!m_taking)
         return;
     const InstrumentMirror& mirror = m_context.mirror;
     // The cursor starts where the sweep does: at its upper end when it runs downward.
@@ -208,7 +209,7 @@ bool SweepRecorder::pointArrived(const Frame& frame)
             m_context.device.Write(command::stop());
         return true;
     }
-    if (numberMayStand(point))
+    if (m_taking && m_documentActive && numberMayStand(point))
         store(point);
     return true;
 }
@@ -237,10 +238,10 @@ void SweepRecorder::store(const Point& point)
     const QPointer<PenDocument> document = m_document;
     if (document == nullptr)
         return;
-    const PointAnswer answer = point.impedance ? document->AddImpedancePoint(point.frequency, point.value, point.phase,
-                                                                             point.sign, point.number)
-                                               : document->AddAmplitudePoint(point.frequency, point.value, point.phase,
-                                                                             point.sign, point.number);
+    const PointAnswer answer =
+        point.impedance
+            ? document->AddImpedancePoint(point.frequency, point.value, point.phase, point.sign, point.number)
+            : document->AddAmplitudePoint(point.frequency, point.value, point.phase, point.sign, point.number);
     if (answer == PointAnswer::Taken) {
         m_lastPoint = point.number;
         m_penTurned = false;
@@ -280,13 +281,14 @@ void SweepRecorder::turnPen(PenDocument& document)
 
 bool SweepRecorder::pointsFinished(const Frame&)
 {
-    PenDocument* const document = m_document != nullptr || !m_key.isEmpty() ? m_document.data()
-                                                                            : m_context.active.get();
+    PenDocument* const document =
+        m_document != nullptr || !m_key.isEmpty() ? m_document.data() : m_context.active.get();
     if (document == nullptr)
         return true;
     if (m_context.state.gbfPlotting)
         m_module.panels().showPoints(m_context.mirror.iPointsInTest);
-    turnPen(*document);
+    if (m_taking || document != m_document)
+        turnPen(*document);
     Q_EMIT m_events.pointsFinished(document);
     return true;
 }

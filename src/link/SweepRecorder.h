@@ -18,8 +18,9 @@ class PenDocument;
 /// ProgramState::gbfPlotting and gbfSweepActive.
 ///
 /// A run belongs to the document it was started on, to its end or stop: points, further rounds and the turn of the pen
-/// go there or nowhere, whichever document the user looks at. A single sweep is stopped when the user turns to another
-/// document.
+/// go there or nowhere. A single sweep is stopped when the user turns to another document. Points of a longer run that
+/// come meanwhile are dropped; a round that begins meanwhile is left out whole, so that no pen is erased for nothing
+/// and none holds parts of two sweeps.
 ///
 /// Frames can be lost on the way. A sweep whose "D" is lost is begun by its first point, the pen's turn that a lost "Y"
 /// has left out is made up for before the next round erases anything, and a point number that falls back is believed
@@ -77,6 +78,8 @@ private:
     QPointer<PenDocument> m_expected;
     QString m_key;
     bool m_startExpected = false;
+    bool m_documentActive = false;     ///< the user looks at the document under test
+    bool m_taking = false;             ///< the present sweep goes into the document
     bool m_penTurned = true;           ///< "Y" has come, or nothing has been stored since the last turn
     std::int32_t m_lastPoint = -1;     ///< of the present sweep; -1 before the first
     std::optional<Point> m_fallenBack; ///< waits for a second point to confirm it

@@ -5,11 +5,10 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QTimer>
 
 #include <cmath>
 #include <cstring>
-#include <QTimer>
-
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>

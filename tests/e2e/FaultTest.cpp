@@ -62,9 +62,8 @@ protected:
         PenDocument& document = session.newDocument(PenDocument::Impedance);
 
         bool plotted = false;
-        const auto listening =
-            QObject::connect(&session.deviceModule().events(), &InstrumentEvents::plottingChanged,
-                             [&plotted](bool plotting) { plotted = plotted || plotting; });
+        const auto listening = QObject::connect(&session.deviceModule().events(), &InstrumentEvents::plottingChanged,
+                                                [&plotted](bool plotting) { plotted = plotted || plotting; });
         session.testRun().mnuTestStart_Click();
         const auto viewing = [&] { return plotted && !session.state().gbfPlotting; };
         waitWhileHeard(session, viewing);

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Arbitrary text pasted into documents of each type: only the pen that is pasted into changes, points end where the
 // graph ends, and what a pen then holds goes through the clipboard and back unchanged.
-#include "document/ClipboardPort.h"
 #include "document/ActiveDocument.h"
+#include "document/ClipboardPort.h"
 #include "document/PenDocument.h"
-#include "document/PlotSource.h"
 #include "document/PenReader.h"
+#include "document/PlotSource.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
 #include "tests/support/SilentPorts.h"

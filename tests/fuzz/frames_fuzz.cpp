@@ -63,8 +63,7 @@ struct Program
     {
         const std::int16_t types[] = {PenDocument::Amplitude, PenDocument::Impedance, PenDocument::Reactance};
         for (std::size_t i = 0; i < documents.size(); ++i) {
-            documents[i] =
-                std::make_unique<PenDocument>(DocumentContext{preferences, messages, source, window.active});
+            documents[i] = std::make_unique<PenDocument>(DocumentContext{preferences, messages, source, window.active});
             documents[i]->gstrKey = QStringLiteral("Doc%1").arg(i + 1);
             documents[i]->PrepareNew(types[i], documents[i]->gstrKey);
         }

@@ -210,7 +210,9 @@ TEST_F(DeviceDispatch, PointsGoOnlyToTheDocumentOnWhichTheTestWasStarted)
         const auto first = makeDocument(type);
         const auto second = makeDocument(type);
         activate(first);
-        startPlotting();
+        // A run of several rounds: a single sweep would be stopped by the change of document.
+        send(numbers('D', '1', 1, 1000, 1000000, 1));
+        ASSERT_TRUE(state.gbfPlotting);
         written();
         activate(second);
         send(numbers(code, '1', 40000, 50, 30, 1, 3));

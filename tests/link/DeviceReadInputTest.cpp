@@ -2,9 +2,8 @@
 // From bytes to frames: what is read, what is dropped, what ends a pass.
 #include "LinkFixture.h"
 
-#include "link/FirmwareVersion.h"
-
 #include "controls/korvalink/FrameBuffer.h"
+#include "link/FirmwareVersion.h"
 
 namespace {
 

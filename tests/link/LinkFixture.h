@@ -4,9 +4,9 @@
 #include "controls/korvalink/DeviceList.h"
 #include "controls/korvalink/KorvaLink.h"
 #include "controls/korvalink/MemoryTransport.h"
+#include "document/GraphScope.h"
 #include "document/PenDocument.h"
 #include "instrument/InstrumentMirror.h"
-#include "document/GraphScope.h"
 #include "link/DeviceModule.h"
 #include "link/InstrumentPlotSource.h"
 #include "link/SweepRecorder.h"
@@ -148,8 +148,7 @@ protected:
 
     std::unique_ptr<PenDocument> makeDocument(std::int16_t type)
     {
-        auto document =
-            std::make_unique<PenDocument>(DocumentContext{preferences, messages, source, window.active});
+        auto document = std::make_unique<PenDocument>(DocumentContext{preferences, messages, source, window.active});
         document->gstrKey = QStringLiteral("Doc%1").arg(++m_documentCounter);
         document->PrepareNew(type, QStringLiteral("Document %1").arg(m_documentCounter));
         return document;

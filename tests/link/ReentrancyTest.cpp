@@ -4,6 +4,8 @@
 // that makes sense. That no memory is used after its end is the sanitizers' to say.
 #include "LinkFixture.h"
 
+#include <QTimer>
+
 #include <string>
 
 namespace {
@@ -109,7 +111,7 @@ TEST_P(Reentrancy, NothingIsUsedThatIsGone)
         startPlotting();
         document->gbfSendZoom = true;
         mirror.bfGraphExtents = true;
-        window.onProcessEvents = [this] { inject(); };
+        QTimer::singleShot(0, [this] { inject(); });
         run.mnuTestStart_Click();
         break;
     case Place::WrongGraph:

@@ -49,7 +49,7 @@ protected:
 TEST_F(TestRunTest, StartSendsTheSettingsAndTheTestOfTheDocument)
 {
     const auto amplitude = activeDocument(PenDocument::Amplitude);
-    EXPECT_EQ(startAndRead(), kTestSettings + QStringLiteral("|y|amptest"));
+    EXPECT_EQ(startAndRead(), kTestSettings + QStringLiteral("|setpin 21|y|amptest"));
     const auto impedance = activeDocument(PenDocument::Impedance);
     mirror.bfPhaseOn = false;
     mirror.dblIdleFrequency = 12000;
@@ -58,8 +58,9 @@ TEST_F(TestRunTest, StartSendsTheSettingsAndTheTestOfTheDocument)
     mirror.bfRepeat = true;
     mirror.iSweepMode = 0;
     mirror.iTestPeriod = 5;
-    EXPECT_EQ(startAndRead(),
-              QStringLiteral("idlefreq 12000|points 24|atten 2|repeat 1|sweepmode 0|period 5|phase 0|y|imptest"));
+    EXPECT_EQ(
+        startAndRead(),
+        QStringLiteral("idlefreq 12000|points 24|atten 2|repeat 1|sweepmode 0|period 5|phase 0|setpin 11|y|imptest"));
     EXPECT_TRUE(messages.shown.empty());
 }
 
@@ -68,7 +69,7 @@ TEST_F(TestRunTest, ReactanceDocumentForcesThePhase)
     const auto document = activeDocument(PenDocument::Reactance);
     mirror.bfPhaseOn = false;
     EXPECT_EQ(startAndRead(), QStringLiteral("idlefreq -1|points 100|atten 0|repeat 0|sweepmode 2|period 0|phase 0|"
-                                             "phase 1|y|imptest"));
+                                             "setpin 11|phase 1|y|imptest"));
 }
 
 TEST_F(TestRunTest, StopAndStartOfATestAreOneWrite)
@@ -113,7 +114,7 @@ TEST_F(TestRunTest, StartGoesOnWithTheInstrumentThatTheChooserHasOpened)
     module.DeviceReset();
     const auto document = activeDocument(PenDocument::Impedance);
     window.onDeviceChooser = [this] { connectDevice(); };
-    EXPECT_EQ(startAndRead(), kTestSettings + QStringLiteral("|y|imptest"));
+    EXPECT_EQ(startAndRead(), kTestSettings + QStringLiteral("|setpin 11|y|imptest"));
 }
 
 TEST_F(TestRunTest, AnswerToTheEnquiryLandsBeforeTheSettingsAreSent)
@@ -296,7 +297,7 @@ TEST_F(TestRunTest, StartWhilePlottingRestartsAfterTheSameChecks)
     written();
     window.calls.clear();
     mirror.strDeviceSerial = QStringLiteral("S1");
-    EXPECT_EQ(startAndRead(), kTestSettings + QStringLiteral("|y|amptest"));
+    EXPECT_EQ(startAndRead(), kTestSettings + QStringLiteral("|setpin 21|y|amptest"));
     // The first step is skipped: nothing is saved.
     EXPECT_EQ(saved(QStringLiteral("S1"), "iNumPoints"), QStringLiteral("(none)"));
     lockAll(*document);
@@ -466,11 +467,13 @@ TEST_F(TestRunTest, SearchGoesOnBehindAnInstrumentThatCannotBeOpened)
 
 TEST_F(TestRunTest, ThePinIsSaidWheneverDocumentPenOrInstrumentChange)
 {
-    const auto amplitude = activeDocument(PenDocument::Amplitude);
+    const auto amplitude = makeDocument(PenDocument::Amplitude);
+    activate(amplitude);
     EXPECT_EQ(written(), QStringList{QStringLiteral("setpin 21")});
     amplitude->setCurrentPen(2);
     EXPECT_EQ(written(), QStringList{QStringLiteral("setpin 23")});
-    const auto impedance = activeDocument(PenDocument::Impedance);
+    const auto impedance = makeDocument(PenDocument::Impedance);
+    activate(impedance);
     EXPECT_EQ(written(), QStringList{QStringLiteral("setpin 11")});
     impedance->setCurrentPen(9);
     EXPECT_EQ(written(), QStringList{QStringLiteral("setpin 110")});

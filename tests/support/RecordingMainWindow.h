@@ -16,7 +16,7 @@ class RecordingMainWindow : public MainWindowPort
 public:
     SettableActive active;
     std::map<int, QString> panels;
-    QStringList calls;       ///< names of the operations, with their argument where there is one
+    QStringList calls; ///< names of the operations, with their argument where there is one
     std::function<void()> onProcessEvents, onDeviceChooser, onFileNew, onShowSettings, onCloseAll, onEndProgram;
 
     void processEvents() override

@@ -3,9 +3,9 @@
 
 #include "controls/korvalink/DeviceList.h"
 #include "controls/korvalink/FrameBuffer.h"
-#include "controls/polar/PolarConversion.h"
 #include "controls/korvalink/WriteQueue.h"
 #include "controls/linklog/LinkLogWriter.h"
+#include "controls/polar/PolarConversion.h"
 
 #include <QCoreApplication>
 #include <QEvent>

@@ -5,8 +5,8 @@
 
 #include "controls/korvalink/KorvaLink.h"
 #include "instrument/InstrumentMirror.h"
-#include "link/FirmwareVersion.h"
 #include "link/DeviceModule.h"
+#include "link/FirmwareVersion.h"
 #include "link/MainWindowPort.h"
 #include "link/SweepRecorder.h"
 #include "link/ui/LinkImages.h"

@@ -43,16 +43,16 @@ frmMain::frmMain(const ShellContext& context)
     , m_clipboard(std::make_unique<SystemClipboard>())
     , m_fileDialogs(std::make_unique<FileDialogs>(*this))
     , m_plotSource(context.device, context.mirror, context.state)
-    , m_documentContext{context.preferences, context.messages,   m_plotSource,
-                        m_active,            m_clipboard.get(), m_fileDialogs.get()}
+    , m_documentContext{context.preferences, context.messages,   m_plotSource, m_active,
+                        m_clipboard.get(),   m_fileDialogs.get()}
     , m_commands(std::make_unique<CommandSet>(*this))
     , m_area(new DocumentArea(m_documentContext, context.state, m_active, this))
     , m_penBar(new PenBar(this))
     , m_statusBar(new StatusBar(this))
     , m_documents(std::make_unique<DocumentList>(m_documentContext, context.state, *m_area))
     , m_quickFiles(std::make_unique<QuickFileList>(context.preferences))
-    , m_deviceModule(std::make_unique<DeviceModule>(
-          LinkContext{context.device, context.mirror, context.state, context.preferences, context.messages, *this, m_active}))
+    , m_deviceModule(std::make_unique<DeviceModule>(LinkContext{
+          context.device, context.mirror, context.state, context.preferences, context.messages, *this, m_active}))
     , m_testRun(std::make_unique<TestRun>(*m_deviceModule))
 {
     setObjectName(QStringLiteral("frmMain"));

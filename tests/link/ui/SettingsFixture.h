@@ -21,9 +21,9 @@
 
 #include <QAbstractButton>
 #include <QLineEdit>
+#include <QRegularExpression>
 #include <QSlider>
 #include <QTemporaryDir>
-#include <QRegularExpression>
 #include <QTest>
 
 #include <cerrno>
@@ -192,8 +192,7 @@ protected:
     }
     std::unique_ptr<PenDocument> makeDocument(std::int16_t type)
     {
-        auto document =
-            std::make_unique<PenDocument>(DocumentContext{preferences, messages, source, window.active});
+        auto document = std::make_unique<PenDocument>(DocumentContext{preferences, messages, source, window.active});
         document->gstrKey = QStringLiteral("Doc%1").arg(++m_documentCounter);
         document->PrepareNew(type, QStringLiteral("Document %1").arg(m_documentCounter));
         return document;

@@ -204,11 +204,9 @@ TEST_F(FrmMainDialogsTest, thePopupOffersNothingThatCannotBeDoneYet)
 {
     load();
     PenDocument* document = newDocument(PenDocument::Impedance);
-    for (const int item :
-         {PopupViewOptions, PopupAnalysis, PopupLoop, PopupExport})
+    for (const int item : {PopupViewOptions, PopupAnalysis, PopupLoop, PopupExport})
         EXPECT_EQ(document->peGraph().CustomMenuState(item), graph::MenuHidden) << item;
-    for (const int item : {PopupAddText, PopupView, PopupPhase,
-                           PopupCut, PopupCopy, PopupProperties})
+    for (const int item : {PopupAddText, PopupView, PopupPhase, PopupCut, PopupCopy, PopupProperties})
         EXPECT_EQ(document->peGraph().CustomMenuState(item), graph::MenuNormal) << item;
 }
 

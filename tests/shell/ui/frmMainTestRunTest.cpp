@@ -49,7 +49,7 @@ TEST_F(FrmMainTestRunTest, startWritesTheSettingsAndTheTest)
     newDocument(PenDocument::Impedance);
     written();
     trigger("mnuTestStart");
-    EXPECT_TRUE(written().endsWith("phase 1\ry\rimptest\r"));
+    EXPECT_TRUE(written().endsWith("phase 1\rsetpin 11\ry\rimptest\r"));
 }
 
 TEST_F(FrmMainTestRunTest, theFunctionKeysStartAndStop)
