@@ -3,8 +3,8 @@
 // was.
 #include "controls/korvalink/KorvaLink.h"
 #include "document/PenDocument.h"
+#include "instrument/Commands.h"
 #include "instrument/InstrumentMirror.h"
-#include "link/Commands.h"
 #include "link/DeviceModule.h"
 #include "link/FirmwareVersion.h"
 #include "link/NoticeRules.h"
@@ -199,7 +199,7 @@ bool DeviceModule::impedancePoint(const Frame& frame)
     const double frequency = frame.number(1);
     const double impedance = frame.number(2);
     if (impedance == 0 || m_context.port.activeDocument() == nullptr) {
-        m_context.device.Write(command::text(command::kStop));
+        m_context.device.Write(command::stop());
         return true;
     }
     PenDocument* document = documentUnderTest();
@@ -228,7 +228,7 @@ bool DeviceModule::amplitudePoint(const Frame& frame)
     m_context.mirror.iCurrentPoint = toInt16(point);
     const double frequency = frame.number(1);
     if (m_context.port.activeDocument() == nullptr) {
-        m_context.device.Write(command::text(command::kStop));
+        m_context.device.Write(command::stop());
         return true;
     }
     PenDocument* document = documentUnderTest();

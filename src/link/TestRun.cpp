@@ -3,8 +3,8 @@
 
 #include "controls/korvalink/KorvaLink.h"
 #include "document/PenDocument.h"
+#include "instrument/Commands.h"
 #include "instrument/InstrumentMirror.h"
-#include "link/Commands.h"
 #include "link/DeviceModule.h"
 #include "prefs/Preferences.h"
 #include "program/ProgramState.h"
@@ -97,17 +97,17 @@ void TestRun::startTest()
     document->peGraph().PEactions(0);
 
     // The leading stop ends whatever still runs in the instrument.
-    QString start = command::text(command::kStop);
+    QString start = command::stop();
     switch (document->pgiTestType) {
     case PenDocument::Amplitude:
-        start += command::text(command::kAmpTest);
+        start += command::ampTest();
         break;
     case PenDocument::Impedance:
-        start += command::text(command::kImpTest);
+        start += command::impTest();
         break;
     default:
-        m_context.device.Write(command::text(command::kPhase, true));
-        start += command::text(command::kImpTest);
+        m_context.device.Write(command::phase(true));
+        start += command::impTest();
         break;
     }
     m_context.device.Write(start);
@@ -126,13 +126,13 @@ void TestRun::writeTestSettings()
 {
     const InstrumentMirror& mirror = m_context.mirror;
     const QString commands[] = {
-        command::text(command::kIdleFreq, mirror.dblIdleFrequency),
-        command::text(command::kPoints, int{mirror.iNumPoints}),
-        command::text(command::kAtten, int{mirror.iAttenuationCode}),
-        command::text(command::kRepeat, mirror.bfRepeat),
-        command::text(command::kSweepMode, int{mirror.iSweepMode}),
-        command::text(command::kPeriod, int{mirror.iTestPeriod}),
-        command::text(command::kPhase, mirror.bfPhaseOn),
+        command::idleFreq(mirror.dblIdleFrequency),
+        command::points(mirror.iNumPoints),
+        command::atten(mirror.iAttenuationCode),
+        command::repeat(mirror.bfRepeat),
+        command::sweepMode(mirror.iSweepMode),
+        command::period(mirror.iTestPeriod),
+        command::phase(mirror.bfPhaseOn),
     };
     for (const QString& text : commands)
         m_context.device.Write(text);
@@ -146,16 +146,16 @@ void TestRun::SendSweepRange()
     const QString lowText = dialog.lowFrequencyText();
     const QString highText = dialog.highFrequencyText();
     // Without a settings dialog there are no texts, and no limits to take from them.
-    const auto send = [this](const QString& text, QLatin1String word, double present) {
+    const auto send = [this](const QString& text, QString (*command)(double), double present) {
         if (text.isEmpty())
             return;
         QString trimmed = text;
         const double value = values::tolerantNumber(values::ParseEngineeringValue(trimmed));
         if (value != present)
-            m_context.device.Write(command::text(word, value));
+            m_context.device.Write(command(value));
     };
-    send(lowText, command::kStartFreq, m_context.mirror.dblStartFrequency);
-    send(highText, command::kEndFreq, m_context.mirror.dblEndFrequency);
+    send(lowText, command::startFreq, m_context.mirror.dblStartFrequency);
+    send(highText, command::endFreq, m_context.mirror.dblEndFrequency);
 }
 
 bool TestRun::PenHasData(const PenDocument& document, int pen)
@@ -198,7 +198,7 @@ void TestRun::mnuTestStopTest_Click()
     if (!m_context.device.Connected())
         OpenFirstDeviceFound();
     endMonitor();
-    m_context.device.Write(command::text(command::kStop));
+    m_context.device.Write(command::stop());
     m_context.state.gbfScriptRunning = false;
     if (PenDocument* const document = m_context.port.activeDocument())
         document->gbfSendZoom = true;
@@ -206,7 +206,7 @@ void TestRun::mnuTestStopTest_Click()
 
 void TestRun::mnuTestRepeat_Click(bool bfChecked)
 {
-    m_context.device.Write(command::text(command::kRepeat, !bfChecked));
+    m_context.device.Write(command::repeat(!bfChecked));
     m_context.mirror.bfRepeat = !bfChecked;
     m_device.DeviceSaveSettings();
     m_context.port.SetRepeatStatus(m_context.mirror.bfRepeat);
@@ -245,6 +245,5 @@ void TestRun::writePinCommand(int iPenNumber)
     const PenDocument* const document = m_context.port.activeDocument();
     if (!m_context.device.Connected() || m_context.state.gbfScriptRunning || document == nullptr)
         return;
-    const QLatin1String word(document->pgiTestType == PenDocument::Amplitude ? "setpin 2" : "setpin 1");
-    m_context.device.Write(word + QString::number(iPenNumber) + QLatin1Char('\r'));
+    m_context.device.Write(command::setPin(document->pgiTestType, iPenNumber));
 }
