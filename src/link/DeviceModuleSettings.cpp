@@ -61,14 +61,10 @@ void DeviceModule::DeviceSendSettings()
 {
     const InstrumentMirror& mirror = m_context.mirror;
     const QString commands[] = {
-        command::phase(mirror.bfPhaseOn),
-        command::idleFreq(mirror.dblIdleFrequency),
-        command::points(mirror.iNumPoints),
-        command::atten(mirror.iAttenuationCode),
-        command::repeat(mirror.bfRepeat),
-        command::sweepMode(mirror.iSweepMode),
-        command::period(mirror.iTestPeriod),
-        command::startFreq(mirror.dblStartFrequency),
+        command::phase(mirror.bfPhaseOn),         command::idleFreq(mirror.dblIdleFrequency),
+        command::points(mirror.iNumPoints),       command::atten(mirror.iAttenuationCode),
+        command::repeat(mirror.bfRepeat),         command::sweepMode(mirror.iSweepMode),
+        command::period(mirror.iTestPeriod),      command::startFreq(mirror.dblStartFrequency),
         command::endFreq(mirror.dblEndFrequency),
     };
     for (const QString& text : commands)

@@ -78,7 +78,7 @@ LevelBars impedanceBars(double ohms, double phase, bool showPhase)
 
 QString attenuationText(int sliderValue, double step)
 {
-    return values::decimalText(-(sliderValue - 1) * step) + QLatin1String(" dB");
+    return values::attenuationText(sliderValue - 1, step);
 }
 
 QString calibrateCommand(const QDateTime& now)

@@ -126,12 +126,9 @@ void TestRun::writeTestSettings()
 {
     const InstrumentMirror& mirror = m_context.mirror;
     const QString commands[] = {
-        command::idleFreq(mirror.dblIdleFrequency),
-        command::points(mirror.iNumPoints),
-        command::atten(mirror.iAttenuationCode),
-        command::repeat(mirror.bfRepeat),
-        command::sweepMode(mirror.iSweepMode),
-        command::period(mirror.iTestPeriod),
+        command::idleFreq(mirror.dblIdleFrequency), command::points(mirror.iNumPoints),
+        command::atten(mirror.iAttenuationCode),    command::repeat(mirror.bfRepeat),
+        command::sweepMode(mirror.iSweepMode),      command::period(mirror.iTestPeriod),
         command::phase(mirror.bfPhaseOn),
     };
     for (const QString& text : commands)

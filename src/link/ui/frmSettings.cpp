@@ -14,6 +14,7 @@
 #include "prefs/SettingsStore.h"
 #include "program/ProgramState.h"
 #include "values/Conversions.h"
+#include "values/EngineeringText.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -432,7 +433,7 @@ void frmSettings::ShowAttenuation(int sliderValue)
 
 void frmSettings::ShowTestPeriod(int milliseconds)
 {
-    lblPeriod->setText(QString::number(milliseconds) + QLatin1String(" mS"));
+    lblPeriod->setText(values::millisecondsText(milliseconds));
 }
 
 void frmSettings::sweepOption_Click(int iSweepMode)
@@ -547,7 +548,7 @@ void frmSettings::chkMonitor_Click()
     }
     SendToDevice(command::stop());
     SendToDevice(optMonitorAmplitude->isChecked() ? command::ampSpot(mirror.dblSpotFrequency)
- : command::impSpot(mirror.dblSpotFrequency));
+                                                  : command::impSpot(mirror.dblSpotFrequency));
 }
 
 void frmSettings::optMonitorAmplitude_Click()
