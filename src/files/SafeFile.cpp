@@ -114,7 +114,7 @@ QByteArray stemOf(const QByteArray& name)
     return QByteArray::number(qulonglong{hash}, 16);
 }
 
-const QByteArray kSaving = ".saving";
+constexpr char kSaving[] = ".saving";
 
 QByteArray hiddenName(const QByteArray& name)
 {
@@ -133,7 +133,7 @@ QByteArray uniqueHiddenName(const QByteArray& name)
 bool isUniqueHiddenName(const QByteArray& entry, const QByteArray& name)
 {
     const QByteArray start = '.' + stemOf(name) + '.';
-    if (entry.size() != start.size() + kUniqueDigits + kSaving.size() || !entry.startsWith(start) ||
+    if (entry.size() != start.size() + kUniqueDigits + qsizetype{sizeof kSaving} - 1 || !entry.startsWith(start) ||
         !entry.endsWith(kSaving))
         return false;
     const QByteArray digits = entry.sliced(start.size(), kUniqueDigits);
