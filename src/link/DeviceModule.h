@@ -33,7 +33,6 @@ public:
 
     const LinkContext& context() const { return m_context; }
     PlotState& plotState() { return m_plotState; }
-    StatusPanels& panels() { return m_panels; }
     /// What the instrument's side tells the rest of the program.
     InstrumentEvents& events() { return m_events; }
 
