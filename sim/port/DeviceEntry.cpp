@@ -8,9 +8,6 @@
 
 #include <cerrno>
 #include <cstring>
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -21,29 +18,6 @@ namespace {
 QString tr(const char* text)
 {
     return QCoreApplication::translate("sim::DeviceEntry", text);
-}
-
-/// The descriptor of the locked file, -1 when another process holds it, -2 with errno set for anything else.
-int lockFile(const QByteArray& path)
-{
-    for (;;) {
-        const int file = ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-        if (file < 0)
-            return -2;
-        if (::flock(file, LOCK_EX | LOCK_NB) != 0) {
-            const int reason = errno;
-            ::close(file);
-            errno = reason;
-            return reason == EWOULDBLOCK ? -1 : -2;
-        }
-        // Its former owner may have removed it between the two calls; then this is a lock on a file nobody else can
-        // find.
-        struct stat held, found;
-        if (::fstat(file, &held) == 0 && ::stat(path.constData(), &found) == 0 && held.st_ino == found.st_ino &&
-            held.st_dev == found.st_dev)
-            return file;
-        ::close(file);
-    }
 }
 
 } // namespace
@@ -68,18 +42,19 @@ Outcome DeviceEntry::claim(const QByteArray& serial)
     const QString base = QFile::decodeName(m_folder);
     if (!QDir().mkpath(base + QLatin1String("/locks")) || !QDir().mkpath(base + QLatin1String("/devices")))
         return Outcome::failure(tr("The folder \"%1\" cannot be made.").arg(base));
-    const int lock = lockFile(lockPath(serial));
-    if (lock == -1)
+    auto lock = std::make_unique<FileLock>(QFile::decodeName(lockPath(serial)));
+    if (!lock->tryLock() && lock->isUsable())
         return Outcome::failure(
             tr("An instrument with the serial number \"%1\" is already running. Choose another with --serial.")
                 .arg(QString::fromLatin1(serial)));
-    if (lock < 0)
-        return Outcome::failure(tr("The serial number \"%1\" cannot be reserved: %2.")
-                                    .arg(QString::fromLatin1(serial), QString::fromLocal8Bit(std::strerror(errno))));
+    if (!lock->isHeld())
+        return Outcome::failure(
+            tr("The serial number \"%1\" cannot be reserved: %2.")
+                .arg(QString::fromLatin1(serial), QString::fromLocal8Bit(std::strerror(lock->error()))));
     const QByteArray target = m_target;
     release();
     m_serial = serial;
-    m_lock = lock;
+    m_lock = std::move(lock);
     return target.isEmpty() ? Outcome::success() : publish(target);
 }
 
@@ -110,10 +85,9 @@ void DeviceEntry::withdraw()
 void DeviceEntry::release()
 {
     withdraw();
-    if (m_lock >= 0) {
-        ::unlink(lockPath(m_serial).constData());
-        ::close(std::exchange(m_lock, -1));
-    }
+    if (m_lock)
+        m_lock->removeAndUnlock();
+    m_lock.reset();
     m_serial.clear();
 }
 

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "files/FileLock.h"
 #include "values/Outcome.h"
 
 #include <QByteArray>
 #include <QString>
+
+#include <memory>
 
 namespace sim {
 
@@ -43,7 +46,7 @@ private:
     QByteArray m_folder;
     QByteArray m_serial;
     QByteArray m_target; ///< published device; empty when there is no entry
-    int m_lock = -1;
+    std::unique_ptr<FileLock> m_lock;
 };
 
 } // namespace sim

@@ -3,7 +3,8 @@
 
 #include "controls/graph/GraphFile.h"
 #include "files/SafeFile.h"
-#include "link/Commands.h"
+#include "instrument/Commands.h"
+#include "values/Conversions.h"
 #include "values/EngineeringText.h"
 
 #include <QFileInfo>
@@ -58,7 +59,7 @@ ExitCode SweepCommand::run()
 
     PenDocument& document = m_session.newDocument(m_options.type);
     document.graphSetFrequecyLinear(m_options.linear);
-    m_session.device().Write(command::text("linear"_L1, m_options.linear));
+    m_session.device().Write(command::linear(m_options.linear));
 
     ExitCode code = ExitCode::Done;
     for (int number = 1; number <= m_options.repeat && code == ExitCode::Done; ++number)

@@ -20,20 +20,25 @@ public:
     /// of another holder or because the file cannot be opened tells isUsable().
     bool tryLock(std::chrono::milliseconds patience = std::chrono::milliseconds::zero());
     void unlock();
+    /// Unlocks and takes the file away, so that none gather. Nobody else can come to hold a lock on the file that goes.
+    void removeAndUnlock();
     bool isHeld() const { return m_descriptor >= 0; }
-    /// False after a tryLock that could not open the file.
-    bool isUsable() const { return m_usable; }
+    /// False after a tryLock that could not open or lock the file, for another reason than a holder.
+    bool isUsable() const { return m_error == 0; }
+    /// That reason, as errno; 0 when isUsable().
+    int error() const { return m_error; }
 
 private:
     enum class Attempt
     {
         Taken,
         Busy,
+        Gone, ///< the file that was locked bears the name no longer
         Impossible
     };
     Attempt attempt();
 
     QString m_path;
     int m_descriptor = -1;
-    bool m_usable = true;
+    int m_error = 0;
 };

@@ -2,8 +2,8 @@
 #include "link/DeviceModule.h"
 
 #include "controls/korvalink/KorvaLink.h"
+#include "instrument/Commands.h"
 #include "instrument/InstrumentMirror.h"
-#include "link/Commands.h"
 #include "link/DocumentFollower.h"
 #include "link/SweepRecorder.h"
 #include "prefs/Preferences.h"
@@ -115,7 +115,7 @@ bool DeviceModule::DeviceDispatch(const Frame& frame)
 void DeviceModule::DeviceEnquire()
 {
     DeviceSendSettings();
-    const QString enquire = command::text(command::kEnquire, version::shortText());
+    const QString enquire = command::enquire(version::shortText());
     // Twice on purpose: the first may be eaten by what the instrument still has in its own input.
     for (int i = 0; i < 2; ++i) {
         m_context.device.Flush();

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The sweep settings on their way between the mirror, the settings store and the instrument.
 #include "controls/korvalink/KorvaLink.h"
+#include "instrument/Commands.h"
 #include "instrument/InstrumentMirror.h"
-#include "link/Commands.h"
 #include "link/DeviceModule.h"
 #include "link/MainWindowPort.h"
 #include "prefs/Preferences.h"
@@ -61,15 +61,11 @@ void DeviceModule::DeviceSendSettings()
 {
     const InstrumentMirror& mirror = m_context.mirror;
     const QString commands[] = {
-        command::text(command::kPhase, mirror.bfPhaseOn),
-        command::text(command::kIdleFreq, mirror.dblIdleFrequency),
-        command::text(command::kPoints, int{mirror.iNumPoints}),
-        command::text(command::kAtten, int{mirror.iAttenuationCode}),
-        command::text(command::kRepeat, mirror.bfRepeat),
-        command::text(command::kSweepMode, int{mirror.iSweepMode}),
-        command::text(command::kPeriod, int{mirror.iTestPeriod}),
-        command::text(command::kStartFreq, mirror.dblStartFrequency),
-        command::text(command::kEndFreq, mirror.dblEndFrequency),
+        command::phase(mirror.bfPhaseOn),         command::idleFreq(mirror.dblIdleFrequency),
+        command::points(mirror.iNumPoints),       command::atten(mirror.iAttenuationCode),
+        command::repeat(mirror.bfRepeat),         command::sweepMode(mirror.iSweepMode),
+        command::period(mirror.iTestPeriod),      command::startFreq(mirror.dblStartFrequency),
+        command::endFreq(mirror.dblEndFrequency),
     };
     for (const QString& text : commands)
         m_context.device.Write(text);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "link/SettingsRules.h"
 
-#include "link/Commands.h"
+#include "instrument/Commands.h"
 #include "values/Conversions.h"
 #include "values/EngineeringText.h"
 
@@ -78,14 +78,13 @@ LevelBars impedanceBars(double ohms, double phase, bool showPhase)
 
 QString attenuationText(int sliderValue, double step)
 {
-    return values::decimalText(-(sliderValue - 1) * step) + QLatin1String(" dB");
+    return values::attenuationText(sliderValue - 1, step);
 }
 
 QString calibrateCommand(const QDateTime& now)
 {
     // The stamp is digits whatever the user's locale.
-    return command::text(QLatin1String("calibrate"),
-                         QLatin1String("CAL-") + QLocale::c().toString(now, QStringLiteral("hhmmssddMMyyyy")));
+    return command::calibrate(QLocale::c().toString(now, QStringLiteral("hhmmssddMMyyyy")));
 }
 
 int sampleIndex(double samples)

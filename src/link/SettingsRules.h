@@ -36,7 +36,7 @@ LevelBars amplitudeBars(double dB, double phase, bool showPhase);
 /// Ohm: the bar is (ln(value) + 3) x 6.25, the phase bar twice the phase plus 180.
 LevelBars impedanceBars(double ohms, double phase, bool showPhase);
 
-/// "-", step times attenuation, " dB" for a slider that stands at value (code + 1).
+/// The attenuation text for a slider that stands at value (code + 1).
 QString attenuationText(int sliderValue, double step);
 
 /// "calibrate CAL-hhmmssddmmyyyy" and the carriage return.

@@ -34,7 +34,7 @@ public:
     /// Number of the point from 1, "/", points of the test and " pts".
     void showProgress(int point, int points);
 
-    /// "-", code times step, " dB".
+    /// Minus code times step, " dB"; at most six significant digits.
     void ShowAttenuation(int code, double dblAttenuationStep);
     /// "Off" for 0, "Start" for -1, else the value and " Hz".
     void ShowIdleFrequency(double value);

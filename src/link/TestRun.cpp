@@ -4,8 +4,8 @@
 #include "controls/korvalink/KorvaLink.h"
 #include "document/ActiveDocument.h"
 #include "document/PenDocument.h"
+#include "instrument/Commands.h"
 #include "instrument/InstrumentMirror.h"
-#include "link/Commands.h"
 #include "link/DeviceModule.h"
 #include "link/DocumentFollower.h"
 #include "link/SweepRecorder.h"
@@ -102,17 +102,17 @@ void TestRun::startTest()
     m_device.recorder().expectStart(*document);
 
     // The leading stop ends whatever still runs in the instrument.
-    QString start = command::text(command::kStop);
+    QString start = command::stop();
     switch (document->pgiTestType()) {
     case PenDocument::Amplitude:
-        start += command::text(command::kAmpTest);
+        start += command::ampTest();
         break;
     case PenDocument::Impedance:
-        start += command::text(command::kImpTest);
+        start += command::impTest();
         break;
     default:
-        m_context.device.Write(command::text(command::kPhase, true));
-        start += command::text(command::kImpTest);
+        m_context.device.Write(command::phase(true));
+        start += command::impTest();
         break;
     }
     m_context.device.Write(start);
@@ -131,13 +131,10 @@ void TestRun::writeTestSettings()
 {
     const InstrumentMirror& mirror = m_context.mirror;
     const QString commands[] = {
-        command::text(command::kIdleFreq, mirror.dblIdleFrequency),
-        command::text(command::kPoints, int{mirror.iNumPoints}),
-        command::text(command::kAtten, int{mirror.iAttenuationCode}),
-        command::text(command::kRepeat, mirror.bfRepeat),
-        command::text(command::kSweepMode, int{mirror.iSweepMode}),
-        command::text(command::kPeriod, int{mirror.iTestPeriod}),
-        command::text(command::kPhase, mirror.bfPhaseOn),
+        command::idleFreq(mirror.dblIdleFrequency), command::points(mirror.iNumPoints),
+        command::atten(mirror.iAttenuationCode),    command::repeat(mirror.bfRepeat),
+        command::sweepMode(mirror.iSweepMode),      command::period(mirror.iTestPeriod),
+        command::phase(mirror.bfPhaseOn),
     };
     for (const QString& text : commands)
         m_context.device.Write(text);
@@ -151,16 +148,16 @@ void TestRun::SendSweepRange()
     const QString lowText = dialog.lowFrequencyText();
     const QString highText = dialog.highFrequencyText();
     // Without a settings dialog there are no texts, and no limits to take from them.
-    const auto send = [this](const QString& text, QLatin1String word, double present) {
+    const auto send = [this](const QString& text, QString (*command)(double), double present) {
         if (text.isEmpty())
             return;
         QString trimmed = text;
         const double value = values::tolerantNumber(values::ParseEngineeringValue(trimmed));
         if (value != present)
-            m_context.device.Write(command::text(word, value));
+            m_context.device.Write(command(value));
     };
-    send(lowText, command::kStartFreq, m_context.mirror.dblStartFrequency);
-    send(highText, command::kEndFreq, m_context.mirror.dblEndFrequency);
+    send(lowText, command::startFreq, m_context.mirror.dblStartFrequency);
+    send(highText, command::endFreq, m_context.mirror.dblEndFrequency);
 }
 
 bool TestRun::QuestionOverwritePen(PenDocument& document)
@@ -182,7 +179,7 @@ void TestRun::mnuTestStopTest_Click()
     if (!m_context.device.Connected())
         OpenFirstDeviceFound();
     endMonitor();
-    m_context.device.Write(command::text(command::kStop));
+    m_context.device.Write(command::stop());
     m_context.state.gbfScriptRunning = false;
     if (PenDocument* const document = m_context.active.get())
         document->gbfSendZoom = true;
@@ -190,7 +187,7 @@ void TestRun::mnuTestStopTest_Click()
 
 void TestRun::mnuTestRepeat_Click(bool bfChecked)
 {
-    m_context.device.Write(command::text(command::kRepeat, !bfChecked));
+    m_context.device.Write(command::repeat(!bfChecked));
     m_context.mirror.bfRepeat = !bfChecked;
     m_device.DeviceSaveSettings();
     Q_EMIT m_device.events().changed(MirrorPart::Repeat);

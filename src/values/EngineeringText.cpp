@@ -140,7 +140,8 @@ QString engineeringText(double value, const QString& unit, int significant)
     int exponent = rounded == 0 ? 0 : static_cast<int>(std::floor(std::log10(std::abs(rounded)) / 3 + 1e-12));
     exponent = std::clamp(exponent, -4, 4);
     const double scaled = QString::number(rounded / std::pow(1000.0, exponent), 'g', significant).toDouble();
-    return decimalText(scaled) + u' ' + QLatin1String(prefixes[static_cast<std::size_t>(exponent + 4)]) + unit;
+    const int prefix = exponent + 4;
+    return decimalText(scaled) + u' ' + QLatin1String(prefixes[static_cast<std::size_t>(prefix)]) + unit;
 }
 
 int BoolToDigit(bool bfValue)

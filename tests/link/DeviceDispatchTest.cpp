@@ -39,7 +39,7 @@ TEST_F(DeviceDispatch, AttenuationA)
     EXPECT_EQ(panel(10), QStringLiteral("-7.5 dB"));
     send(numbers('A', '0', 0, 0, 10, 0, 0));
     EXPECT_FALSE(mirror.bfAttenuationAvailable);
-    EXPECT_EQ(panel(10), QStringLiteral("-0 dB"));
+    EXPECT_EQ(panel(10), QStringLiteral("0 dB"));
 }
 
 TEST_F(DeviceDispatch, CalibrationSlopeBTakesTheOffsetOfN3)

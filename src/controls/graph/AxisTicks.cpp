@@ -192,13 +192,4 @@ AxisTicks logarithmicTicks(const Range& range, const TickStyle& style)
     return ticks;
 }
 
-QString engineeringText(double value, const QString& prefixes, int significant)
-{
-    if (!std::isfinite(value))
-        return QLocale::c().toString(value);
-    const int exponent = engineeringExponent(value, prefixes);
-    return withMinusSign(QLocale::c().toString(value / std::pow(10.0, exponent), 'g', std::max(1, significant))) +
-           prefixOf(exponent, prefixes);
-}
-
 } // namespace graph

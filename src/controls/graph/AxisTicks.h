@@ -49,7 +49,4 @@ AxisTicks logarithmicTicks(const Range& range, const TickStyle& style);
 /// The smallest step of 1, 2 or 5 times a power of ten not below step; of degrees up to a full turn where asked for.
 double niceStep(double step, bool degrees = false);
 
-/// value with the engineering prefix that leaves 1 to 999 before the point, at most significant digits, for read-outs.
-QString engineeringText(double value, const QString& prefixes, int significant);
-
 } // namespace graph

@@ -30,7 +30,6 @@ public:
     /// The document whose window is active, or was last when the focus is outside the area; null when none is open.
     PenDocument* activeDocument() const;
     frmDocument* windowOf(const PenDocument& document) const;
-    bool hasDocuments() const { return !visibleDocuments().isEmpty(); }
 
     /// Side by side, and one above the other; minimised windows stay as they are.
     void tileVertically();

@@ -5,8 +5,8 @@
 #include "controls/korvalink/KorvaLink.h"
 #include "document/ActiveDocument.h"
 #include "document/PenDocument.h"
+#include "instrument/Commands.h"
 #include "instrument/InstrumentMirror.h"
-#include "link/Commands.h"
 #include "link/DeviceModule.h"
 #include "link/FirmwareVersion.h"
 #include "link/SettingsDialogHost.h"
@@ -15,6 +15,7 @@
 #include "prefs/SettingsStore.h"
 #include "program/ProgramState.h"
 #include "values/Conversions.h"
+#include "values/EngineeringText.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -109,11 +110,11 @@ void frmSettings::unload()
     const std::int32_t low = settingsrules::wholeHertz(txtLowFreq->text());
     const std::int32_t high = settingsrules::wholeHertz(txtHighFreq->text());
     if (m_context.active.get() == nullptr) {
-        SendToDevice(command::text(command::kStartFreq, low));
-        SendToDevice(command::text(command::kEndFreq, high));
+        SendToDevice(command::startFreq(low));
+        SendToDevice(command::endFreq(high));
     }
     if (chkMonitor->isChecked() && m_context.device.Connected())
-        m_context.device.Write(QStringLiteral("x\r"));
+        m_context.device.Write(command::refuse());
     const SettingsStore::Batch batch(m_context.preferences.store());
     storeSettings();
     if (isVisible())
@@ -285,7 +286,7 @@ void frmSettings::showSamples()
     const QSignalBlocker quiet(lstDT46Samples);
     lstDT46Samples->setCurrentIndex(settingsrules::sampleIndex(samples));
     if (!m_context.state.gbfScriptRunning && m_context.device.Connected())
-        m_context.device.Write(command::text(command::kSamples, lstDT46Samples->currentText()));
+        m_context.device.Write(command::samples(lstDT46Samples->currentText().toInt()));
 }
 
 void frmSettings::showMonitorChoice()
@@ -340,13 +341,13 @@ void frmSettings::cmdSetFreq_Click()
     InstrumentMirror& mirror = m_context.mirror;
     Preferences& preferences = m_context.preferences;
     const std::int32_t low = settingsrules::wholeHertz(txtLowFreq->text());
-    SendToDevice(command::text(command::kStartFreq, low));
+    SendToDevice(command::startFreq(low));
     const std::int32_t high = settingsrules::wholeHertz(txtHighFreq->text());
     const SettingsStore::Batch batch(preferences.store());
     preferences.setValue(mirror.strDeviceSerial, options::kTxtStartFrequency, low);
     preferences.setValue(mirror.strDeviceSerial, options::kTxtEndFrequency, high);
     saveMonitor();
-    SendToDevice(command::text(command::kEndFreq, high));
+    SendToDevice(command::endFreq(high));
     // The instrument confirms both; until it does, what is saved is what was asked for.
     mirror.dblStartFrequency = low;
     mirror.dblEndFrequency = high;
@@ -393,8 +394,8 @@ void frmSettings::chkAxisExtents_Click()
     showText(txtLowFreq, low);
     showText(txtHighFreq, high);
     mirror.bfGraphExtents = false;
-    SendToDevice(command::text(command::kStartFreq, low));
-    SendToDevice(command::text(command::kEndFreq, high));
+    SendToDevice(command::startFreq(low));
+    SendToDevice(command::endFreq(high));
 }
 
 // Sliders, sweep, idle output
@@ -403,21 +404,21 @@ void frmSettings::chkAxisExtents_Click()
 void frmSettings::slideTestPoints_Scroll()
 {
     const int points = slideTestPoints->value();
-    SendToDevice(command::text(command::kPoints, points));
+    SendToDevice(command::points(points));
     m_context.mirror.iNumPoints = static_cast<std::int16_t>(points);
 }
 
 void frmSettings::slidePeriod_Scroll()
 {
     const int period = slidePeriod->value();
-    SendToDevice(command::text(command::kPeriod, period));
+    SendToDevice(command::period(period));
     m_context.mirror.iTestPeriod = static_cast<std::int16_t>(period);
 }
 
 void frmSettings::slideAttenuation_Scroll()
 {
     const int code = slideAttenuation->value() - 1;
-    SendToDevice(command::text(command::kAtten, code));
+    SendToDevice(command::atten(code));
     m_context.mirror.iAttenuationCode = static_cast<std::int16_t>(code);
 }
 
@@ -433,28 +434,28 @@ void frmSettings::ShowAttenuation(int sliderValue)
 
 void frmSettings::ShowTestPeriod(int milliseconds)
 {
-    lblPeriod->setText(QString::number(milliseconds) + QLatin1String(" mS"));
+    lblPeriod->setText(values::millisecondsText(milliseconds));
 }
 
 void frmSettings::sweepOption_Click(int iSweepMode)
 {
     if (!m_bfDialogLive)
         return;
-    SendToDevice(command::text(command::kSweepMode, iSweepMode));
+    SendToDevice(command::sweepMode(iSweepMode));
     m_context.mirror.iSweepMode = static_cast<std::int16_t>(iSweepMode);
 }
 
 void frmSettings::optOff_Click()
 {
     txtParkFrequency->setEnabled(false);
-    SendToDevice(command::text(command::kIdleFreq, 0));
+    SendToDevice(command::idleFreq(0));
     m_context.mirror.dblIdleFrequency = 0;
 }
 
 void frmSettings::optTestStart_Click()
 {
     txtParkFrequency->setEnabled(false);
-    SendToDevice(command::text(command::kIdleFreq, -1));
+    SendToDevice(command::idleFreq(-1));
     m_context.mirror.dblIdleFrequency = -1;
 }
 
@@ -462,7 +463,7 @@ void frmSettings::optUserDefined_Click()
 {
     constexpr int kFirstIdleFrequency = 1000;
     txtParkFrequency->setEnabled(true);
-    SendToDevice(command::text(command::kIdleFreq, kFirstIdleFrequency));
+    SendToDevice(command::idleFreq(kFirstIdleFrequency));
     m_context.mirror.dblIdleFrequency = kFirstIdleFrequency;
     showText(txtParkFrequency, kFirstIdleFrequency);
 }
@@ -473,7 +474,7 @@ void frmSettings::SendIdleFrequency()
     mirror.dblIdleFrequency = settingsrules::clampToRange(settingsrules::wholeHertz(txtParkFrequency->text()),
                                                           mirror.dblAmpMinFreq, mirror.dblAmpMaxFreq);
     showText(txtParkFrequency, mirror.dblIdleFrequency);
-    SendToDevice(command::text(command::kIdleFreq, mirror.dblIdleFrequency));
+    SendToDevice(command::idleFreq(mirror.dblIdleFrequency));
 }
 
 void frmSettings::chkAcquirePhase_Click()
@@ -481,12 +482,12 @@ void frmSettings::chkAcquirePhase_Click()
     if (!m_bfDialogLive)
         return;
     m_context.mirror.bfPhaseOn = chkAcquirePhase->isChecked();
-    SendToDevice(command::text(command::kPhase, m_context.mirror.bfPhaseOn));
+    SendToDevice(command::phase(m_context.mirror.bfPhaseOn));
 }
 
 void frmSettings::lstDT46Samples_Click()
 {
-    SendToDevice(command::text(command::kSamples, lstDT46Samples->currentText()));
+    SendToDevice(command::samples(lstDT46Samples->currentText().toInt()));
 }
 
 // Monitor
@@ -532,7 +533,7 @@ void frmSettings::chkMonitor_Click()
             setMonitorChoiceEnabled(true);
         // The stop is for the monitor's signal; a test that has begun meanwhile goes on.
         if (!plotting)
-            SendToDevice(command::text(command::kStop));
+            SendToDevice(command::stop());
         ClearLevelDisplay();
         return;
     }
@@ -546,9 +547,9 @@ void frmSettings::chkMonitor_Click()
         showChecked(optMonitorAmplitude, mirror.bfAmplitudeTest);
         showChecked(optMonitorImpedance, mirror.bfImpedanceTest);
     }
-    SendToDevice(command::text(command::kStop));
-    SendToDevice(command::text(optMonitorAmplitude->isChecked() ? command::kAmpSpot : command::kImpSpot,
-                               mirror.dblSpotFrequency));
+    SendToDevice(command::stop());
+    SendToDevice(optMonitorAmplitude->isChecked() ? command::ampSpot(mirror.dblSpotFrequency)
+                                                  : command::impSpot(mirror.dblSpotFrequency));
 }
 
 void frmSettings::optMonitorAmplitude_Click()
@@ -574,7 +575,7 @@ void frmSettings::SendSpotFrequency()
     mirror.dblSpotFrequency =
         settingsrules::clampToRange(settingsrules::wholeHertz(box->text()), mirror.dblAmpMinFreq, mirror.dblAmpMaxFreq);
     showText(box, mirror.dblSpotFrequency);
-    SendToDevice(command::text(command::kSpotFreq, mirror.dblSpotFrequency));
+    SendToDevice(command::spotFreq(mirror.dblSpotFrequency));
 }
 
 void frmSettings::SetInputLevel(double dblAmpIn_dB, double dblPhase, bool bfShowPhase)

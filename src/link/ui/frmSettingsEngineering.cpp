@@ -4,8 +4,8 @@
 #include "controls/korvalink/KorvaLink.h"
 #include "document/PenDocument.h"
 #include "document/VersionText.h"
+#include "instrument/Commands.h"
 #include "instrument/InstrumentMirror.h"
-#include "link/Commands.h"
 #include "link/DeviceModule.h"
 #include "link/SettingsDialogHost.h"
 #include "link/ui/FrequencyEdit.h"
@@ -113,7 +113,7 @@ void frmSettings::cmdAmpCal_Click()
         if (reply == UserMessages::ReplyCancel || !self || !m_context.device.Connected())
             return;
     }
-    SendToDevice(command::text(command::kStop));
+    SendToDevice(command::stop());
     m_context.device.Wait(10);
     const QPointer<PenDocument> document = newDocument();
     if (!self || document == nullptr)
@@ -153,13 +153,13 @@ void frmSettings::cmdPhaseCal_Click()
     if (!self)
         return;
     showChecked(optDefault, true);
-    SendToDevice(command::text(command::kStop));
-    SendToDevice(QStringLiteral("phasecal \r"));
+    SendToDevice(command::stop());
+    SendToDevice(command::phaseCal());
 }
 
 void frmSettings::cmdZeroCal_Click()
 {
-    SendToDevice(QStringLiteral("zerocal\r"));
+    SendToDevice(command::zeroCal());
 }
 
 void frmSettings::cmdDiagnose_Click()
@@ -186,14 +186,14 @@ void frmSettings::cmdDiagnose_Click()
     for (int pen = 2; pen < PenDocument::kPens; ++pen)
         document->UpdatePenHide(pen, true);
     m_context.mirror.iCurrentPoint = 1006;
-    SendToDevice(command::text(command::kStop));
-    SendToDevice(command::text(command::kPeriod, 0));
-    SendToDevice(QStringLiteral("diagnose\r"));
+    SendToDevice(command::stop());
+    SendToDevice(command::period(0));
+    SendToDevice(command::diagnose());
 }
 
 void frmSettings::cmdSetFreqComp_Click()
 {
-    SendToDevice(command::text(QLatin1String("setfreqcomp"), settingsrules::wholeHertz(txtFreqComp->text())));
+    SendToDevice(command::setFreqComp(settingsrules::wholeHertz(txtFreqComp->text())));
 }
 
 void frmSettings::ShowVrefCode(int sliderValue)
@@ -209,48 +209,47 @@ void frmSettings::ShowVdutCode(int sliderValue)
 void frmSettings::slideVREF_Scroll()
 {
     const int code = slideVREF->value() - 1;
-    // The trailing 0 is part of the command.
-    SendToDevice(command::text(QLatin1String("setvref"), QString::number(code) + QLatin1String(" 0")));
+    SendToDevice(command::setVref(code));
     m_context.mirror.iVrefCode = static_cast<std::int16_t>(code);
 }
 
 void frmSettings::slideVDUT_Scroll()
 {
     const int code = slideVDUT->value() - 1;
-    SendToDevice(command::text(QLatin1String("setvdut"), QString::number(code) + QLatin1String(" 0")));
+    SendToDevice(command::setVdut(code));
     m_context.mirror.iVdutCode = static_cast<std::int16_t>(code);
 }
 
 void frmSettings::testOption_Click(int hertz)
 {
-    SendToDevice(command::text(command::kStop));
+    SendToDevice(command::stop());
     if (hertz > 0)
-        SendToDevice(command::text(command::kAmpSpot, hertz));
+        SendToDevice(command::ampSpot(hertz));
 }
 
 void frmSettings::cmdDefault_Click()
 {
-    SendToDevice(QStringLiteral("default\rsave\r"));
+    SendToDevice(command::factoryDefault() + command::save());
 }
 
 void frmSettings::SaveToDevice()
 {
-    SendToDevice(QStringLiteral("save\r"));
+    SendToDevice(command::save());
 }
 
 void frmSettings::chkApplyCal_Click()
 {
-    SendToDevice(command::text(QLatin1String("calon"), chkApplyCal->isChecked()));
+    SendToDevice(command::calOn(chkApplyCal->isChecked()));
 }
 
 void frmSettings::chkLoopBack_Click()
 {
-    SendToDevice(command::text(QLatin1String("loopback"), testScheduleShown() && chkLoopBack->isChecked()));
+    SendToDevice(command::loopback(testScheduleShown() && chkLoopBack->isChecked()));
 }
 
 void frmSettings::cmdSetSerial_Click()
 {
-    SendToDevice(command::text(QLatin1String("setserial"), txtSerialNumber->text()));
+    SendToDevice(command::setSerial(txtSerialNumber->text()));
 }
 
 void frmSettings::chkTestSchedule_Click()

@@ -5,6 +5,7 @@
 #include "controls/korvalink/KorvaLink.h"
 #include "document/DocumentList.h"
 #include "document/PenDocument.h"
+#include "instrument/Commands.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/TestRun.h"
 #include "prefs/Preferences.h"
@@ -191,7 +192,7 @@ void StartUp::actOnCommandLine(const CommandLine& request)
         window->waitRounds(50, 5);
         window->unloadSettings();
         m_program->state.gbfScriptRunning = true;
-        device.Write(QStringLiteral("run\r"));
+        device.Write(command::run());
         window->processEvents();
     }
 }

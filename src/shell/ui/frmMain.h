@@ -181,7 +181,6 @@ private:
     void documentActivated(PenDocument* document);
     void popupCommand(PenDocument* document, int item);
     void penColourWanted(int pen);
-    void goToDocument(PenDocument* document);
     void openManual(QLatin1String fileName);
     void rebuildQuickFileMenu();
 

@@ -5,6 +5,7 @@
 #include "document/DocumentList.h"
 #include "document/PenDocument.h"
 #include "document/ui/DocumentArea.h"
+#include "instrument/Commands.h"
 #include "link/DeviceModule.h"
 #include "link/TestRun.h"
 #include "prefs/Preferences.h"
@@ -278,7 +279,7 @@ void frmMain::mnuReRunLastTestScript_Click()
     if (!self)
         return;
     m_context.state.gbfScriptRunning = true;
-    m_context.device.Write(QStringLiteral("y\rrun\r"));
+    m_context.device.Write(command::stop() + command::run());
 }
 
 void frmMain::waitRounds(int rounds, int milliseconds)

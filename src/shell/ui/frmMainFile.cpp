@@ -2,6 +2,7 @@
 // The File and Window commands of the main window and what its documents ask of it.
 #include "document/DocumentList.h"
 #include "document/PenDocument.h"
+#include "document/PlotFileNames.h"
 #include "document/QuickFileList.h"
 #include "document/ui/DocumentArea.h"
 #include "document/ui/frmDocument.h"
@@ -21,8 +22,6 @@
 
 namespace {
 
-constexpr auto kOpenFilters =
-    "All plot files(*.*)|*.*|Amplitude plot files(*.gad)|*.gad|Impedance plot files(*.gzd)|*.gzd";
 constexpr int kInformation = UserMessages::OkOnly | UserMessages::Information;
 
 } // namespace
@@ -75,7 +74,7 @@ void frmMain::mnuFileOpen_Click()
         return;
     const QPointer<frmMain> self(this);
     const QString folder = m_context.preferences.value(options::kPlotFiles.option);
-    const QStringList files = m_fileDialogs->openFileNames(tr("Open Plot file"), tr(kOpenFilters), folder);
+    const QStringList files = m_fileDialogs->openFileNames(tr("Open Plot file"), PlotFileNames::openFilter(), folder);
     for (const QString& file : files) {
         if (!self)
             return;

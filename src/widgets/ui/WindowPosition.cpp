@@ -1,18 +1,41 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "widgets/ui/WindowPosition.h"
 
+#include "values/Conversions.h"
+
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
 
+#include <algorithm>
 #include <cmath>
 
 namespace windowposition {
 
 namespace {
 
+constexpr int kTwipsPerPixel = 15;
 constexpr int kLostLeft = -245760;
 constexpr int kReachable = 48; // pixels of the title bar that must lie on some screen
+
+/// No window needs to be larger than all screens together; its memory grows with its size.
+QSize largestSize()
+{
+    const QScreen* const screen = QGuiApplication::primaryScreen();
+    return screen != nullptr ? screen->virtualSize() : QSize(kReachable, kReachable);
+}
+
+} // namespace
+
+int toTwips(int pixels)
+{
+    return values::roundToInt32(static_cast<double>(pixels) * kTwipsPerPixel);
+}
+
+int toPixels(double twips)
+{
+    return values::roundToInt32(std::round(twips / kTwipsPerPixel));
+}
 
 bool reachable(const QRect& window)
 {
@@ -22,18 +45,6 @@ bool reachable(const QRect& window)
         const QRect visible = screen->availableGeometry() & titleBar;
         return visible.width() >= kReachable && visible.height() > 0;
     });
-}
-
-} // namespace
-
-int toTwips(int pixels)
-{
-    return pixels * kTwipsPerPixel;
-}
-
-int toPixels(int twips)
-{
-    return static_cast<int>(std::lround(static_cast<double>(twips) / kTwipsPerPixel));
 }
 
 State stateOf(const QWidget& window)
@@ -57,7 +68,8 @@ void apply(const Position& position, QWidget& window)
         wanted.width = standard.width;
         wanted.height = standard.height;
     }
-    QRect place(toPixels(wanted.left), toPixels(wanted.top), toPixels(wanted.width), toPixels(wanted.height));
+    const QSize size = QSize(toPixels(wanted.width), toPixels(wanted.height)).boundedTo(largestSize());
+    QRect place(QPoint(toPixels(wanted.left), toPixels(wanted.top)), size);
     if (!reachable(place) && wanted.left != kLostLeft) {
         if (const QScreen* screen = QGuiApplication::primaryScreen())
             place.moveTopLeft(screen->availableGeometry().topLeft());
@@ -70,6 +82,19 @@ void apply(const Position& position, QWidget& window)
     else if (wanted.state == Minimised)
         states |= Qt::WindowMinimized;
     window.setWindowState(states);
+}
+
+bool moveTo(const QPoint& place, QWidget& window)
+{
+    if (!reachable(QRect(place, window.size())))
+        return false;
+    window.move(place);
+    return true;
+}
+
+QPoint besideMain(const QPoint& stored, const QPoint& storedMain, const QPoint& mainNow)
+{
+    return stored - storedMain + mainNow;
 }
 
 bool bringBackLost(QWidget& window)

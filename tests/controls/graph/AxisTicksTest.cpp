@@ -143,11 +143,3 @@ TEST(AxisTicks, TheUnitStandsBehindTheLastDash)
     EXPECT_FALSE(graph::takesPrefix(QStringLiteral("dB")));
     EXPECT_FALSE(graph::takesPrefix(QStringLiteral("Degrees")));
 }
-
-TEST(AxisTicks, ReadOutsTakeTheirPrefix)
-{
-    EXPECT_EQ(graph::engineeringText(40123, kPrefixes, 5), QStringLiteral("40.123k"));
-    EXPECT_EQ(graph::engineeringText(-0.0022, kPrefixes, 3), QStringLiteral("\u22122.2m"));
-    EXPECT_EQ(graph::engineeringText(0, kPrefixes, 3), QStringLiteral("0"));
-    EXPECT_EQ(graph::engineeringText(1e15, kPrefixes, 3), QStringLiteral("1e+03T"));
-}

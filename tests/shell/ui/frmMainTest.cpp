@@ -5,6 +5,7 @@
 #include <QDropEvent>
 #include <QLabel>
 #include <QMimeData>
+#include <QScreen>
 #include <QSignalSpy>
 
 namespace {
@@ -71,6 +72,14 @@ TEST_F(FrmMainTest, loadRestoresThePositionInTwips)
     EXPECT_EQ(main->pos(), QPoint(30, 20));
     EXPECT_EQ(main->size(), QSize(640, 480));
     EXPECT_FALSE(main->isMaximized());
+}
+
+TEST_F(FrmMainTest, aStoredSizeBeyondAllScreensDoesNotMakeAWindowOfGigabytes)
+{
+    preferences.setValue(options::kWindowWidth, 32767 * 15);
+    preferences.setValue(options::kWindowHeight, 32767 * 15);
+    load();
+    EXPECT_EQ(main->size(), main->size().boundedTo(QGuiApplication::primaryScreen()->virtualSize()));
 }
 
 TEST_F(FrmMainTest, anEmptyStoreGivesAMaximisedWindow)
