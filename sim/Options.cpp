@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sim/Options.h"
 
-#include "sim/Instrument.h"
+#include "sim/protocol/SerialNumber.h"
 #include "values/Conversions.h"
 
 #include <QCommandLineParser>
@@ -52,7 +52,7 @@ Outcome applyModel(Options& options, const QString& value)
 
 Outcome applySerial(Options& options, const QString& value)
 {
-    if (!Instrument::isSerialNumber(value.toLatin1()) || value.toLatin1() != value.toUtf8())
+    if (!isSerialNumber(value.toLatin1()) || value.toLatin1() != value.toUtf8())
         return wrong("\"%1\" is no serial number: it has up to 32 letters, digits, dots, dashes and underscores.",
                      value);
     options.serial = value.toLatin1();

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "sim/port/Faults.h"
+#include "sim/port/FaultPlan.h"
 #include "sim/port/Pace.h"
-#include "sim/protocol/InstrumentState.h"
+#include "sim/protocol/ModelFacts.h"
 #include "values/Outcome.h"
 
 #include <QString>

@@ -4,7 +4,7 @@
 #include "sim/Device.h"
 #include "sim/StatusLine.h"
 #include "sim/port/DeviceEntry.h"
-#include "sim/port/Faults.h"
+#include "sim/port/Line.h"
 #include "sim/port/PtyPort.h"
 
 namespace sim {

@@ -46,8 +46,10 @@ bool installSignals()
     action.sa_handler = askToEnd;
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         ::sigaction(signal, &action, nullptr);
+    // A reader that is gone and a file that may grow no further are told by the call that meets them.
     action.sa_handler = SIG_IGN;
-    ::sigaction(SIGPIPE, &action, nullptr);
+    for (const int signal : {SIGPIPE, SIGXFSZ})
+        ::sigaction(signal, &action, nullptr);
     return true;
 }
 
@@ -98,15 +100,18 @@ Outcome chooseScript(const QString& fileName, sim::Instrument::Setup& setup)
     return Outcome::success();
 }
 
-Outcome recall(const QString& fileName, sim::Instrument::Setup& setup)
+Outcome recall(const sim::MemoryFile& file, sim::Instrument::Setup& setup, sim::StatusLine& status)
 {
-    ValueOr<std::optional<sim::KeptMemory>> kept = sim::MemoryFile(fileName).read();
-    if (!kept)
-        return Outcome::failure(kept.sentence());
-    setup.memory = std::move(kept.value());
+    ValueOr<sim::MemoryFile::Content> content = file.recall();
+    if (!content)
+        return Outcome::failure(content.sentence());
+    if (!content.value().notice.isEmpty())
+        status.say(content.value().notice);
+    setup.memory = std::move(content.value().memory);
     if (setup.memory && setup.memory->model != setup.model)
-        return Outcome::failure(tr("\"%1\" is the memory of a %2. Choose --model %2, or another serial number.")
-                                    .arg(fileName, QLatin1String(sim::ModelFacts::of(setup.memory->model).name)));
+        return Outcome::failure(
+            tr("\"%1\" is the memory of a %2. Choose --model %2, or another serial number.")
+                .arg(file.fileName(), QLatin1String(sim::ModelFacts::of(setup.memory->model).name)));
     return Outcome::success();
 }
 
@@ -128,10 +133,9 @@ Outcome claimSerial(const sim::Options& options, const QByteArray& known, sim::D
     return claimed;
 }
 
-int serve(const sim::Options& options, sim::Device& device, sim::Line& line, sim::DeviceEntry& entry,
+int serve(sim::Device& device, sim::Line& line, sim::DeviceEntry& entry, sim::StatusLine& status,
           const QString& introduction)
 {
-    sim::StatusLine status(stderr, options.status || ::isatty(STDERR_FILENO) == 1);
     sim::Station station(device, line, entry, status);
     if (const Outcome plugged = station.plugIn(); !plugged)
         return complain(plugged.sentence(), kFailure);
@@ -144,7 +148,7 @@ int serve(const sim::Options& options, sim::Device& device, sim::Line& line, sim
     return ran ? kSuccess : complain(ran.sentence(), kFailure);
 }
 
-int playLog(const sim::Options& options, sim::Replay& replay)
+int playLog(const sim::Options& options, sim::Replay& replay, sim::StatusLine& status)
 {
     sim::DeviceEntry entry;
     if (const Outcome claimed = claimSerial(options, sim::LogPlayer::recordedSerial(replay.log), entry); !claimed)
@@ -152,13 +156,13 @@ int playLog(const sim::Options& options, sim::Replay& replay)
     sim::Line line(options.faults, options.seed);
     const auto entries = replay.log.size();
     sim::LogPlayer player(std::move(replay.log), entry.serial(), options.pace, line);
-    return serve(options, player, line, entry,
+    return serve(player, line, entry, status,
                  tr("Recording of an instrument, %1 entries, as serial number %2.")
                      .arg(entries)
                      .arg(QString::fromLatin1(entry.serial())));
 }
 
-int runInstrument(const sim::Options& options, const sim::Replay& replay)
+int runInstrument(const sim::Options& options, const sim::Replay& replay, sim::StatusLine& status)
 {
     sim::Instrument::Setup setup;
     setup.model = options.model;
@@ -174,7 +178,7 @@ int runInstrument(const sim::Options& options, const sim::Replay& replay)
 
     const bool ownFile = options.memory && !options.memory->isEmpty();
     if (ownFile) {
-        if (const Outcome recalled = recall(*options.memory, setup); !recalled)
+        if (const Outcome recalled = recall(sim::MemoryFile(*options.memory), setup, status); !recalled)
             return complain(recalled.sentence(), kFailure);
     }
     sim::DeviceEntry entry;
@@ -183,15 +187,16 @@ int runInstrument(const sim::Options& options, const sim::Replay& replay)
         !claimed)
         return complain(claimed.sentence(), kFailure);
     if (!options.memory) {
-        if (const Outcome recalled = recall(sim::MemoryFile::defaultFileName(entry.serial()), setup); !recalled)
+        if (const Outcome recalled = recall(sim::MemoryFile::ofInstrument(entry.serial()), setup, status); !recalled)
             return complain(recalled.sentence(), kFailure);
     }
     if (!options.memory || ownFile)
         setup.keep = [file = options.memory](const sim::KeptMemory& content) {
             // An instrument that has been given another serial number is found again under that one.
-            return sim::MemoryFile(file ? *file : sim::MemoryFile::defaultFileName(content.constants.serial))
+            return (file ? sim::MemoryFile(*file) : sim::MemoryFile::ofInstrument(content.constants.serial))
                 .write(content);
         };
+    setup.tell = [&status](const QString& sentence) { status.say(sentence); };
     setup.serial = entry.serial();
     setup.serialChanging = [&entry](const QByteArray& serial) { return entry.claim(serial); };
 
@@ -200,7 +205,7 @@ int runInstrument(const sim::Options& options, const sim::Replay& replay)
                                           QString::fromLatin1(entry.serial()), setup.specimen->name());
     sim::Line line(options.faults, options.seed);
     sim::Instrument instrument(std::move(setup), line);
-    return serve(options, instrument, line, entry, introduction);
+    return serve(instrument, line, entry, status, introduction);
 }
 
 } // namespace
@@ -234,5 +239,6 @@ int main(int argc, char** argv)
     }
     if (!installSignals())
         return complain(tr("The signals of the system cannot be caught."), kFailure);
-    return replay.log.empty() ? runInstrument(options, replay) : playLog(options, replay);
+    sim::StatusLine status(stderr, options.status || ::isatty(STDERR_FILENO) == 1);
+    return replay.log.empty() ? runInstrument(options, replay, status) : playLog(options, replay, status);
 }

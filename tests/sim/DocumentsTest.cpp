@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The documents name what the program has.
 #include "sim/Options.h"
-#include "sim/port/Faults.h"
+#include "sim/port/FaultPlan.h"
 #include "tests/sim/SimBench.h"
 
 #include <QFile>

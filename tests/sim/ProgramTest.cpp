@@ -1,124 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The program as it ships, on a real pseudo-terminal.
 #include "controls/linklog/LinkLog.h"
+#include "sim/Instrument.h"
 #include "tests/sim/PtyClient.h"
+#include "tests/sim/Simulator.h"
 
-#include <QDir>
-#include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QTemporaryDir>
-
-#include <csignal>
-#include <memory>
-#include <sys/stat.h>
-
-namespace {
-
-const QString kProgram = QStringLiteral(MG_PROGRAM_DIR "/marrowick-sim");
-
-QString devicesFolder()
-{
-    return qEnvironmentVariable("XDG_RUNTIME_DIR") + "/marrowick/devices";
-}
-
-QByteArray entryOf(const char* serial)
-{
-    return QFile::encodeName(devicesFolder()) + '/' + serial;
-}
-
-bool entryExists(const QByteArray& path)
-{
-    struct stat link
-    {};
-    return ::lstat(path.constData(), &link) == 0;
-}
-
-/// A running simulator; ended and waited for when it goes out of scope.
-class Simulator
-{
-public:
-    explicit Simulator(QStringList arguments, const QByteArray& serial = "T46-1")
-        : entry(entryOf(serial.constData()))
-    {
-        if (!arguments.contains("--memory"))
-            arguments.append("--no-memory");
-        process.start(kProgram, QStringList{"--serial", QString::fromLatin1(serial)} + arguments);
-        while (!introduction.contains("Ctrl+C ends it.") && process.waitForReadyRead(30000))
-            introduction += process.readAllStandardOutput();
-        EXPECT_TRUE(introduction.contains("Ctrl+C ends it.")) << process.readAllStandardError().constData();
-    }
-    ~Simulator()
-    {
-        if (process.state() != QProcess::NotRunning) {
-            EXPECT_EQ(end(SIGTERM), 0);
-        }
-    }
-
-    int end(int signal)
-    {
-        ::kill(static_cast<pid_t>(process.processId()), signal);
-        EXPECT_TRUE(process.waitForFinished(30000));
-        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-        return process.exitCode();
-    }
-    /// Waits until the entry stands or is gone.
-    bool waitForEntry(bool present) const
-    {
-        for (int i = 0; i < 3000 && entryExists(entry) != present; ++i)
-            ::poll(nullptr, 0, 10);
-        return entryExists(entry) == present;
-    }
-    /// Waits until it has gone to sleep that many times, having looked at its port in between.
-    void waitForRounds(long rounds) const
-    {
-        const auto sleeps = [this] {
-            QFile file(QString("/proc/%1/status").arg(process.processId()));
-            EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-            const QByteArray text = file.readAll();
-            const QByteArray key = "\nvoluntary_ctxt_switches:";
-            const qsizetype at = text.indexOf(key) + key.size();
-            return text.mid(at, text.indexOf('\n', at) - at).trimmed().toLong();
-        };
-        const long before = sleeps();
-        for (int i = 0; i < 3000 && sleeps() < before + rounds; ++i)
-            ::poll(nullptr, 0, 10);
-        EXPECT_GE(sleeps(), before + rounds);
-    }
-    /// Processor time used so far, in clock ticks.
-    long ticks() const
-    {
-        QFile file(QString("/proc/%1/stat").arg(process.processId()));
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        const QByteArray line = file.readAll();
-        const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
-        return fields.at(11).toLong() + fields.at(12).toLong();
-    }
-
-    QProcess process;
-    QByteArray entry;
-    QByteArray introduction;
-};
-
-/// Ends at once with that message and exit code.
-void expectRefusal(const QStringList& arguments, int code, const QString& message)
-{
-    QProcess process;
-    process.start(kProgram, arguments);
-    ASSERT_TRUE(process.waitForFinished(30000));
-    EXPECT_EQ(process.exitCode(), code);
-    EXPECT_EQ(QString::fromUtf8(process.readAllStandardError()).trimmed(), "marrowick-sim: " + message);
-    EXPECT_TRUE(process.readAllStandardOutput().isEmpty());
-}
-
-void writeFile(const QString& name, const QByteArray& text)
-{
-    QFile file(name);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    ASSERT_EQ(file.write(text), text.size());
-}
-
-} // namespace
 
 TEST(Program, AnswersAnEnquiryOverTheDeviceThatItsEntryPointsTo)
 {
@@ -330,59 +218,6 @@ TEST(Program, EveryFaultKindLeavesAnInstrumentThatStillObeysTheStop)
     }
 }
 
-TEST(Program, ASetSerialNumberMovesTheEntryAndTheMemory)
-{
-    const QString state = qEnvironmentVariable("XDG_STATE_HOME") + "/marrowick/instruments/";
-    QProcess process;
-    process.start(kProgram, {"--serial", "T46-old"});
-    ASSERT_TRUE(process.waitForReadyRead(30000));
-    {
-        PtyClient host(entryOf("T46-old"));
-        host.write("points 321\rsave\rsetserial T46-new\r");
-        ASSERT_TRUE(host.readUntilFrame('V'));
-        EXPECT_EQ(host.of('V').at(0).text, "T46-new");
-        EXPECT_FALSE(entryExists(entryOf("T46-old")));
-        EXPECT_TRUE(entryExists(entryOf("T46-new")));
-        host.write("enquire 1.28\r");
-        EXPECT_TRUE(host.readUntilFrame('X')) << "the link goes on";
-    }
-    process.terminate();
-    ASSERT_TRUE(process.waitForFinished(30000));
-    EXPECT_FALSE(entryExists(entryOf("T46-new")));
-    EXPECT_TRUE(QFile::exists(state + "T46-new.json"));
-
-    process.start(kProgram, {"--serial", "T46-new"});
-    ASSERT_TRUE(process.waitForReadyRead(30000));
-    {
-        PtyClient host(entryOf("T46-new"));
-        host.write("enquire 1.28\r");
-        ASSERT_TRUE(host.readUntilFrame('X'));
-        EXPECT_EQ(host.of('P').at(0).n1, 321) << "kept over the switching off";
-    }
-    process.terminate();
-    ASSERT_TRUE(process.waitForFinished(30000));
-}
-
-TEST(Program, AMemoryFileTellsTheSerialNumberAndTheModel)
-{
-    QTemporaryDir folder;
-    const QString memory = folder.filePath("memory.json");
-    {
-        Simulator simulator({"--memory", memory, "--model", "DT46"}, "DT46-77");
-        PtyClient host(simulator.entry);
-        host.write("save\r");
-        ASSERT_TRUE(host.readUntilFrame('r'));
-    }
-    QProcess process;
-    process.start(kProgram, {"--memory", memory, "--model", "DT46"});
-    ASSERT_TRUE(process.waitForReadyRead(30000));
-    EXPECT_TRUE(process.readAllStandardOutput().contains("DT46-77"));
-    process.terminate();
-    ASSERT_TRUE(process.waitForFinished(30000));
-    expectRefusal({"--memory", memory}, 1,
-                  "\"" + memory + "\" is the memory of a DT46. Choose --model DT46, or another serial number.");
-}
-
 TEST(Program, ATableIsMeasuredAsItStands)
 {
     QTemporaryDir folder;
@@ -443,18 +278,9 @@ TEST(Program, AScriptActsOutItsFrames)
 TEST(Program, TheStatusTellsWhoIsThere)
 {
     Simulator simulator({"--status"});
-    simulator.process.setReadChannel(QProcess::StandardError);
-    QByteArray said;
-    const auto reads = [&](const char* text) {
-        // What has come before the channel was chosen is read without waiting.
-        do
-            said += simulator.process.readAllStandardError();
-        while (!said.contains(text) && simulator.process.waitForReadyRead(30000));
-        return said.contains(text);
-    };
-    EXPECT_TRUE(reads("T46-1: waiting for a host\n"));
+    EXPECT_TRUE(simulator.hasSaid("T46-1: waiting for a host\n"));
     PtyClient host(simulator.entry);
-    EXPECT_TRUE(reads("T46-1: host connected\n")) << said.constData();
+    EXPECT_TRUE(simulator.hasSaid("T46-1: host connected\n")) << simulator.said.constData();
 }
 
 TEST(Program, MistakesAreToldAndEndIt)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "tests/sim/SimBench.h"
+#include "tests/sim/ReadFrame.h"
 
 #include <QByteArray>
 
@@ -77,22 +77,8 @@ public:
         return readUntil([&] { return of(code).size() >= count; });
     }
 
-    std::string codes() const
-    {
-        std::string text;
-        for (const ReadFrame& frame : frames)
-            text += frame.code;
-        return text;
-    }
-    std::vector<ReadFrame> of(char code) const
-    {
-        std::vector<ReadFrame> found;
-        for (const ReadFrame& frame : frames) {
-            if (frame.code == code)
-                found.push_back(frame);
-        }
-        return found;
-    }
+    std::string codes() const { return codesOf(frames); }
+    std::vector<ReadFrame> of(char code) const { return framesOf(frames, code); }
     void clear() { frames.clear(); }
 
     std::vector<ReadFrame> frames;
