@@ -21,6 +21,7 @@ struct Options
     bool listParts = false;
     Model model = Model::T46;
     std::optional<QByteArray> serial; ///< else the first free number of the model, for example T46-0001
+    QByteArray notOn;                 ///< terminal device that it must not come up on; empty for none
     QString part = QStringLiteral("langevin40k");
     QString replay; ///< file; empty for none
     Pace pace;

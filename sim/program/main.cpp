@@ -9,15 +9,14 @@
 #include "sim/StatusLine.h"
 #include "sim/bench/PartModel.h"
 #include "sim/port/DeviceEntry.h"
+#include "sim/program/EndSignals.h"
 #include "sim/script/FrameScript.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QTextStream>
 
-#include <csignal>
 #include <cstdio>
-#include <fcntl.h>
 #include <unistd.h>
 
 namespace {
@@ -28,30 +27,6 @@ enum ExitCode
     kFailure = 1,
     kUsage = 2
 };
-
-int g_endPipe[2] = {-1, -1};
-
-void askToEnd(int)
-{
-    const char byte = 0;
-    // Nothing can be done about a failure here; a full pipe means that the end was asked for before.
-    [[maybe_unused]] const ssize_t written = ::write(g_endPipe[1], &byte, 1);
-}
-
-bool installSignals()
-{
-    if (::pipe2(g_endPipe, O_CLOEXEC | O_NONBLOCK) != 0)
-        return false;
-    struct sigaction action = {};
-    action.sa_handler = askToEnd;
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
-        ::sigaction(signal, &action, nullptr);
-    // A reader that is gone and a file that may grow no further are told by the call that meets them.
-    action.sa_handler = SIG_IGN;
-    for (const int signal : {SIGPIPE, SIGXFSZ})
-        ::sigaction(signal, &action, nullptr);
-    return true;
-}
 
 int complain(const QString& sentence, ExitCode code)
 {
@@ -70,6 +45,17 @@ void listParts(QTextStream& out)
         const ValueOr<sim::PartModel> part = sim::PartModel::load(name);
         out << name.leftJustified(14) << (part ? part.value().name() : part.sentence()) << '\n';
     }
+}
+
+/// For people, with the range of one that is not known at every frequency.
+QString describe(const sim::Specimen& specimen)
+{
+    const std::optional<sim::Specimen::Range> known = specimen.knownRange();
+    return known ? tr("%1, from %2 to %3 Hz")
+                       .arg(specimen.name())
+                       .arg(known->low, 0, 'g', 10)
+                       .arg(known->high, 0, 'g', 10)
+                 : specimen.name();
 }
 
 /// The part or the table that the options name; the setup of a link log's replay is left alone.
@@ -133,10 +119,18 @@ Outcome claimSerial(const sim::Options& options, const QByteArray& known, sim::D
     return claimed;
 }
 
-int serve(sim::Device& device, sim::Line& line, sim::DeviceEntry& entry, sim::StatusLine& status,
+/// What every way of running needs.
+struct Session
+{
+    const sim::Options& options;
+    sim::StatusLine& status;
+    int endDescriptor;
+};
+
+int serve(const Session& session, sim::Device& device, sim::Line& line, sim::DeviceEntry& entry,
           const QString& introduction)
 {
-    sim::Station station(device, line, entry, status);
+    sim::Station station(device, line, entry, session.status, session.options.notOn);
     if (const Outcome plugged = station.plugIn(); !plugged)
         return complain(plugged.sentence(), kFailure);
     QTextStream out(stdout);
@@ -144,26 +138,29 @@ int serve(sim::Device& device, sim::Line& line, sim::DeviceEntry& entry, sim::St
         << tr("\nDevice %1, listed as %2. Ctrl+C ends it.\n")
                .arg(QString::fromLocal8Bit(station.devicePath()), QString::fromLocal8Bit(entry.linkPath()));
     out.flush();
-    const Outcome ran = station.run(g_endPipe[0]);
+    const Outcome ran = station.run(session.endDescriptor);
     return ran ? kSuccess : complain(ran.sentence(), kFailure);
 }
 
-int playLog(const sim::Options& options, sim::Replay& replay, sim::StatusLine& status)
+int playLog(const Session& session, sim::Replay& replay)
 {
+    const sim::Options& options = session.options;
     sim::DeviceEntry entry;
     if (const Outcome claimed = claimSerial(options, sim::LogPlayer::recordedSerial(replay.log), entry); !claimed)
         return complain(claimed.sentence(), kFailure);
     sim::Line line(options.faults, options.seed);
     const auto entries = replay.log.size();
     sim::LogPlayer player(std::move(replay.log), entry.serial(), options.pace, line);
-    return serve(player, line, entry, status,
+    return serve(session, player, line, entry,
                  tr("Recording of an instrument, %1 entries, as serial number %2.")
                      .arg(entries)
                      .arg(QString::fromLatin1(entry.serial())));
 }
 
-int runInstrument(const sim::Options& options, const sim::Replay& replay, sim::StatusLine& status)
+int runInstrument(const Session& session, const sim::Replay& replay)
 {
+    const sim::Options& options = session.options;
+    sim::StatusLine& status = session.status;
     sim::Instrument::Setup setup;
     setup.model = options.model;
     setup.seed = options.seed;
@@ -202,10 +199,10 @@ int runInstrument(const sim::Options& options, const sim::Replay& replay, sim::S
 
     const QString introduction = tr("%1 with serial number %2 measures: %3.")
                                      .arg(QLatin1String(sim::ModelFacts::of(options.model).name),
-                                          QString::fromLatin1(entry.serial()), setup.specimen->name());
+                                          QString::fromLatin1(entry.serial()), describe(*setup.specimen));
     sim::Line line(options.faults, options.seed);
     sim::Instrument instrument(std::move(setup), line);
-    return serve(instrument, line, entry, status, introduction);
+    return serve(session, instrument, line, entry, introduction);
 }
 
 } // namespace
@@ -237,8 +234,10 @@ int main(int argc, char** argv)
             return complain(loaded.sentence(), kUsage);
         replay = std::move(loaded.value());
     }
-    if (!installSignals())
+    const int endDescriptor = sim::endDescriptor();
+    if (endDescriptor < 0)
         return complain(tr("The signals of the system cannot be caught."), kFailure);
     sim::StatusLine status(stderr, options.status || ::isatty(STDERR_FILENO) == 1);
-    return replay.log.empty() ? runInstrument(options, replay, status) : playLog(options, replay, status);
+    const Session session{options, status, endDescriptor};
+    return replay.log.empty() ? runInstrument(session, replay) : playLog(session, replay);
 }

@@ -5,7 +5,9 @@
 #include "tests/sim/PtyClient.h"
 #include "tests/sim/Simulator.h"
 
+#include <QDir>
 #include <QFileInfo>
+#include <QProcessEnvironment>
 #include <QTemporaryDir>
 
 TEST(Program, AnswersAnEnquiryOverTheDeviceThatItsEntryPointsTo)
@@ -78,12 +80,33 @@ TEST(Program, AStopEndsARepeatedSweepWithEAlone)
 
 TEST(Program, TheEntryGoesWithTheProgramHoweverItIsAskedToEnd)
 {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
         Simulator simulator({});
         EXPECT_TRUE(entryExists(simulator.entry));
         EXPECT_EQ(simulator.end(signal), 0);
         EXPECT_FALSE(entryExists(simulator.entry));
     }
+}
+
+TEST(Program, TheEntryGoesInMidSweepAndWhileUnpluggedToo)
+{
+    for (const char* fault : {"split", "unplug:5"}) {
+        Simulator simulator({"--fast", "--fault", fault});
+        PtyClient host(simulator.entry);
+        host.write("points 1024\rrepeat 1\rimptest\r");
+        ASSERT_TRUE(host.readUntil([&] { return fault[0] == 'u' ? host.lost : !host.of('F').empty(); })) << fault;
+        EXPECT_EQ(simulator.end(SIGHUP), 0);
+        EXPECT_FALSE(entryExists(simulator.entry)) << fault;
+    }
+}
+
+TEST(Program, StartedToOutliveItsTerminalItDoes)
+{
+    Simulator simulator({}, "T46-1", [] { std::signal(SIGHUP, SIG_IGN); });
+    ::kill(static_cast<pid_t>(simulator.process.processId()), SIGHUP);
+    PtyClient host(simulator.entry);
+    host.write("enquire 1.28\r");
+    EXPECT_TRUE(host.readUntilFrame('X'));
 }
 
 TEST(Program, AnEntryLeftByACrashIsReplacedAndALivingOneRefused)
@@ -223,7 +246,7 @@ TEST(Program, ATableIsMeasuredAsItStands)
     QTemporaryDir folder;
     writeFile(folder.filePath("part.csv"), "frequency;modulus;phase\n1000;50,5;-10\n100000;50,5;-10\n");
     Simulator simulator({"--replay", folder.filePath("part.csv"), "--fast"});
-    EXPECT_TRUE(simulator.introduction.contains("measures: part.csv."));
+    EXPECT_TRUE(simulator.introduction.contains("measures: part.csv, from 1000 to 100000 Hz."));
     PtyClient host(simulator.entry);
     host.write("startfreq 1000\rendfreq 100000\rpoints 20\rimptest\r");
     ASSERT_TRUE(host.readUntilFrame('Y'));
@@ -231,6 +254,66 @@ TEST(Program, ATableIsMeasuredAsItStands)
         EXPECT_NEAR(point.n2, 50.5, 1e-9);
         EXPECT_NEAR(point.n3 * point.n4, -10, 1e-9);
     }
+}
+
+TEST(Program, ARangeBeyondTheTableIsToldOnStandardError)
+{
+    QTemporaryDir folder;
+    writeFile(folder.filePath("part.csv"), "1000,50,-10\n100000,50,-10\n");
+    Simulator simulator({"--replay", folder.filePath("part.csv"), "--fast", "--idle-levels", "0"});
+    PtyClient host(simulator.entry);
+    host.write("startfreq 1000\rendfreq 100001\rpoints 20\rimptest\r");
+    ASSERT_TRUE(host.readUntilFrame('Y'));
+    EXPECT_TRUE(simulator.hasSaid("marrowick-sim: The impedance sweep from 1000 to 100001 Hz leaves the table"))
+        << simulator.said.constData();
+    EXPECT_TRUE(host.of('T').empty());
+}
+
+TEST(Program, TheSameSeedAndCommandsGiveTheSameBytesWithAllFaultsTogether)
+{
+    const auto bytesOf = [](const char* seed) {
+        Simulator simulator({"--seed", seed, "--fast", "--idle-levels", "0", "--fault",
+                             "garbage:10,lost:20,split,stall:100,flood:200,wrong-length:20,non-numeric:20"});
+        PtyClient host(simulator.entry);
+        host.write("points 300\rstartfreq 20000\rendfreq 60000\rimptest\r");
+        EXPECT_TRUE(host.readUntil([&host] { return host.received.size() >= 18000; }));
+        return host.received.substr(0, 18000);
+    };
+    const std::string once = bytesOf("77");
+    EXPECT_TRUE(once == bytesOf("77"));
+    EXPECT_FALSE(once == bytesOf("78"));
+}
+
+TEST(Program, AnInstrumentInAnotherSocketHasItsSerialNumberOnAnotherTerminal)
+{
+    const auto terminal = [](const Simulator& simulator) {
+        return QFileInfo(QFile::decodeName(simulator.entry)).symLinkTarget();
+    };
+    QString first;
+    {
+        Simulator simulator({});
+        first = terminal(simulator);
+    }
+    Simulator simulator({"--not-on", first});
+    EXPECT_NE(terminal(simulator), first);
+    PtyClient host(simulator.entry);
+    host.write("enquire 1.28\r");
+    ASSERT_TRUE(host.readUntilFrame('X'));
+    EXPECT_EQ(host.of('V')[0].text, "T46-1");
+}
+
+TEST(Program, WithoutARuntimeFolderItRefusesAndMakesNoneInTheRoot)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("XDG_RUNTIME_DIR", "/nonexistent/run");
+    environment.insert("TMPDIR", "/nonexistent/tmp");
+    process.setProcessEnvironment(environment);
+    process.start(kProgram, {"--no-memory"});
+    ASSERT_TRUE(process.waitForFinished(30000));
+    EXPECT_EQ(process.exitCode(), 1);
+    EXPECT_TRUE(process.readAllStandardError().contains("marrowick-sim: There is no runtime folder"));
+    EXPECT_EQ(QDir::root().entryList({"marrowick", "runtime-*"}, QDir::AllEntries), QStringList());
 }
 
 TEST(Program, ALinkLogIsPlayedUnderTheRecordedSerialNumber)

@@ -82,8 +82,8 @@ public:
     void clear() { frames.clear(); }
 
     std::vector<ReadFrame> frames;
-    std::size_t bytesRead = 0;
-    int dropped = 0; ///< runs up to a carriage return that were no frame
+    std::string received; ///< every byte that came
+    int dropped = 0;      ///< runs up to a carriage return that were no frame
     bool lost = false;
 
 private:
@@ -94,7 +94,7 @@ private:
     }
     void take(std::string_view bytes)
     {
-        bytesRead += bytes.size();
+        received.append(bytes);
         m_buffer.append(bytes);
         std::size_t from = 0;
         for (std::size_t at = m_buffer.find('\r'); at != std::string::npos && at + 1 < m_buffer.size();

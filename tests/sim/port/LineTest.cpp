@@ -196,6 +196,24 @@ TEST(Line, TheSameSeedGivesTheSameFaults)
     EXPECT_NE(pass(all, 500, 9).bytes, pass(all, 500, 10).bytes);
 }
 
+TEST(Line, TheSameSeedPullsThePlugBehindTheSamePointsEachTimeItIsPluggedIn)
+{
+    const auto points = [](std::uint64_t seed) {
+        sim::Line line(plan("unplug:20,garbage,lost"), seed);
+        std::vector<int> before;
+        for (int times = 0; times < 5; ++times) {
+            int sent = 0;
+            while (!line.takeUnplugged())
+                line.send(point(sent++));
+            before.push_back(sent);
+            line.plugIn();
+        }
+        return before;
+    };
+    EXPECT_EQ(points(5), points(5));
+    EXPECT_NE(points(5), points(6));
+}
+
 TEST(Line, APointThatStillLooksWellIsOneThatWasSent)
 {
     constexpr int kFrames = 300;
