@@ -152,7 +152,7 @@ QString Instrument::activity() const
 {
     if (m_test.isRunning())
         return m_test.activity();
-    if (const QString spot = m_levels.activity(); !spot.isEmpty())
+    if (QString spot = m_levels.activity(); !spot.isEmpty())
         return spot;
     if (m_script.isTransferring())
         return tr("receiving a script, %1 bytes to come").arg(m_parser.blockLeft());
@@ -469,7 +469,7 @@ Outcome Instrument::keep()
 {
     if (!m_setup.keep)
         return Outcome::success();
-    const Outcome kept = m_setup.keep(m_kept);
+    Outcome kept = m_setup.keep(m_kept);
     if (!kept) {
         send(status::notice(true, "The instrument could not write its memory."));
         tell(kept.sentence());

@@ -7,7 +7,7 @@
 #include "sim/Replay.h"
 #include "sim/Station.h"
 #include "sim/StatusLine.h"
-#include "sim/bench/PartModel.h"
+#include "sim/bench/PartFile.h"
 #include "sim/port/DeviceEntry.h"
 #include "sim/program/EndSignals.h"
 #include "sim/script/FrameScript.h"
@@ -41,8 +41,8 @@ QString tr(const char* text)
 
 void listParts(QTextStream& out)
 {
-    for (const QString& name : sim::PartModel::shippedNames()) {
-        const ValueOr<sim::PartModel> part = sim::PartModel::load(name);
+    for (const QString& name : sim::partfile::shippedNames()) {
+        const ValueOr<sim::PartModel> part = sim::partfile::load(name);
         out << name.leftJustified(14) << (part ? part.value().name() : part.sentence()) << '\n';
     }
 }
@@ -65,7 +65,7 @@ Outcome chooseSpecimen(const sim::Options& options, const sim::Replay& replay, s
     setup.specimen = replay.table;
     if (setup.specimen)
         return Outcome::success();
-    const ValueOr<sim::PartModel> part = sim::PartModel::load(options.part);
+    const ValueOr<sim::PartModel> part = sim::partfile::load(options.part);
     if (!part)
         return Outcome::failure(part.sentence());
     setup.specimen = std::make_shared<sim::PartModel>(part.value());

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "sim/Instrument.h"
-#include "sim/bench/PartModel.h"
+#include "sim/bench/PartFile.h"
 #include "tests/sim/Recorder.h"
 
 #include <QStringList>
@@ -39,7 +39,7 @@ public:
 
     static std::shared_ptr<const sim::PartModel> shipped(const char* name)
     {
-        ValueOr<sim::PartModel> part = sim::PartModel::load(QLatin1String(name));
+        ValueOr<sim::PartModel> part = sim::partfile::load(QLatin1String(name));
         EXPECT_TRUE(part.ok()) << part.sentence().toStdString();
         return std::make_shared<sim::PartModel>(part.value());
     }

@@ -78,7 +78,7 @@ TEST(Sweep, AnAmplitudeSweepOf1024PointsIsTheDividerOfTheSamePart)
 
 TEST(Sweep, EveryShippedPartIsMeasuredRightByBothModels)
 {
-    for (const QString& name : sim::PartModel::shippedNames()) {
+    for (const QString& name : sim::partfile::shippedNames()) {
         for (const sim::Model model : {sim::Model::T46, sim::Model::DT46}) {
             SimBench bench([&](sim::Instrument::Setup& setup) {
                 setup.model = model;
