@@ -45,6 +45,7 @@ Instrument::Instrument(Setup setup, FrameSink& sink)
     : m_sink(sink)
     , m_setup(std::move(setup))
     , m_measurement(m_setup.specimen, m_setup.seed, m_setup.noise)
+    , m_range(*m_setup.specimen, m_setup.tell)
     , m_test(m_state, m_measurement, m_setup.pace, sink,
              [this](bool completed, bool constants) { runEnded(completed, constants); })
     , m_levels(m_state, m_measurement, sink, m_setup.idleLevelsPerSecond)
@@ -137,8 +138,8 @@ void Instrument::advance(Moment now, int frameBudget)
         m_test.advance(now, frameBudget);
         return;
     }
-    if (idleLevelsWanted())
-        tellOfIdleRange();
+    if (const std::optional<double> idle = m_levels.idleFrequency(); idle && idleLevelsWanted())
+        m_range.idlesAt(*idle);
     m_levels.advance(now, idleLevelsWanted());
 }
 
@@ -319,7 +320,7 @@ void Instrument::begin(std::unique_ptr<Run> run)
     }
     m_levels.endSpot();
     if (run->measuresSpecimen())
-        tellOfRange(run->name(), run->startFrequency(), run->endFrequency());
+        m_range.begins(run->name(), run->startFrequency(), run->endFrequency());
     m_test.begin(std::move(run), m_now);
 }
 
@@ -337,35 +338,13 @@ void Instrument::beginSpot(TestKind kind, std::string_view argument)
     settings::setFrequency(&SweepSettings::spotFrequency, argument, m_state);
     m_state.lastTest = kind;
     const double frequency = m_state.settings.spotFrequency;
-    tellOfRange(tr("measurement at one frequency"), frequency, frequency);
+    m_range.begins(tr("measurement at one frequency"), frequency, frequency);
     m_levels.beginSpot(kind, m_now);
 }
 
 bool Instrument::idleLevelsWanted() const
 {
     return m_hostKnown && !m_script.isRunning() && !m_script.isTransferring();
-}
-
-void Instrument::tellOfRange(const QString& what, double from, double to) const
-{
-    const std::optional<Specimen::Range> known = m_measurement.specimen().knownRange();
-    if (!known || (std::min(from, to) >= known->low && std::max(from, to) <= known->high))
-        return;
-    const auto hertz = [](double frequency) { return QString::number(frequency, 'g', 10); };
-    const QString place =
-        from == to ? tr("at %1 Hz").arg(hertz(from)) : tr("from %1 to %2 Hz").arg(hertz(from), hertz(to));
-    tell(tr("The %1 %2 leaves the table \"%3\", which goes from %4 to %5 Hz: beyond its ends its first and last points "
-            "are repeated.")
-             .arg(what, place, m_measurement.specimen().name(), hertz(known->low), hertz(known->high)));
-}
-
-void Instrument::tellOfIdleRange()
-{
-    const double frequency = m_levels.idleFrequency().value_or(0);
-    if (frequency == 0 || frequency == m_idleToldOf || m_setup.idleLevelsPerSecond <= 0)
-        return;
-    m_idleToldOf = frequency;
-    tellOfRange(tr("level between tests"), frequency, frequency);
 }
 
 // Scripts

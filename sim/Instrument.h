@@ -6,6 +6,7 @@
 #include "sim/Levels.h"
 #include "sim/RunningTest.h"
 #include "sim/ScriptSlot.h"
+#include "sim/bench/RangeWatch.h"
 #include "sim/protocol/CommandParser.h"
 
 #include <functional>
@@ -103,13 +104,11 @@ private:
     Outcome keep();
     bool idleLevelsWanted() const;
     void tell(const QString& sentence) const;
-    /// Says so when the specimen is not known over that range.
-    void tellOfRange(const QString& what, double from, double to) const;
-    void tellOfIdleRange();
 
     FrameSink& m_sink;
     Setup m_setup;
     Measurement m_measurement;
+    RangeWatch m_range;
     InstrumentState m_state;
     KeptMemory m_kept;
     CommandParser m_parser;
@@ -119,7 +118,6 @@ private:
     Moment m_now{0};
     bool m_hostKnown = false; ///< has enquired since it came
     int m_unknownCommands = 0;
-    double m_idleToldOf = 0; ///< idle frequency that was last told of as beyond the specimen's range
 };
 
 } // namespace sim

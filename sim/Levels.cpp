@@ -58,7 +58,7 @@ std::optional<Moment> Levels::nextDue(bool idleWanted) const
 std::optional<double> Levels::idleFrequency() const
 {
     const SweepSettings& settings = m_state.settings;
-    if (!m_state.idleOutput)
+    if (!m_state.idleOutput || !m_idleInterval)
         return {};
     return settings.idleFrequency == -1 ? settings.startFrequency : settings.idleFrequency;
 }

@@ -30,7 +30,7 @@ public:
     /// Idle levels come only while they are wanted and the output is on.
     void advance(Moment now, bool idleWanted);
     std::optional<Moment> nextDue(bool idleWanted) const;
-    /// Where the idle level is measured, Hz; nothing while the output is off.
+    /// Where the idle level is measured, Hz; nothing while none is, or the output is off.
     std::optional<double> idleFrequency() const;
     /// For people; empty without a spot.
     QString activity() const;
