@@ -1,7 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sim/Instrument.h"
 
+#include "sim/bench/CalibrationRuns.h"
+#include "sim/bench/Diagnosis.h"
+#include "sim/bench/Sweep.h"
+#include "sim/protocol/CommandArguments.h"
+#include "sim/protocol/ConstantCommands.h"
+#include "sim/protocol/SerialNumber.h"
+#include "sim/protocol/SettingCommands.h"
 #include "sim/protocol/StatusFrames.h"
+#include "values/Conversions.h"
 
 #include <QCoreApplication>
 
@@ -12,16 +20,16 @@ namespace sim {
 
 namespace {
 
-/// Run number of level frames between tests, whose noise has nothing to do with that of the sweeps.
-constexpr std::uint64_t kLevelRun = 0;
-/// How far measuring may fall behind (host not reading, machine asleep) before the lost time is let go.
-constexpr Duration kLongestLag = std::chrono::milliseconds(200);
-/// "No phase" in a level frame of amplitude.
-constexpr double kNoLevelPhase = -65536;
+constexpr qsizetype kLongestStamp = 61;
 
 QString tr(const char* text)
 {
     return QCoreApplication::translate("sim::Instrument", text);
+}
+
+QByteArray bytesOf(std::string_view text)
+{
+    return QByteArray(text.data(), static_cast<qsizetype>(text.size()));
 }
 
 std::optional<Moment> earlier(std::optional<Moment> first, std::optional<Moment> second)
@@ -37,6 +45,11 @@ Instrument::Instrument(Setup setup, FrameSink& sink)
     : m_sink(sink)
     , m_setup(std::move(setup))
     , m_measurement(m_setup.specimen, m_setup.seed, m_setup.noise)
+    , m_range(*m_setup.specimen, m_setup.tell)
+    , m_test(m_state, m_measurement, m_setup.pace, sink,
+             [this](bool completed, bool constants) { runEnded(completed, constants); })
+    , m_levels(m_state, m_measurement, sink, m_setup.idleLevelsPerSecond)
+    , m_script(m_setup.memory ? m_setup.memory->script : QByteArray(), std::move(m_setup.scriptRunner))
 {
     m_state.facts = &ModelFacts::of(m_setup.model);
     m_state.firmwareMajor = m_setup.firmwareMajor;
@@ -50,36 +63,23 @@ Instrument::Instrument(Setup setup, FrameSink& sink)
     }
     if (!m_setup.serial.isEmpty())
         m_kept.constants.serial = m_setup.serial;
-    const ModelFacts& facts = *m_state.facts;
-    SweepSettings& settings = m_state.settings;
-    settings = m_kept.settings;
-    // A memory file is a text that anybody may have edited.
-    for (double* frequency : {&settings.startFrequency, &settings.endFrequency, &settings.spotFrequency})
-        *frequency = std::clamp(*frequency, facts.minFrequency, facts.maxFrequency);
-    if (settings.idleFrequency != 0 && settings.idleFrequency != -1)
-        settings.idleFrequency = std::clamp(settings.idleFrequency, facts.minFrequency, facts.maxFrequency);
-    settings.attenuation = std::clamp(settings.attenuation, 0, facts.attenuationSteps);
+    m_state.settings = settings::bounded(m_kept.settings, *m_state.facts);
     m_state.constants = m_kept.constants;
     m_state.pointsInTest = m_state.settings.points;
     m_state.idleOutput = m_state.settings.idleFrequency != 0;
-    m_script = m_kept.script;
 }
 
 Instrument::~Instrument() = default;
 
-bool Instrument::isSerialNumber(const QByteArray& text)
-{
-    const auto allowed = [](char c) {
-        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '.' || c == '_' ||
-               c == '-';
-    };
-    return !text.isEmpty() && text.size() <= 32 && text.front() != '.' &&
-           std::all_of(text.begin(), text.end(), allowed);
-}
-
 void Instrument::send(const Frame& frame)
 {
     m_sink.send(frame);
+}
+
+void Instrument::tell(const QString& sentence) const
+{
+    if (m_setup.tell)
+        m_setup.tell(sentence);
 }
 
 void Instrument::hostArrived(Moment now)
@@ -92,16 +92,9 @@ void Instrument::hostArrived(Moment now)
 void Instrument::hostLeft()
 {
     // Nobody listens any more: whatever runs is dropped without a word.
-    if (m_scriptRunning)
-        m_setup.scriptRunner->stop();
-    m_scriptRunning = false;
-    m_runEndedNews.reset();
-    m_run.reset();
-    m_spot.reset();
-    m_transferring = false;
-    m_state.running = false;
-    m_state.repeating = false;
-    m_state.pointsInTest = m_state.settings.points;
+    m_script.drop();
+    m_test.drop();
+    m_levels.endSpot();
     m_parser.reset();
     m_hostKnown = false;
 }
@@ -118,11 +111,10 @@ void Instrument::takeInput(Moment now)
     while (const std::optional<CommandParser::Input> input = m_parser.next(now)) {
         switch (input->kind) {
         case CommandParser::Kind::Acknowledge:
-            if (m_scriptRunning)
-                m_setup.scriptRunner->acknowledged(now);
+            m_script.acknowledge(now);
             break;
         case CommandParser::Kind::StopScript:
-            stopCommand({});
+            stop({});
             break;
         case CommandParser::Kind::Block:
             takeScriptBytes(input->argument);
@@ -139,241 +131,299 @@ void Instrument::advance(Moment now, int frameBudget)
 {
     m_now = now;
     takeInput(now);
-    if (m_transferring && now - m_lastTransferByte >= kTransferSilence)
+    if (m_script.hasFallenSilent(now))
         giveUpTransfer();
-    advanceScript(now);
-    if (m_run) {
-        measureDuePoints(frameBudget);
-    } else if (m_spot) {
-        if (m_levelDue <= now)
-            sendSpotLevel();
-    } else if (idleLevelsWanted() && m_levelDue <= now) {
-        sendIdleLevel();
-    }
-}
-
-void Instrument::advanceScript(Moment now)
-{
-    // Told here and not where the run ended, which may be inside a call that the runner itself has made.
-    if (const std::optional<bool> completed = std::exchange(m_runEndedNews, std::nullopt); completed && m_scriptRunning)
-        m_setup.scriptRunner->runEnded(*completed, now);
-    if (!m_scriptRunning)
+    m_script.advance(now);
+    if (m_test.isRunning()) {
+        m_test.advance(now, frameBudget);
         return;
-    const std::optional<Moment> due = m_setup.scriptRunner->nextDue();
-    if (due && *due <= now)
-        m_setup.scriptRunner->advance(now);
+    }
+    if (const std::optional<double> idle = m_levels.idleFrequency(); idle && idleLevelsWanted())
+        m_range.idlesAt(*idle);
+    m_levels.advance(now, idleLevelsWanted());
 }
 
 std::optional<Moment> Instrument::nextDue() const
 {
-    if (m_runEndedNews)
-        return m_now;
-    std::optional<Moment> due = m_parser.nextDue();
-    if (m_transferring)
-        due = earlier(due, m_lastTransferByte + kTransferSilence);
-    if (m_scriptRunning)
-        due = earlier(due, m_setup.scriptRunner->nextDue());
-    if (m_run)
-        due = earlier(due, m_pointDue);
-    else if (m_spot || idleLevelsWanted())
-        due = earlier(due, m_levelDue);
-    return due;
+    const std::optional<Moment> due = earlier(m_parser.nextDue(), m_script.nextDue(m_now));
+    return earlier(due, m_test.isRunning() ? m_test.nextDue() : m_levels.nextDue(idleLevelsWanted()));
 }
 
 QString Instrument::activity() const
 {
-    const auto hertz = [](double frequency) { return QString::number(frequency, 'g', 6); };
-    if (m_run)
-        return tr("%1, point %2 of %3 at %4 Hz")
-            .arg(m_run->name())
-            .arg(m_nextPoint)
-            .arg(m_run->points())
-            .arg(hertz(m_run->frequency(std::max(0, m_nextPoint - 1))));
-    if (m_spot)
-        return (*m_spot == TestKind::Amplitude ? tr("amplitude at %1 Hz") : tr("impedance at %1 Hz"))
-            .arg(hertz(m_state.settings.spotFrequency));
-    if (m_transferring)
+    if (m_test.isRunning())
+        return m_test.activity();
+    if (QString spot = m_levels.activity(); !spot.isEmpty())
+        return spot;
+    if (m_script.isTransferring())
         return tr("receiving a script, %1 bytes to come").arg(m_parser.blockLeft());
-    if (m_scriptRunning)
+    if (m_script.isRunning())
         return tr("script running");
-    return m_state.idleOutput ? tr("idle, signal on") : tr("idle, signal off");
+    if (!m_state.idleOutput)
+        return tr("idle, signal off");
+    return m_state.pen == 0 ? tr("idle, signal on, pin %1").arg(m_state.settings.pin)
+                            : tr("idle, signal on, pin %1 for pen %2").arg(m_state.settings.pin).arg(m_state.pen);
 }
 
-// Runs
+// Commands
+
+const std::vector<Instrument::Command>& Instrument::commands()
+{
+    static const std::vector<Command> table{
+        {"amptest", &Instrument::amplitudeTest},
+        {"imptest", &Instrument::impedanceTest},
+        {"ampspot", &Instrument::amplitudeSpot},
+        {"impspot", &Instrument::impedanceSpot},
+        {"y", &Instrument::stop},
+        {"x", &Instrument::stop},
+        {"enquire", &Instrument::enquire},
+        {"loadscript", &Instrument::loadScript},
+        {"run", &Instrument::runScript},
+        {"setserial", &Instrument::setSerial},
+        {"calibrate", &Instrument::calibrate},
+        {"phasecal", &Instrument::phaseCalibration},
+        {"zerocal", &Instrument::slopeCalibration},
+        {"diagnose", &Instrument::diagnose},
+        {"save", &Instrument::save},
+    };
+    return table;
+}
+
+QStringList Instrument::commandWords()
+{
+    QStringList words = settings::words() + constants::words();
+    for (const Command& command : commands())
+        words.append(QLatin1String(command.word));
+    return words;
+}
+
+bool Instrument::dispatch(std::string_view word, std::string_view argument)
+{
+    if (const auto answer = settings::apply(word, argument, m_state)) {
+        for (const Frame& frame : *answer)
+            send(frame);
+        return true;
+    }
+    if (const auto answer = constants::apply(word, argument, m_state)) {
+        keepConstants();
+        send(*answer);
+        return true;
+    }
+    const auto found = std::find_if(commands().begin(), commands().end(),
+                                    [word](const Command& command) { return word == command.word; });
+    if (found == commands().end())
+        return false;
+    (this->*found->handler)(argument);
+    return true;
+}
+
+void Instrument::amplitudeTest(std::string_view)
+{
+    begin(makeSweep(TestKind::Amplitude, m_state.settings));
+}
+
+void Instrument::impedanceTest(std::string_view)
+{
+    begin(makeSweep(TestKind::Impedance, m_state.settings));
+}
+
+void Instrument::amplitudeSpot(std::string_view argument)
+{
+    beginSpot(TestKind::Amplitude, argument);
+}
+
+void Instrument::impedanceSpot(std::string_view argument)
+{
+    beginSpot(TestKind::Impedance, argument);
+}
+
+void Instrument::stop(std::string_view)
+{
+    if (m_script.isRunning())
+        stopScript();
+    m_levels.endSpot();
+    m_levels.postponeIdle(m_now);
+    // Answered even when nothing runs: a host that lost the first answer must be able to ask again.
+    if (m_test.isRunning())
+        m_test.stop();
+    else
+        send(status::testEnded(m_state));
+}
+
+void Instrument::enquire(std::string_view text)
+{
+    for (const Frame& frame : status::everything(m_state))
+        send(frame);
+    const auto version = argument::version(text);
+    if (version && *version != std::pair(m_state.firmwareMajor, m_state.firmwareMinor))
+        send(status::notice(true, "Version number mismatch. The firmware may need upgrading."));
+    send(status::complete(m_state));
+    m_hostKnown = true;
+    m_levels.postponeIdle(m_now);
+}
+
+void Instrument::setSerial(std::string_view argument)
+{
+    const QByteArray serial = bytesOf(argument);
+    if (!isSerialNumber(serial)) {
+        send(status::notice(true, "This is not a serial number: use letters, digits, . _ and -."));
+    } else if (serial != m_state.constants.serial) {
+        const Outcome changed = m_setup.serialChanging ? m_setup.serialChanging(serial) : Outcome::success();
+        if (changed) {
+            m_state.constants.serial = serial;
+            keepConstants();
+        } else {
+            send(status::notice(true, "This serial number is in use by another instrument."));
+        }
+    }
+    send(status::serial(m_state));
+}
+
+void Instrument::calibrate(std::string_view argument)
+{
+    begin(makeAmplitudeCalibration(*m_state.facts, bytesOf(argument).left(kLongestStamp)));
+}
+
+void Instrument::phaseCalibration(std::string_view)
+{
+    begin(makePhaseCalibration(m_state.settings));
+}
+
+void Instrument::slopeCalibration(std::string_view)
+{
+    m_state.constants.calibrationOffset = 0;
+    m_state.constants.calibrationSlope = m_measurement.measuredSlope(m_test.takeRunNumber());
+    keepConstants();
+    send(status::slope(m_state));
+}
+
+void Instrument::diagnose(std::string_view)
+{
+    begin(makeDiagnosis(*m_state.facts));
+}
+
+void Instrument::save(std::string_view)
+{
+    m_kept.settings = m_state.settings;
+    if (keep())
+        send(status::panelText("Settings saved"));
+}
+
+// Tests and levels
 
 void Instrument::begin(std::unique_ptr<Run> run)
 {
-    if (m_run) {
-        endRun(false);
+    if (m_test.isRunning()) {
+        m_test.stop();
         // A script that waits for the end of a run now waits for that of this one.
-        m_runEndedNews.reset();
+        m_script.forgetRunEnd();
     }
-    m_spot.reset();
-    m_run = std::move(run);
-    m_state.lastTest = m_run->kind();
-    m_state.running = true;
-    if (m_state.pointsInTest != m_run->points()) {
-        m_state.pointsInTest = m_run->points();
-        send(status::points(m_state));
-    }
-    beginPass();
+    m_levels.endSpot();
+    if (run->measuresSpecimen())
+        m_range.begins(run->name(), run->startFrequency(), run->endFrequency());
+    m_test.begin(std::move(run), m_now);
 }
 
-void Instrument::beginPass()
+void Instrument::runEnded(bool completed, bool constants)
 {
-    ++m_runNumber;
-    m_nextPoint = 0;
-    m_sinceMarker = 0;
-    m_state.running = true;
-    m_state.repeating = m_run->repeats(m_state);
-    send(status::testStarted(m_state, m_run->startFrequency(), m_run->endFrequency()));
-    m_pointDue = m_now + m_setup.pace.pointTime(m_run->frequency(0), m_state);
+    if (constants)
+        keepConstants();
+    m_levels.postponeIdle(m_now);
+    m_script.runEnded(completed);
 }
 
-void Instrument::measureDuePoints(int& frameBudget)
+void Instrument::beginSpot(TestKind kind, std::string_view argument)
 {
-    if (m_now - m_pointDue > kLongestLag)
-        m_pointDue = m_now;
-    while (m_run && frameBudget > 0 && m_pointDue <= m_now) {
-        const double frequency = m_run->frequency(m_nextPoint);
-        const bool last = m_nextPoint + 1 == m_run->points();
-        const bool marker = last || ++m_sinceMarker >= m_setup.pace.markerInterval(frequency, m_state);
-        if (marker)
-            m_sinceMarker = 0;
-        send(m_run->measure(m_nextPoint, marker, m_measurement, m_state, m_runNumber));
-        --frameBudget;
-        ++m_nextPoint;
-        if (last)
-            passEnded();
-        else
-            m_pointDue += m_setup.pace.pointTime(m_run->frequency(m_nextPoint), m_state);
-    }
-}
-
-void Instrument::passEnded()
-{
-    const bool again = m_run->nextPass(m_state);
-    m_state.running = false;
-    m_state.repeating = again;
-    if (!again) {
-        endRun(true);
-        return;
-    }
-    send(status::testEnded(m_state));
-    send(status::pointsFinished());
-    beginPass();
-}
-
-void Instrument::endRun(bool completed)
-{
-    const std::unique_ptr<Run> run = std::move(m_run);
-    m_state.running = false;
-    m_state.repeating = false;
-    const bool ownPoints = m_state.pointsInTest != m_state.settings.points;
-    send(status::testEnded(m_state));
-    if (completed) {
-        send(status::pointsFinished());
-        const InstrumentConstants before = m_state.constants;
-        for (const Frame& frame : run->conclude(m_state))
-            send(frame);
-        if (!(m_state.constants == before))
-            keepConstants();
-    }
-    if (ownPoints) {
-        m_state.pointsInTest = m_state.settings.points;
-        send(status::points(m_state));
-    }
-    scheduleIdleLevel();
-    if (m_scriptRunning)
-        m_runEndedNews = completed;
-}
-
-// Levels between tests
-
-void Instrument::sendSpotLevel()
-{
+    m_test.stop();
+    settings::setFrequency(&SweepSettings::spotFrequency, argument, m_state);
+    m_state.lastTest = kind;
     const double frequency = m_state.settings.spotFrequency;
-    const bool phase = m_state.settings.phase;
-    if (*m_spot == TestKind::Amplitude)
-        send(levelFrame('G', frequency, m_measurement.amplitude(frequency, m_state, kLevelRun, m_levelNumber), phase,
-                        kNoLevelPhase));
-    else
-        send(levelFrame('I', frequency, m_measurement.impedance(frequency, m_state, kLevelRun, m_levelNumber), phase,
-                        0));
-    ++m_levelNumber;
-    m_levelDue = m_now + kSpotInterval;
+    m_range.begins(tr("measurement at one frequency"), frequency, frequency);
+    m_levels.beginSpot(kind, m_now);
 }
 
 bool Instrument::idleLevelsWanted() const
 {
-    return m_hostKnown && m_state.idleOutput && m_setup.idleLevelsPerSecond > 0 && !m_scriptRunning && !m_transferring;
-}
-
-void Instrument::sendIdleLevel()
-{
-    const SweepSettings& settings = m_state.settings;
-    const double frequency = settings.idleFrequency == -1 ? settings.startFrequency : settings.idleFrequency;
-    send(levelFrame('G', frequency, m_measurement.amplitude(frequency, m_state, kLevelRun, m_levelNumber),
-                    settings.phase, kNoLevelPhase));
-    ++m_levelNumber;
-    scheduleIdleLevel();
-}
-
-void Instrument::scheduleIdleLevel()
-{
-    if (m_setup.idleLevelsPerSecond > 0)
-        m_levelDue = m_now + secondsToDuration(1.0 / m_setup.idleLevelsPerSecond);
+    return m_hostKnown && !m_script.isRunning() && !m_script.isTransferring();
 }
 
 // Scripts
 
+void Instrument::loadScript(std::string_view argument)
+{
+    const std::optional<std::int32_t> length = values::strictInt32(argument);
+    if (!length || *length < 0) {
+        send(status::notice(true, "The length of the script is not a number."));
+        return;
+    }
+    if (m_script.isRunning())
+        stopScript();
+    m_script.announce(*length, m_now);
+    m_parser.expectBlock(static_cast<std::size_t>(*length));
+    if (*length == 0)
+        takeScriptBytes({});
+}
+
 void Instrument::takeScriptBytes(const std::string& bytes)
 {
-    m_lastTransferByte = m_now;
-    if (!m_transferTooLong)
-        m_script.append(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    m_script.take(bytesOf(bytes), m_now);
     if (m_parser.blockLeft() > 0)
         return;
-    m_transferring = false;
-    if (m_transferTooLong) {
+    if (m_script.endTransfer() == ScriptSlot::Transfer::TooLong) {
         send(status::notice(true, "The script is too long for the instrument."));
         return;
     }
-    m_kept.script = m_script;
-    keep();
+    m_kept.script = m_script.script();
+    // Loaded it is, even when it could not be kept and that was told.
+    static_cast<void>(keep());
     send(status::panelText("Script loaded"));
 }
 
 void Instrument::giveUpTransfer()
 {
     m_parser.reset();
-    m_transferring = false;
-    m_script.clear();
+    m_script.giveUpTransfer();
     send(status::scriptRunning(false));
     send(status::panelText("Script transfer incomplete"));
+}
+
+void Instrument::runScript(std::string_view)
+{
+    if (m_script.isRunning())
+        stopScript();
+    const char* refusal = nullptr;
+    if (m_script.script().isEmpty())
+        refusal = "No script is loaded.";
+    else if (!m_script.canRun())
+        refusal = "This instrument keeps scripts but cannot run them.";
+    if (refusal) {
+        send(status::notice(true, refusal));
+        send(status::scriptRunning(false));
+        return;
+    }
+    send(status::scriptRunning(true));
+    if (const Outcome started = m_script.run(*this, m_now); !started)
+        finished(started);
 }
 
 bool Instrument::execute(std::string_view command)
 {
     const std::size_t blank = command.find(' ');
-    const std::string word(command.substr(0, blank));
+    const std::string_view word = command.substr(0, blank);
     if (word == "y" || word == "x") {
-        if (m_run)
-            endRun(false);
-        m_spot.reset();
+        m_test.stop();
+        m_levels.endSpot();
         return true;
     }
     // A script neither replaces nor restarts itself.
     if (word == "run" || word == "loadscript")
         return false;
-    const std::string argument(blank == std::string_view::npos ? std::string_view() : command.substr(blank + 1));
-    return dispatch(word, argument);
+    return dispatch(word, blank == std::string_view::npos ? std::string_view() : command.substr(blank + 1));
 }
 
 void Instrument::finished(const Outcome& outcome)
 {
-    m_scriptRunning = false;
-    m_runEndedNews.reset();
+    m_script.finished();
     if (!outcome)
         send(status::notice(true, outcome.sentence().toStdString()));
     send(status::scriptRunning(false));
@@ -381,24 +431,29 @@ void Instrument::finished(const Outcome& outcome)
 
 void Instrument::stopScript()
 {
-    m_scriptRunning = false;
-    m_runEndedNews.reset();
-    m_setup.scriptRunner->stop();
+    m_script.stop();
     send(status::scriptRunning(false));
 }
+
+// Memory
 
 void Instrument::keepConstants()
 {
     m_kept.constants = m_state.constants;
-    keep();
+    // A failure has been told, and there is nothing else to do about it here.
+    static_cast<void>(keep());
 }
 
-void Instrument::keep()
+Outcome Instrument::keep()
 {
     if (!m_setup.keep)
-        return;
-    if (const Outcome kept = m_setup.keep(m_kept); !kept)
+        return Outcome::success();
+    Outcome kept = m_setup.keep(m_kept);
+    if (!kept) {
         send(status::notice(true, "The instrument could not write its memory."));
+        tell(kept.sentence());
+    }
+    return kept;
 }
 
 } // namespace sim

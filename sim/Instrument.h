@@ -2,13 +2,12 @@
 #pragma once
 
 #include "sim/Device.h"
-#include "sim/Runs.h"
-#include "sim/bench/Measurement.h"
-#include "sim/port/Pace.h"
+#include "sim/KeptMemory.h"
+#include "sim/Levels.h"
+#include "sim/RunningTest.h"
+#include "sim/ScriptSlot.h"
+#include "sim/bench/RangeWatch.h"
 #include "sim/protocol/CommandParser.h"
-#include "sim/protocol/Frames.h"
-#include "sim/script/ScriptRunner.h"
-#include "values/Outcome.h"
 
 #include <functional>
 #include <memory>
@@ -36,12 +35,10 @@ public:
         std::function<Outcome(const KeptMemory&)> keep;
         /// Called before a new serial number is taken over; a failure leaves the old one. May be empty.
         std::function<Outcome(const QByteArray&)> serialChanging;
+        /// Called with a sentence for the person who runs the simulator, which no frame tells the host. May be empty.
+        std::function<void(const QString&)> tell;
         std::unique_ptr<ScriptRunner> scriptRunner; ///< none: a script is kept, but not run
     };
-
-    static constexpr int kLongestScript = 256 * 1024;
-    static constexpr Duration kTransferSilence = std::chrono::seconds(1);
-    static constexpr Duration kSpotInterval = std::chrono::milliseconds(100);
 
     Instrument(Setup setup, FrameSink& sink);
     ~Instrument() override;
@@ -55,25 +52,23 @@ public:
     QString activity() const override;
 
     const InstrumentState& state() const override { return m_state; }
-    const QByteArray& script() const { return m_script; }
-    bool scriptIsRunning() const { return m_scriptRunning; }
+    const QByteArray& script() const { return m_script.script(); }
+    bool scriptIsRunning() const { return m_script.isRunning(); }
     /// Lines that were no command since the start.
     int unknownCommands() const { return m_unknownCommands; }
     /// Sends any frame as it stands, for demonstrations and tests.
     void send(const Frame& frame) override;
 
-    /// 1 to 32 letters, digits, ".", "_" and "-", not beginning with ".".
-    static bool isSerialNumber(const QByteArray& text);
     /// Every command word, for tests and documentation.
     static QStringList commandWords();
 
 private:
-    using Handler = void (Instrument::*)(const std::string& argument);
     struct Command
     {
         const char* word;
-        Handler handler;
+        void (Instrument::*handler)(std::string_view argument);
     };
+    /// Those that do more than change a setting or a constant.
     static const std::vector<Command>& commands();
 
     // Of a script that runs on the instrument.
@@ -81,88 +76,48 @@ private:
     void finished(const Outcome& outcome) override;
 
     void takeInput(Moment now);
-    void advanceScript(Moment now);
-    bool dispatch(const std::string& word, const std::string& argument);
+    bool dispatch(std::string_view word, std::string_view argument);
 
-    void startFrequency(const std::string& argument);
-    void endFrequency(const std::string& argument);
-    void idleFrequency(const std::string& argument);
-    void spotFrequency(const std::string& argument);
-    void points(const std::string& argument);
-    void attenuation(const std::string& argument);
-    void repeat(const std::string& argument);
-    void sweepMode(const std::string& argument);
-    void period(const std::string& argument);
-    void phase(const std::string& argument);
-    void samples(const std::string& argument);
-    void linear(const std::string& argument);
-    void amplitudeTest(const std::string&);
-    void impedanceTest(const std::string&);
-    void amplitudeSpot(const std::string& argument);
-    void impedanceSpot(const std::string& argument);
-    void stopCommand(const std::string&);
-    void runScript(const std::string&);
-    void enquire(const std::string& argument);
-    void setPin(const std::string& argument);
-    void loadScript(const std::string& argument);
-    void setReferenceTrim(const std::string& argument);
-    void setDutTrim(const std::string& argument);
-    void setFrequencyCompensation(const std::string& argument);
-    void setSerial(const std::string& argument);
-    void applyCalibration(const std::string& argument);
-    void loopback(const std::string& argument);
-    void phaseCalibration(const std::string&);
-    void calibrate(const std::string& argument);
-    void slopeCalibration(const std::string&);
-    void diagnose(const std::string&);
-    void factorySettings(const std::string&);
-    void save(const std::string&);
+    void amplitudeTest(std::string_view);
+    void impedanceTest(std::string_view);
+    void amplitudeSpot(std::string_view argument);
+    void impedanceSpot(std::string_view argument);
+    void stop(std::string_view);
+    void enquire(std::string_view text);
+    void loadScript(std::string_view argument);
+    void runScript(std::string_view);
+    void setSerial(std::string_view argument);
+    void calibrate(std::string_view argument);
+    void phaseCalibration(std::string_view);
+    void slopeCalibration(std::string_view);
+    void diagnose(std::string_view);
+    void save(std::string_view);
 
     void begin(std::unique_ptr<Run> run);
-    void beginPass();
-    void measureDuePoints(int& frameBudget);
-    void passEnded();
-    void endRun(bool completed);
-    void beginSpot(TestKind kind, const std::string& argument);
-    void sendSpotLevel();
-    void sendIdleLevel();
-    void scheduleIdleLevel();
-    void stopScript();
+    void runEnded(bool completed, bool constants);
+    void beginSpot(TestKind kind, std::string_view argument);
     void takeScriptBytes(const std::string& bytes);
     void giveUpTransfer();
-    void setTrim(int InstrumentConstants::*code, const std::string& argument);
-    void setFrequency(double SweepSettings::*frequency, const std::string& argument);
+    void stopScript();
     void keepConstants();
-    void keep();
+    /// A failure is told to host and user.
+    Outcome keep();
     bool idleLevelsWanted() const;
+    void tell(const QString& sentence) const;
 
     FrameSink& m_sink;
     Setup m_setup;
     Measurement m_measurement;
+    RangeWatch m_range;
     InstrumentState m_state;
     KeptMemory m_kept;
     CommandParser m_parser;
+    RunningTest m_test;
+    Levels m_levels;
+    ScriptSlot m_script;
     Moment m_now{0};
     bool m_hostKnown = false; ///< has enquired since it came
     int m_unknownCommands = 0;
-
-    std::unique_ptr<Run> m_run;
-    std::uint64_t m_runNumber = 0;
-    int m_nextPoint = 0;
-    int m_sinceMarker = 0;
-    Moment m_pointDue{0};
-
-    std::optional<TestKind> m_spot;
-    Moment m_levelDue{0};
-    std::uint64_t m_levelNumber = 0;
-
-    std::optional<bool> m_runEndedNews; ///< for the script runner: a run is over, completed or not
-
-    QByteArray m_script;
-    bool m_scriptRunning = false;
-    bool m_transferring = false;
-    bool m_transferTooLong = false;
-    Moment m_lastTransferByte{0};
 };
 
 } // namespace sim

@@ -2,7 +2,7 @@
 #include "sim/LogPlayer.h"
 
 #include "controls/linklog/LinkLogReader.h"
-#include "sim/Instrument.h"
+#include "sim/protocol/SerialNumber.h"
 #include "values/Conversions.h"
 
 #include <QCoreApplication>
@@ -50,7 +50,7 @@ QByteArray LogPlayer::recordedSerial(const std::vector<linklog::Entry>& entries)
         if (entry.kind == linklog::Entry::FromInstrument && entry.bytes.startsWith("V:") &&
             entry.bytes.size() == static_cast<qsizetype>(kFrameSize)) {
             const QByteArray serial = entry.bytes.mid(4, static_cast<qsizetype>(kTextWidth)).trimmed();
-            return Instrument::isSerialNumber(serial) ? serial : QByteArray();
+            return isSerialNumber(serial) ? serial : QByteArray();
         }
     }
     return {};

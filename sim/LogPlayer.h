@@ -5,7 +5,7 @@
 #include "sim/Device.h"
 #include "sim/port/Pace.h"
 #include "sim/protocol/CommandParser.h"
-#include "sim/protocol/Frames.h"
+#include "sim/protocol/FrameSink.h"
 #include "values/Outcome.h"
 
 #include <QIODevice>

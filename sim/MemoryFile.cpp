@@ -1,176 +1,89 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sim/MemoryFile.h"
 
-#include "sim/Instrument.h"
+#include "files/SafeFile.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QSaveFile>
-
-#include <algorithm>
-#include <cmath>
 
 namespace sim {
 
 namespace {
 
 constexpr qint64 kLongestFile = 4 * 1024 * 1024;
-const QLatin1String kFormat("marrowick-sim memory");
+constexpr int kMostSetAside = 1000;
 
 QString tr(const char* text)
 {
     return QCoreApplication::translate("sim::MemoryFile", text);
 }
 
-/// Within the bounds, or as it was.
-void take(const QJsonObject& object, const char* key, double& value, double low, double high)
-{
-    const double number = object.value(QLatin1String(key)).toDouble(value);
-    if (number >= low && number <= high)
-        value = number;
-}
-
-void take(const QJsonObject& object, const char* key, int& value, int low, int high)
-{
-    double number = value;
-    take(object, key, number, low, high);
-    value = static_cast<int>(number);
-}
-
-void take(const QJsonObject& object, const char* key, bool& value)
-{
-    value = object.value(QLatin1String(key)).toBool(value);
-}
-
 } // namespace
 
-QString MemoryFile::defaultFileName(const QByteArray& serial)
+MemoryFile MemoryFile::ofInstrument(const QByteArray& serial)
 {
     QString folder = QFile::decodeName(qgetenv("XDG_STATE_HOME"));
     if (!QDir::isAbsolutePath(folder))
         folder = QDir::homePath() + QLatin1String("/.local/state");
-    return folder + QLatin1String("/marrowick/instruments/") + QString::fromLatin1(serial) + QLatin1String(".json");
+    return {folder + QLatin1String("/marrowick/instruments/") + QString::fromLatin1(serial) + QLatin1String(".json"),
+            true};
 }
 
-QByteArray MemoryFile::toJson(const KeptMemory& memory)
-{
-    const SweepSettings& s = memory.settings;
-    const InstrumentConstants& c = memory.constants;
-    QJsonArray deviation;
-    for (const double value : c.calibration.deviation)
-        deviation.append(value);
-    const QJsonObject settings{
-        {"startFrequency", s.startFrequency},
-        {"endFrequency", s.endFrequency},
-        {"spotFrequency", s.spotFrequency},
-        {"idleFrequency", s.idleFrequency},
-        {"points", s.points},
-        {"period", s.period},
-        {"attenuation", s.attenuation},
-        {"repeat", s.repeat},
-        {"sweepMode", s.sweepMode},
-        {"phase", s.phase},
-        {"linear", s.linear},
-        {"samples", s.samples},
-        {"pin", s.pin},
-    };
-    const QJsonObject constants{
-        {"serial", QString::fromLatin1(c.serial)},
-        {"vrefCode", c.vrefCode},
-        {"vdutCode", c.vdutCode},
-        {"frequencyCompensation", c.frequencyCompensation},
-        {"calibrationOffset", c.calibrationOffset},
-        {"calibrationSlope", c.calibrationSlope},
-        {"applyCalibration", c.applyCalibration},
-        {"calibrated", c.calibration.valid},
-        {"calibrationStamp", QString::fromLatin1(c.calibration.stamp)},
-        {"calibrationDeviation", deviation},
-    };
-    return QJsonDocument(QJsonObject{{"format", kFormat},
-                                     {"model", QLatin1String(ModelFacts::of(memory.model).name)},
-                                     {"version", 1},
-                                     {"settings", settings},
-                                     {"constants", constants},
-                                     {"script", QString::fromLatin1(memory.script.toBase64())}})
-        .toJson();
-}
-
-ValueOr<KeptMemory> MemoryFile::fromJson(const QByteArray& text)
-{
-    const QJsonObject root = QJsonDocument::fromJson(text).object();
-    if (root.value(QLatin1String("format")).toString() != kFormat || root.value(QLatin1String("version")).toInt() != 1)
-        return Outcome::failure(tr("This is not the memory of a simulated instrument."));
-    KeptMemory memory;
-    const QString model = root.value(QLatin1String("model")).toString();
-    if (model == QLatin1String(ModelFacts::of(Model::DT46).name))
-        memory.model = Model::DT46;
-    else if (model != QLatin1String(ModelFacts::of(Model::T46).name))
-        return Outcome::failure(tr("The memory is of an unknown model."));
-    SweepSettings& s = memory.settings;
-    const QJsonObject settings = root.value(QLatin1String("settings")).toObject();
-    take(settings, "startFrequency", s.startFrequency, 1, 1e9);
-    take(settings, "endFrequency", s.endFrequency, 1, 1e9);
-    take(settings, "spotFrequency", s.spotFrequency, 1, 1e9);
-    take(settings, "idleFrequency", s.idleFrequency, -1, 1e9);
-    take(settings, "points", s.points, 1, kMostPoints);
-    take(settings, "period", s.period, 0, 32767);
-    take(settings, "attenuation", s.attenuation, 0, 99);
-    take(settings, "repeat", s.repeat);
-    take(settings, "sweepMode", s.sweepMode, 0, 2);
-    take(settings, "phase", s.phase);
-    take(settings, "linear", s.linear);
-    take(settings, "samples", s.samples, 1, kMostSamples);
-    take(settings, "pin", s.pin, 1, 2);
-
-    InstrumentConstants& c = memory.constants;
-    const QJsonObject constants = root.value(QLatin1String("constants")).toObject();
-    c.serial = constants.value(QLatin1String("serial")).toString().toLatin1();
-    if (!Instrument::isSerialNumber(c.serial))
-        return Outcome::failure(tr("The memory holds no valid serial number."));
-    take(constants, "vrefCode", c.vrefCode, 0, kHighestTrimCode);
-    take(constants, "vdutCode", c.vdutCode, 0, kHighestTrimCode);
-    take(constants, "frequencyCompensation", c.frequencyCompensation, 999000, 1001000);
-    take(constants, "calibrationOffset", c.calibrationOffset, -100, 100);
-    take(constants, "calibrationSlope", c.calibrationSlope, 0.1, 10);
-    take(constants, "applyCalibration", c.applyCalibration);
-    take(constants, "calibrated", c.calibration.valid);
-    c.calibration.stamp = constants.value(QLatin1String("calibrationStamp")).toString().toLatin1().left(61);
-    for (const QJsonValue& value : constants.value(QLatin1String("calibrationDeviation")).toArray())
-        c.calibration.deviation.push_back(std::clamp(value.toDouble(), -100.0, 100.0));
-    if (c.calibration.deviation.size() != static_cast<std::size_t>(kCalibrationPoints))
-        c.calibration = Calibration();
-    memory.script = QByteArray::fromBase64(root.value(QLatin1String("script")).toString().toLatin1())
-                        .left(Instrument::kLongestScript);
-    return memory;
-}
-
-ValueOr<std::optional<KeptMemory>> MemoryFile::read() const
+ValueOr<MemoryFile::Content> MemoryFile::recall() const
 {
     QFile file(m_fileName);
     if (!file.exists())
-        return std::optional<KeptMemory>();
+        return Content();
     if (!file.open(QIODevice::ReadOnly))
         return Outcome::failure(tr("The memory file \"%1\" cannot be read: %2.").arg(m_fileName, file.errorString()));
-    const ValueOr<KeptMemory> memory = fromJson(file.read(kLongestFile));
-    if (!memory)
-        return Outcome::failure(
-            tr("Memory file \"%1\": %2 Remove it or choose another with --memory.").arg(m_fileName, memory.sentence()));
-    return std::optional(memory.value());
+    const QByteArray text = file.read(kLongestFile + 1);
+    if (file.error() != QFileDevice::NoError)
+        return Outcome::failure(tr("The memory file \"%1\" cannot be read: %2.").arg(m_fileName, file.errorString()));
+    file.close();
+    const ValueOr<KeptMemory> memory = KeptMemory::fromJson(text);
+    if (memory)
+        return Content{memory.value(), {}};
+    switch (KeptMemory::judge(text)) {
+    case KeptMemory::Unreadable::Damaged:
+        return setAside(memory.sentence());
+    case KeptMemory::Unreadable::SomethingElse:
+        if (m_own)
+            return setAside(memory.sentence());
+        break;
+    case KeptMemory::Unreadable::OtherVersion:
+        break;
+    }
+    return Outcome::failure(tr("\"%1\": %2 Choose another file with --memory.").arg(m_fileName, memory.sentence()));
+}
+
+ValueOr<MemoryFile::Content> MemoryFile::setAside(const QString& reason) const
+{
+    for (int number = 1; number <= kMostSetAside; ++number) {
+        const QString aside = m_fileName + QStringLiteral(".damaged-%1").arg(number);
+        if (QFileInfo::exists(aside) || QFileInfo(aside).isSymLink())
+            continue;
+        QFile file(m_fileName);
+        if (!file.rename(aside))
+            return Outcome::failure(tr("The memory file \"%1\" is damaged and cannot be set aside as \"%2\": %3.")
+                                        .arg(m_fileName, aside, file.errorString()));
+        return Content{{},
+                       tr("The memory file \"%1\" is damaged and was set aside as \"%2\": %3 The instrument begins "
+                          "as a new one.")
+                           .arg(m_fileName, aside, reason)};
+    }
+    return Outcome::failure(
+        tr("The memory file \"%1\" is damaged, and too many damaged ones stand beside it.").arg(m_fileName));
 }
 
 Outcome MemoryFile::write(const KeptMemory& memory) const
 {
-    QDir().mkpath(QFileInfo(m_fileName).path());
-    QSaveFile file(m_fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(toJson(memory)) < 0 || !file.commit())
+    const QString folder = QFileInfo(m_fileName).path();
+    if (!QDir().mkpath(folder))
         return Outcome::failure(
-            tr("The memory file \"%1\" cannot be written: %2.").arg(m_fileName, file.errorString()));
-    return Outcome::success();
+            tr("The memory file \"%1\" cannot be written: its folder cannot be made.").arg(m_fileName));
+    return files::writeFile(m_fileName, memory.toJson());
 }
 
 } // namespace sim

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sim/Options.h"
 
-#include "sim/Instrument.h"
+#include "sim/protocol/SerialNumber.h"
 #include "values/Conversions.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QFile>
 
 #include <vector>
 
@@ -52,10 +53,18 @@ Outcome applyModel(Options& options, const QString& value)
 
 Outcome applySerial(Options& options, const QString& value)
 {
-    if (!Instrument::isSerialNumber(value.toLatin1()) || value.toLatin1() != value.toUtf8())
+    if (!isSerialNumber(value.toLatin1()) || value.toLatin1() != value.toUtf8())
         return wrong("\"%1\" is no serial number: it has up to 32 letters, digits, dots, dashes and underscores.",
                      value);
     options.serial = value.toLatin1();
+    return Outcome::success();
+}
+
+Outcome applyNotOn(Options& options, const QString& value)
+{
+    if (!value.startsWith(QLatin1String("/dev/")))
+        return wrong("Behind --not-on stands a terminal device such as /dev/pts/3, not \"%1\".", value);
+    options.notOn = QFile::encodeName(value);
     return Outcome::success();
 }
 
@@ -114,6 +123,11 @@ const std::vector<Declaration>& declarations()
         {"serial", "SERIAL",
          QT_TRANSLATE_NOOP("sim::Options", "Serial number. Default: the first free one, such as T46-0001."),
          applySerial},
+        {"not-on", "DEVICE",
+         QT_TRANSLATE_NOOP("sim::Options",
+                           "Come up on another terminal than this one, as an instrument that was plugged "
+                           "into another socket."),
+         applyNotOn},
         {"part", "NAME|FILE",
          QT_TRANSLATE_NOOP("sim::Options", "The part in the jig: a shipped one or a JSON file. Default: langevin40k."),
          [](Options& options, const QString& value) {
@@ -144,8 +158,8 @@ const std::vector<Declaration>& declarations()
              return Outcome::success();
          }},
         {"seed", "NUMBER",
-         QT_TRANSLATE_NOOP("sim::Options",
-                           "Fixes the noise, the faults and the temper of this instrument. Default: 1."),
+         QT_TRANSLATE_NOOP("sim::Options", "Fixes the noise, the faults and the temper of this instrument, so that a "
+                                           "run can be had again. Default: 1."),
          applySeed},
         {"noise", "FACTOR",
          QT_TRANSLATE_NOOP("sim::Options",

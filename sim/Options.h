@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "sim/port/Faults.h"
+#include "sim/port/FaultPlan.h"
 #include "sim/port/Pace.h"
-#include "sim/protocol/InstrumentState.h"
+#include "sim/protocol/ModelFacts.h"
 #include "values/Outcome.h"
 
 #include <QString>
@@ -21,6 +21,7 @@ struct Options
     bool listParts = false;
     Model model = Model::T46;
     std::optional<QByteArray> serial; ///< else the first free number of the model, for example T46-0001
+    QByteArray notOn;                 ///< terminal device that it must not come up on; empty for none
     QString part = QStringLiteral("langevin40k");
     QString replay; ///< file; empty for none
     Pace pace;

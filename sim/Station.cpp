@@ -33,11 +33,12 @@ QString tr(const char* text)
 
 } // namespace
 
-Station::Station(Device& device, Line& line, DeviceEntry& entry, StatusLine& status)
+Station::Station(Device& device, Line& line, DeviceEntry& entry, StatusLine& status, const QByteArray& notOn)
     : m_device(device)
     , m_line(line)
     , m_entry(entry)
     , m_status(status)
+    , m_port(notOn)
 {}
 
 Moment Station::clock()

@@ -4,7 +4,7 @@
 #include "sim/Device.h"
 #include "sim/StatusLine.h"
 #include "sim/port/DeviceEntry.h"
-#include "sim/port/Faults.h"
+#include "sim/port/Line.h"
 #include "sim/port/PtyPort.h"
 
 namespace sim {
@@ -20,8 +20,8 @@ public:
     /// How long the cable stays out after the fault "unplug".
     static constexpr Duration kUnpluggedTime = std::chrono::milliseconds(1500);
 
-    /// All four outlive the station. The entry has been claimed.
-    Station(Device& device, Line& line, DeviceEntry& entry, StatusLine& status);
+    /// All four outlive the station. The entry has been claimed. The port is on any terminal but notOn.
+    Station(Device& device, Line& line, DeviceEntry& entry, StatusLine& status, const QByteArray& notOn = {});
 
     /// Opens the port and publishes the entry.
     Outcome plugIn();

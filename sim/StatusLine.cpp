@@ -51,4 +51,12 @@ void StatusLine::show(const QString& steady, const QString& moving, Moment now)
     std::fflush(m_stream);
 }
 
+void StatusLine::say(const QString& sentence)
+{
+    std::fprintf(m_stream, "%smarrowick-sim: %s\n", m_lineOpen ? "\r\033[K" : "", sentence.toLocal8Bit().constData());
+    std::fflush(m_stream);
+    m_lineOpen = false;
+    m_next = Moment(0);
+}
+
 } // namespace sim

@@ -23,6 +23,8 @@ public:
     void show(const QString& steady, const QString& moving, Moment now);
     /// When a text that came too early is worth showing.
     bool wanted(Moment now) const { return m_enabled && now >= m_next; }
+    /// A line of its own that stays, shown whether the status is enabled or not.
+    void say(const QString& sentence);
     bool enabled() const { return m_enabled; }
 
 private:

@@ -126,4 +126,9 @@ std::complex<double> MeasuredTable::impedance(double frequencyHz) const
     return polar(low.modulus * std::pow(above->modulus / low.modulus, share), low.phase + turn * share);
 }
 
+std::optional<Specimen::Range> MeasuredTable::knownRange() const
+{
+    return Range{m_points.front().frequency, m_points.back().frequency};
+}
+
 } // namespace sim

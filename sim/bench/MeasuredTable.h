@@ -32,6 +32,8 @@ public:
     static ValueOr<MeasuredTable> fromCsv(const QByteArray& text, const QString& name);
 
     std::complex<double> impedance(double frequencyHz) const override;
+    /// From the first point to the last.
+    std::optional<Range> knownRange() const override;
     QString name() const override { return m_name; }
     /// By rising frequency.
     const std::vector<Point>& points() const { return m_points; }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sim/bench/Measurement.h"
 
+#include "sim/bench/Random.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>

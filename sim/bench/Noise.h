@@ -21,24 +21,4 @@ private:
     std::uint64_t m_seed;
 };
 
-/// A stream of random numbers (SplitMix64 of Steele, Lea and Flood, 2014).
-class Random
-{
-public:
-    explicit Random(std::uint64_t seed)
-        : m_state(seed)
-    {}
-
-    std::uint64_t next();
-    /// From 0 to limit - 1; limit above 0.
-    std::uint64_t below(std::uint64_t limit) { return next() % limit; }
-    /// From low to below high.
-    double uniform(double low, double high);
-    /// True once in that many calls on average; never for 0.
-    bool onceIn(std::uint64_t calls) { return calls != 0 && below(calls) == 0; }
-
-private:
-    std::uint64_t m_state;
-};
-
 } // namespace sim

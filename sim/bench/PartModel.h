@@ -2,10 +2,6 @@
 #pragma once
 
 #include "sim/bench/Specimen.h"
-#include "values/Outcome.h"
-
-#include <QByteArray>
-#include <QStringList>
 
 #include <optional>
 #include <vector>
@@ -37,30 +33,9 @@ struct MotionalBranch
 class PartModel : public Specimen
 {
 public:
-    static constexpr int kLongestFile = 1024 * 1024;
-    static constexpr int kMostBranches = 256;
-
-    /// From the JSON text of a part file. Every entry is checked; an entry that is not known is refused, since it is
-    /// most often a misspelt one. The sentence of a failure names the entry and what is expected there.
-    ///
-    ///     { "name": "40 kHz Langevin transducer",     text, needed
-    ///       "source": "where the figures come from",  text
-    ///       "seriesResistance": 0.1,                  Ohm, 0 or more; default 0
-    ///       "staticCapacitance": 4e-9,                Farad, 0 or more; default 0
-    ///       "leakageResistance": 1e9,                 Ohm, above 0; default none
-    ///       "branches": [ { "resistance": 15, ... } ] default none
-    ///     }
-    ///
-    /// A branch has "resistance" (Ohm) and, at choice, "inductance" (Henry), "capacitance" (Farad), both, "resonance"
-    /// (Hz) with one of the two, or "resonance" with "quality".
-    static ValueOr<PartModel> fromJson(const QByteArray& text);
-    /// A shipped part by its short name, or else a file.
-    static ValueOr<PartModel> load(const QString& nameOrFile);
-    /// Short names of the shipped parts, in alphabetical order.
-    static QStringList shippedNames();
-
-    PartModel(QString name, double seriesResistance, double staticCapacitance, std::optional<double> leakageResistance,
-              std::vector<MotionalBranch> branches);
+    /// The source tells people where the figures come from.
+    PartModel(QString name, QString source, double seriesResistance, double staticCapacitance,
+              std::optional<double> leakageResistance, std::vector<MotionalBranch> branches);
 
     std::complex<double> impedance(double frequencyHz) const override;
     QString name() const override { return m_name; }

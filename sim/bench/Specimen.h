@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <complex>
+#include <optional>
 
 namespace sim {
 
@@ -14,6 +15,12 @@ public:
     virtual ~Specimen() = default;
     /// Ohm, at a frequency above 0 Hz. Finite and never exactly 0.
     virtual std::complex<double> impedance(double frequencyHz) const = 0;
+    struct Range
+    {
+        double low, high; ///< Hz
+    };
+    /// Where impedance() is founded on something; nothing for a specimen that is known at every frequency.
+    virtual std::optional<Range> knownRange() const { return {}; }
     /// For people, for example "40 kHz Langevin transducer".
     virtual QString name() const = 0;
 };

@@ -20,12 +20,40 @@ QString tr(const char* text)
     return QCoreApplication::translate("sim::DeviceEntry", text);
 }
 
+bool isOwnFolder(const QByteArray& path)
+{
+    struct stat folder = {};
+    return ::stat(path.constData(), &folder) == 0 && S_ISDIR(folder.st_mode) && folder.st_uid == ::geteuid();
+}
+
+bool hasTemporaryFolder()
+{
+    const QString folder = QDir::tempPath();
+    return QDir::isAbsolutePath(folder) && QDir(folder).exists() && !QDir(folder).isRoot();
+}
+
+/// Empty when it is no symbolic link.
+QByteArray targetOf(const QByteArray& path)
+{
+    char target[4096];
+    const ssize_t length = ::readlink(path.constData(), target, sizeof target);
+    return length < 0 ? QByteArray() : QByteArray(target, static_cast<qsizetype>(length));
+}
+
 } // namespace
 
-QByteArray DeviceEntry::runtimeFolder()
+ValueOr<QByteArray> DeviceEntry::runtimeFolder()
 {
-    return QFile::encodeName(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) +
-                             QLatin1String("/marrowick"));
+    const QByteArray given = qgetenv("XDG_RUNTIME_DIR");
+    // Asking QStandardPaths would make the folder wherever the program stands, or, without a folder for temporary
+    // files, in the root of the file system.
+    const bool relative = !given.isEmpty() && !given.startsWith('/');
+    const bool astray = relative || (!isOwnFolder(given) && !hasTemporaryFolder());
+    const QString folder = astray ? QString() : QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    if (folder.isEmpty())
+        return Outcome::failure(tr("There is no runtime folder in which hosts could find the instrument. Set "
+                                   "XDG_RUNTIME_DIR to a folder of your own with mode 0700."));
+    return QFile::encodeName(folder + QLatin1String("/marrowick"));
 }
 
 DeviceEntry::~DeviceEntry()
@@ -37,8 +65,12 @@ Outcome DeviceEntry::claim(const QByteArray& serial)
 {
     if (serial == m_serial)
         return Outcome::success();
-    if (m_folder.isEmpty())
-        m_folder = runtimeFolder();
+    if (m_folder.isEmpty()) {
+        const ValueOr<QByteArray> folder = runtimeFolder();
+        if (!folder)
+            return Outcome::failure(folder.sentence());
+        m_folder = folder.value();
+    }
     const QString base = QFile::decodeName(m_folder);
     if (!QDir().mkpath(base + QLatin1String("/locks")) || !QDir().mkpath(base + QLatin1String("/devices")))
         return Outcome::failure(tr("The folder \"%1\" cannot be made.").arg(base));
@@ -77,7 +109,7 @@ Outcome DeviceEntry::publish(const QByteArray& devicePath)
 
 void DeviceEntry::withdraw()
 {
-    if (!m_target.isEmpty())
+    if (!m_target.isEmpty() && targetOf(linkPath()) == m_target)
         ::unlink(linkPath().constData());
     m_target.clear();
 }

@@ -28,15 +28,18 @@ public:
     Outcome claim(const QByteArray& serial);
     /// Points the entry to the device, replacing whatever entry of that name was left behind. After claim().
     Outcome publish(const QByteArray& devicePath);
-    /// Removes the entry, as at an unplugging; the serial number stays reserved.
+    /// Removes the entry, as at an unplugging; the serial number stays reserved. An entry of that name that somebody
+    /// else has made since is left alone.
     void withdraw();
 
     QByteArray serial() const { return m_serial; }
     /// Where the link of the claimed serial number stands.
     QByteArray linkPath() const { return m_folder + "/devices/" + m_serial; }
 
-    /// $XDG_RUNTIME_DIR/marrowick; QStandardPaths warns about and replaces a runtime folder that others may write to.
-    static QByteArray runtimeFolder();
+    /// Where hosts look: $XDG_RUNTIME_DIR/marrowick. Without a runtime folder, or with one that is not the user's own,
+    /// it is in a folder "runtime-USER" of mode 0700 in the folder for temporary files, as QStandardPaths has it for
+    /// hosts too. A failure says that there is neither.
+    static ValueOr<QByteArray> runtimeFolder();
 
 private:
     void release();

@@ -14,6 +14,26 @@
 
 namespace sim {
 
+const char* PtyPort::openMaster(int& avoided)
+{
+    m_master = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    if (m_master < 0)
+        return "posix_openpt";
+    if (::grantpt(m_master) != 0)
+        return "grantpt";
+    if (::unlockpt(m_master) != 0)
+        return "unlockpt";
+    char path[128];
+    if (::ptsname_r(m_master, path, sizeof path) != 0)
+        return "ptsname";
+    m_devicePath = path;
+    if (m_devicePath != m_notOn || avoided >= 0)
+        return nullptr;
+    // As long as it is open nobody is given it again, so the next one is another.
+    avoided = std::exchange(m_master, -1);
+    return openMaster(avoided);
+}
+
 Outcome PtyPort::open()
 {
     close();
@@ -24,21 +44,19 @@ Outcome PtyPort::open()
             QCoreApplication::translate("sim::PtyPort", "No pseudo-terminal could be opened (%1): %2.")
                 .arg(QLatin1String(step), reason));
     };
-    m_master = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-    if (m_master < 0)
-        return failed("posix_openpt");
-    if (::grantpt(m_master) != 0)
-        return failed("grantpt");
-    if (::unlockpt(m_master) != 0)
-        return failed("unlockpt");
-    char path[128];
-    if (::ptsname_r(m_master, path, sizeof path) != 0)
-        return failed("ptsname");
-    m_devicePath = path;
+    int avoided = -1;
+    const char* const failedStep = openMaster(avoided);
+    const int reasonOfStep = errno;
+    if (avoided >= 0)
+        ::close(avoided);
+    errno = reasonOfStep;
+    if (failedStep)
+        return failed(failedStep);
+    const QByteArray path = m_devicePath;
 
     // Opened once from the host's side: the raw mode set there stays, so that nothing is echoed to a host that has not
     // set its own yet; and closing it makes "no host" the same state at the beginning as it is later.
-    const int device = ::open(path, O_RDWR | O_NOCTTY | O_CLOEXEC);
+    const int device = ::open(path.constData(), O_RDWR | O_NOCTTY | O_CLOEXEC);
     if (device < 0)
         return failed("open");
     termios mode;

@@ -6,6 +6,7 @@
 #include <QByteArray>
 
 #include <cstddef>
+#include <utility>
 
 namespace sim {
 
@@ -13,7 +14,10 @@ namespace sim {
 class PtyPort
 {
 public:
-    PtyPort() = default;
+    /// Opens on any terminal but that one.
+    explicit PtyPort(QByteArray notOn = {})
+        : m_notOn(std::move(notOn))
+    {}
     ~PtyPort() { close(); }
     PtyPort(const PtyPort&) = delete;
     PtyPort& operator=(const PtyPort&) = delete;
@@ -36,6 +40,10 @@ public:
     void discardOutput();
 
 private:
+    /// The step that failed, errno set; nothing after success. The terminal to be avoided is left open in avoided.
+    const char* openMaster(int& avoided);
+
+    QByteArray m_notOn;
     int m_master = -1;
     QByteArray m_devicePath;
 };

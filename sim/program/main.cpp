@@ -7,17 +7,16 @@
 #include "sim/Replay.h"
 #include "sim/Station.h"
 #include "sim/StatusLine.h"
-#include "sim/bench/PartModel.h"
+#include "sim/bench/PartFile.h"
 #include "sim/port/DeviceEntry.h"
+#include "sim/program/EndSignals.h"
 #include "sim/script/FrameScript.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QTextStream>
 
-#include <csignal>
 #include <cstdio>
-#include <fcntl.h>
 #include <unistd.h>
 
 namespace {
@@ -28,28 +27,6 @@ enum ExitCode
     kFailure = 1,
     kUsage = 2
 };
-
-int g_endPipe[2] = {-1, -1};
-
-void askToEnd(int)
-{
-    const char byte = 0;
-    // Nothing can be done about a failure here; a full pipe means that the end was asked for before.
-    [[maybe_unused]] const ssize_t written = ::write(g_endPipe[1], &byte, 1);
-}
-
-bool installSignals()
-{
-    if (::pipe2(g_endPipe, O_CLOEXEC | O_NONBLOCK) != 0)
-        return false;
-    struct sigaction action = {};
-    action.sa_handler = askToEnd;
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
-        ::sigaction(signal, &action, nullptr);
-    action.sa_handler = SIG_IGN;
-    ::sigaction(SIGPIPE, &action, nullptr);
-    return true;
-}
 
 int complain(const QString& sentence, ExitCode code)
 {
@@ -64,10 +41,21 @@ QString tr(const char* text)
 
 void listParts(QTextStream& out)
 {
-    for (const QString& name : sim::PartModel::shippedNames()) {
-        const ValueOr<sim::PartModel> part = sim::PartModel::load(name);
+    for (const QString& name : sim::partfile::shippedNames()) {
+        const ValueOr<sim::PartModel> part = sim::partfile::load(name);
         out << name.leftJustified(14) << (part ? part.value().name() : part.sentence()) << '\n';
     }
+}
+
+/// For people, with the range of one that is not known at every frequency.
+QString describe(const sim::Specimen& specimen)
+{
+    const std::optional<sim::Specimen::Range> known = specimen.knownRange();
+    return known ? tr("%1, from %2 to %3 Hz")
+                       .arg(specimen.name())
+                       .arg(known->low, 0, 'g', 10)
+                       .arg(known->high, 0, 'g', 10)
+                 : specimen.name();
 }
 
 /// The part or the table that the options name; the setup of a link log's replay is left alone.
@@ -77,7 +65,7 @@ Outcome chooseSpecimen(const sim::Options& options, const sim::Replay& replay, s
     setup.specimen = replay.table;
     if (setup.specimen)
         return Outcome::success();
-    const ValueOr<sim::PartModel> part = sim::PartModel::load(options.part);
+    const ValueOr<sim::PartModel> part = sim::partfile::load(options.part);
     if (!part)
         return Outcome::failure(part.sentence());
     setup.specimen = std::make_shared<sim::PartModel>(part.value());
@@ -98,15 +86,18 @@ Outcome chooseScript(const QString& fileName, sim::Instrument::Setup& setup)
     return Outcome::success();
 }
 
-Outcome recall(const QString& fileName, sim::Instrument::Setup& setup)
+Outcome recall(const sim::MemoryFile& file, sim::Instrument::Setup& setup, sim::StatusLine& status)
 {
-    ValueOr<std::optional<sim::KeptMemory>> kept = sim::MemoryFile(fileName).read();
-    if (!kept)
-        return Outcome::failure(kept.sentence());
-    setup.memory = std::move(kept.value());
+    ValueOr<sim::MemoryFile::Content> content = file.recall();
+    if (!content)
+        return Outcome::failure(content.sentence());
+    if (!content.value().notice.isEmpty())
+        status.say(content.value().notice);
+    setup.memory = std::move(content.value().memory);
     if (setup.memory && setup.memory->model != setup.model)
-        return Outcome::failure(tr("\"%1\" is the memory of a %2. Choose --model %2, or another serial number.")
-                                    .arg(fileName, QLatin1String(sim::ModelFacts::of(setup.memory->model).name)));
+        return Outcome::failure(
+            tr("\"%1\" is the memory of a %2. Choose --model %2, or another serial number.")
+                .arg(file.fileName(), QLatin1String(sim::ModelFacts::of(setup.memory->model).name)));
     return Outcome::success();
 }
 
@@ -128,11 +119,18 @@ Outcome claimSerial(const sim::Options& options, const QByteArray& known, sim::D
     return claimed;
 }
 
-int serve(const sim::Options& options, sim::Device& device, sim::Line& line, sim::DeviceEntry& entry,
+/// What every way of running needs.
+struct Session
+{
+    const sim::Options& options;
+    sim::StatusLine& status;
+    int endDescriptor;
+};
+
+int serve(const Session& session, sim::Device& device, sim::Line& line, sim::DeviceEntry& entry,
           const QString& introduction)
 {
-    sim::StatusLine status(stderr, options.status || ::isatty(STDERR_FILENO) == 1);
-    sim::Station station(device, line, entry, status);
+    sim::Station station(device, line, entry, session.status, session.options.notOn);
     if (const Outcome plugged = station.plugIn(); !plugged)
         return complain(plugged.sentence(), kFailure);
     QTextStream out(stdout);
@@ -140,26 +138,29 @@ int serve(const sim::Options& options, sim::Device& device, sim::Line& line, sim
         << tr("\nDevice %1, listed as %2. Ctrl+C ends it.\n")
                .arg(QString::fromLocal8Bit(station.devicePath()), QString::fromLocal8Bit(entry.linkPath()));
     out.flush();
-    const Outcome ran = station.run(g_endPipe[0]);
+    const Outcome ran = station.run(session.endDescriptor);
     return ran ? kSuccess : complain(ran.sentence(), kFailure);
 }
 
-int playLog(const sim::Options& options, sim::Replay& replay)
+int playLog(const Session& session, sim::Replay& replay)
 {
+    const sim::Options& options = session.options;
     sim::DeviceEntry entry;
     if (const Outcome claimed = claimSerial(options, sim::LogPlayer::recordedSerial(replay.log), entry); !claimed)
         return complain(claimed.sentence(), kFailure);
     sim::Line line(options.faults, options.seed);
     const auto entries = replay.log.size();
     sim::LogPlayer player(std::move(replay.log), entry.serial(), options.pace, line);
-    return serve(options, player, line, entry,
+    return serve(session, player, line, entry,
                  tr("Recording of an instrument, %1 entries, as serial number %2.")
                      .arg(entries)
                      .arg(QString::fromLatin1(entry.serial())));
 }
 
-int runInstrument(const sim::Options& options, const sim::Replay& replay)
+int runInstrument(const Session& session, const sim::Replay& replay)
 {
+    const sim::Options& options = session.options;
+    sim::StatusLine& status = session.status;
     sim::Instrument::Setup setup;
     setup.model = options.model;
     setup.seed = options.seed;
@@ -174,7 +175,7 @@ int runInstrument(const sim::Options& options, const sim::Replay& replay)
 
     const bool ownFile = options.memory && !options.memory->isEmpty();
     if (ownFile) {
-        if (const Outcome recalled = recall(*options.memory, setup); !recalled)
+        if (const Outcome recalled = recall(sim::MemoryFile(*options.memory), setup, status); !recalled)
             return complain(recalled.sentence(), kFailure);
     }
     sim::DeviceEntry entry;
@@ -183,24 +184,25 @@ int runInstrument(const sim::Options& options, const sim::Replay& replay)
         !claimed)
         return complain(claimed.sentence(), kFailure);
     if (!options.memory) {
-        if (const Outcome recalled = recall(sim::MemoryFile::defaultFileName(entry.serial()), setup); !recalled)
+        if (const Outcome recalled = recall(sim::MemoryFile::ofInstrument(entry.serial()), setup, status); !recalled)
             return complain(recalled.sentence(), kFailure);
     }
     if (!options.memory || ownFile)
         setup.keep = [file = options.memory](const sim::KeptMemory& content) {
             // An instrument that has been given another serial number is found again under that one.
-            return sim::MemoryFile(file ? *file : sim::MemoryFile::defaultFileName(content.constants.serial))
+            return (file ? sim::MemoryFile(*file) : sim::MemoryFile::ofInstrument(content.constants.serial))
                 .write(content);
         };
+    setup.tell = [&status](const QString& sentence) { status.say(sentence); };
     setup.serial = entry.serial();
     setup.serialChanging = [&entry](const QByteArray& serial) { return entry.claim(serial); };
 
     const QString introduction = tr("%1 with serial number %2 measures: %3.")
                                      .arg(QLatin1String(sim::ModelFacts::of(options.model).name),
-                                          QString::fromLatin1(entry.serial()), setup.specimen->name());
+                                          QString::fromLatin1(entry.serial()), describe(*setup.specimen));
     sim::Line line(options.faults, options.seed);
     sim::Instrument instrument(std::move(setup), line);
-    return serve(options, instrument, line, entry, introduction);
+    return serve(session, instrument, line, entry, introduction);
 }
 
 } // namespace
@@ -232,7 +234,10 @@ int main(int argc, char** argv)
             return complain(loaded.sentence(), kUsage);
         replay = std::move(loaded.value());
     }
-    if (!installSignals())
+    const int endDescriptor = sim::endDescriptor();
+    if (endDescriptor < 0)
         return complain(tr("The signals of the system cannot be caught."), kFailure);
-    return replay.log.empty() ? runInstrument(options, replay) : playLog(options, replay);
+    sim::StatusLine status(stderr, options.status || ::isatty(STDERR_FILENO) == 1);
+    const Session session{options, status, endDescriptor};
+    return replay.log.empty() ? runInstrument(session, replay) : playLog(session, replay);
 }

@@ -41,14 +41,4 @@ inline char frameCode(const Frame& frame)
     return frame[0];
 }
 
-/// Where frames of a device go.
-class FrameSink
-{
-public:
-    virtual ~FrameSink() = default;
-    virtual void send(const Frame& frame) = 0;
-    /// Bytes as they stand, which need not be a frame.
-    virtual void sendRaw(std::string_view bytes) = 0;
-};
-
 } // namespace sim

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Part files from anywhere: refused with a sentence, or a part that has a finite impedance at every frequency.
-#include "sim/bench/PartModel.h"
+#include "sim/bench/PartFile.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -8,7 +8,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const QByteArray text(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
-    const ValueOr<sim::PartModel> part = sim::PartModel::fromJson(text);
+    const ValueOr<sim::PartModel> part = sim::partfile::fromJson(text);
     if (!part) {
         if (part.sentence().isEmpty())
             std::abort();

@@ -1,19 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "sim/bench/Random.h"
 #include "tests/sim/SimBench.h"
 
 #include <set>
-
-namespace {
-
-std::string codesOf(const std::vector<ReadFrame>& frames)
-{
-    std::string codes;
-    for (const ReadFrame& frame : frames)
-        codes += frame.code;
-    return codes;
-}
-
-} // namespace
 
 TEST(InstrumentCommands, EnquireIsAnsweredWithEverythingAndAClosingX)
 {
@@ -115,10 +104,10 @@ TEST(InstrumentCommands, EveryChangeIsReportedByTheFrameThatCarriesIt)
     EXPECT_EQ(frame.n3, 64);
     EXPECT_EQ(answer("linear 1").n4, 1);
     EXPECT_EQ(answer("linear 0").n4, 0);
-    frame = answer("setpin 2");
+    frame = answer("setpin 23");
     EXPECT_EQ(frame.code, 'J');
     EXPECT_EQ(frame.i, 2);
-    EXPECT_EQ(answer("setpin1").i, 1);
+    EXPECT_EQ(answer("setpin 11").i, 1);
     frame = answer("setvref 0 0");
     EXPECT_EQ(frame.code, 'C');
     EXPECT_EQ(frame.n4, 0);
@@ -251,14 +240,40 @@ TEST(InstrumentCommands, AMemoryBringsSettingsAndConstantsBack)
     EXPECT_EQ(second.instrument->script(), QByteArray("abcd"));
 }
 
-TEST(InstrumentCommands, AMemoryThatCannotBeWrittenIsToldToTheUser)
+TEST(InstrumentCommands, AMemoryThatCannotBeWrittenIsToldAndNotSaidToBeSaved)
 {
     SimBench bench([](sim::Instrument::Setup& setup) {
         setup.keep = [](const sim::KeptMemory&) { return Outcome::failure(QStringLiteral("disk full")); };
     });
     const std::vector<ReadFrame> frames = bench.ask("save");
-    EXPECT_EQ(frames.at(0).code, 'T');
+    EXPECT_EQ(codesOf(frames), "T");
     EXPECT_EQ(frames.at(0).field, '1');
+    EXPECT_EQ(frames.at(0).text, "The instrument could not write its memory.");
+    EXPECT_EQ(bench.told, QStringList("disk full"));
+    EXPECT_EQ(codesOf(bench.ask("setvref 9 0")), "TC") << "a constant is kept at once";
+    EXPECT_EQ(codesOf(bench.ask("setvref 9 0")), "TC") << "and tried again when it is set again";
+}
+
+TEST(InstrumentCommands, ThePinsDigitIsFollowedDirectlyByThePensNumber)
+{
+    SimBench bench;
+    const auto chosen = [&bench](const char* command) {
+        const std::vector<ReadFrame> answer = bench.ask(command);
+        EXPECT_EQ(codesOf(answer), "J") << command;
+        const int pin = answer.empty() ? 0 : answer[0].i;
+        EXPECT_EQ(pin, bench.instrument->state().settings.pin);
+        return std::pair(pin, bench.instrument->state().pen);
+    };
+    EXPECT_EQ(chosen("setpin 23"), std::pair(2, 3));
+    EXPECT_EQ(chosen("setpin 110"), std::pair(1, 10));
+    EXPECT_EQ(chosen("setpin 21"), std::pair(2, 1));
+    EXPECT_EQ(chosen("setpin 11"), std::pair(1, 1));
+    EXPECT_EQ(chosen("setpin 210"), std::pair(2, 10));
+    for (const char* wrong :
+         {"setpin", "setpin 33", "setpin 10", "setpin 111", "setpin 20", "setpin 1 1", "setpin 12.0", "setpin x"})
+        EXPECT_EQ(chosen(wrong), std::pair(2, 10)) << wrong;
+    EXPECT_EQ(chosen("setpin 1"), std::pair(1, 0)) << "a pin without a pen";
+    EXPECT_TRUE(bench.ask("setpin2").empty()) << "the blank belongs to the word";
 }
 
 TEST(InstrumentCommands, ASerialNumberIsRefusedWhenItIsNoneOrInUse)
@@ -276,15 +291,4 @@ TEST(InstrumentCommands, ASerialNumberIsRefusedWhenItIsNoneOrInUse)
     free = true;
     EXPECT_EQ(codesOf(bench.ask("setserial T46-9")), "V");
     EXPECT_EQ(bench.instrument->serial(), QByteArray("T46-9"));
-}
-
-TEST(InstrumentCommands, WhatASerialNumberIs)
-{
-    EXPECT_TRUE(sim::Instrument::isSerialNumber("T46-0001"));
-    EXPECT_TRUE(sim::Instrument::isSerialNumber("a.b_c"));
-    EXPECT_FALSE(sim::Instrument::isSerialNumber(""));
-    EXPECT_FALSE(sim::Instrument::isSerialNumber("."));
-    EXPECT_FALSE(sim::Instrument::isSerialNumber("a/b"));
-    EXPECT_FALSE(sim::Instrument::isSerialNumber("a b"));
-    EXPECT_FALSE(sim::Instrument::isSerialNumber(QByteArray(33, 'a')));
 }

@@ -43,7 +43,7 @@ TEST(Options, EachIsTakenOver)
                                     "--memory",   "m.json",        "--script-frames",
                                     "s.txt",      "--idle-levels", "0",
                                     "--firmware", "1.23",          "--noise",
-                                    "0.5",        "--status"});
+                                    "0.5",        "--status",      "--not-on=/dev/pts/7"});
     EXPECT_EQ(options.model, sim::Model::DT46);
     EXPECT_EQ(*options.serial, QByteArray("DT46-9"));
     EXPECT_EQ(options.part, QString("open"));
@@ -58,6 +58,7 @@ TEST(Options, EachIsTakenOver)
     EXPECT_EQ(options.firmwareMinor, 23);
     EXPECT_EQ(*options.noise, 0.5);
     EXPECT_TRUE(options.status);
+    EXPECT_EQ(options.notOn, QByteArray("/dev/pts/7"));
 }
 
 TEST(Options, TheFirmwareIsAsOldAsTheProgramUnlessItIsChosen)
@@ -88,6 +89,8 @@ TEST(Options, MistakesAreAnsweredWithWhatToWriteInstead)
     EXPECT_EQ(complaint({"--firmware", "1"}), QString("Behind --firmware stands a version such as 1.28, not \"1\"."));
     EXPECT_EQ(complaint({"--idle-levels", "many"}),
               QString("Behind --idle-levels stands a number from 0 to 100, not \"many\"."));
+    EXPECT_EQ(complaint({"--not-on", "3"}),
+              QString("Behind --not-on stands a terminal device such as /dev/pts/3, not \"3\"."));
     EXPECT_EQ(complaint({"--noise", "loud"}), QString("Behind --noise stands a number from 0 to 1000, not \"loud\"."));
     EXPECT_EQ(complaint({"--rate", "5", "--fast"}), QString("Choose one of --rate and --fast."));
     EXPECT_EQ(complaint({"--part", "open", "--replay", "x"}), QString("Choose one of --part and --replay."));
@@ -101,9 +104,9 @@ TEST(Options, TheHelpNamesEveryOptionAndFaultWithinEightyColumns)
 {
     const QString help = Options::helpText();
     for (const char* word :
-         {"--model",    "--serial", "--part",    "--list-parts", "--replay",    "--rate",          "--fast",
-          "--seed",     "--noise",  "--fault",   "--memory",     "--no-memory", "--script-frames", "--idle-levels",
-          "--firmware", "--status", "--version", "--help",       "garbage",     "non-numeric"})
+         {"--model",       "--serial",   "--not-on", "--part",    "--list-parts", "--replay",    "--rate",
+          "--fast",        "--seed",     "--noise",  "--fault",   "--memory",     "--no-memory", "--script-frames",
+          "--idle-levels", "--firmware", "--status", "--version", "--help",       "garbage",     "non-numeric"})
         EXPECT_TRUE(help.contains(QLatin1String(word))) << word;
     for (const QString& line : help.split('\n'))
         EXPECT_LE(line.size(), 80) << line.toStdString();

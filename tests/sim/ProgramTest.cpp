@@ -1,124 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The program as it ships, on a real pseudo-terminal.
 #include "controls/linklog/LinkLog.h"
+#include "sim/Instrument.h"
 #include "tests/sim/PtyClient.h"
+#include "tests/sim/Simulator.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
-#include <QProcess>
+#include <QProcessEnvironment>
 #include <QTemporaryDir>
-
-#include <csignal>
-#include <memory>
-#include <sys/stat.h>
-
-namespace {
-
-const QString kProgram = QStringLiteral(MG_PROGRAM_DIR "/marrowick-sim");
-
-QString devicesFolder()
-{
-    return qEnvironmentVariable("XDG_RUNTIME_DIR") + "/marrowick/devices";
-}
-
-QByteArray entryOf(const char* serial)
-{
-    return QFile::encodeName(devicesFolder()) + '/' + serial;
-}
-
-bool entryExists(const QByteArray& path)
-{
-    struct stat link
-    {};
-    return ::lstat(path.constData(), &link) == 0;
-}
-
-/// A running simulator; ended and waited for when it goes out of scope.
-class Simulator
-{
-public:
-    explicit Simulator(QStringList arguments, const QByteArray& serial = "T46-1")
-        : entry(entryOf(serial.constData()))
-    {
-        if (!arguments.contains("--memory"))
-            arguments.append("--no-memory");
-        process.start(kProgram, QStringList{"--serial", QString::fromLatin1(serial)} + arguments);
-        while (!introduction.contains("Ctrl+C ends it.") && process.waitForReadyRead(30000))
-            introduction += process.readAllStandardOutput();
-        EXPECT_TRUE(introduction.contains("Ctrl+C ends it.")) << process.readAllStandardError().constData();
-    }
-    ~Simulator()
-    {
-        if (process.state() != QProcess::NotRunning) {
-            EXPECT_EQ(end(SIGTERM), 0);
-        }
-    }
-
-    int end(int signal)
-    {
-        ::kill(static_cast<pid_t>(process.processId()), signal);
-        EXPECT_TRUE(process.waitForFinished(30000));
-        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-        return process.exitCode();
-    }
-    /// Waits until the entry stands or is gone.
-    bool waitForEntry(bool present) const
-    {
-        for (int i = 0; i < 3000 && entryExists(entry) != present; ++i)
-            ::poll(nullptr, 0, 10);
-        return entryExists(entry) == present;
-    }
-    /// Waits until it has gone to sleep that many times, having looked at its port in between.
-    void waitForRounds(long rounds) const
-    {
-        const auto sleeps = [this] {
-            QFile file(QString("/proc/%1/status").arg(process.processId()));
-            EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-            const QByteArray text = file.readAll();
-            const QByteArray key = "\nvoluntary_ctxt_switches:";
-            const qsizetype at = text.indexOf(key) + key.size();
-            return text.mid(at, text.indexOf('\n', at) - at).trimmed().toLong();
-        };
-        const long before = sleeps();
-        for (int i = 0; i < 3000 && sleeps() < before + rounds; ++i)
-            ::poll(nullptr, 0, 10);
-        EXPECT_GE(sleeps(), before + rounds);
-    }
-    /// Processor time used so far, in clock ticks.
-    long ticks() const
-    {
-        QFile file(QString("/proc/%1/stat").arg(process.processId()));
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        const QByteArray line = file.readAll();
-        const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
-        return fields.at(11).toLong() + fields.at(12).toLong();
-    }
-
-    QProcess process;
-    QByteArray entry;
-    QByteArray introduction;
-};
-
-/// Ends at once with that message and exit code.
-void expectRefusal(const QStringList& arguments, int code, const QString& message)
-{
-    QProcess process;
-    process.start(kProgram, arguments);
-    ASSERT_TRUE(process.waitForFinished(30000));
-    EXPECT_EQ(process.exitCode(), code);
-    EXPECT_EQ(QString::fromUtf8(process.readAllStandardError()).trimmed(), "marrowick-sim: " + message);
-    EXPECT_TRUE(process.readAllStandardOutput().isEmpty());
-}
-
-void writeFile(const QString& name, const QByteArray& text)
-{
-    QFile file(name);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    ASSERT_EQ(file.write(text), text.size());
-}
-
-} // namespace
 
 TEST(Program, AnswersAnEnquiryOverTheDeviceThatItsEntryPointsTo)
 {
@@ -190,12 +80,33 @@ TEST(Program, AStopEndsARepeatedSweepWithEAlone)
 
 TEST(Program, TheEntryGoesWithTheProgramHoweverItIsAskedToEnd)
 {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
         Simulator simulator({});
         EXPECT_TRUE(entryExists(simulator.entry));
         EXPECT_EQ(simulator.end(signal), 0);
         EXPECT_FALSE(entryExists(simulator.entry));
     }
+}
+
+TEST(Program, TheEntryGoesInMidSweepAndWhileUnpluggedToo)
+{
+    for (const char* fault : {"split", "unplug:5"}) {
+        Simulator simulator({"--fast", "--fault", fault});
+        PtyClient host(simulator.entry);
+        host.write("points 1024\rrepeat 1\rimptest\r");
+        ASSERT_TRUE(host.readUntil([&] { return fault[0] == 'u' ? host.lost : !host.of('F').empty(); })) << fault;
+        EXPECT_EQ(simulator.end(SIGHUP), 0);
+        EXPECT_FALSE(entryExists(simulator.entry)) << fault;
+    }
+}
+
+TEST(Program, StartedToOutliveItsTerminalItDoes)
+{
+    Simulator simulator({}, "T46-1", [] { std::signal(SIGHUP, SIG_IGN); });
+    ::kill(static_cast<pid_t>(simulator.process.processId()), SIGHUP);
+    PtyClient host(simulator.entry);
+    host.write("enquire 1.28\r");
+    EXPECT_TRUE(host.readUntilFrame('X'));
 }
 
 TEST(Program, AnEntryLeftByACrashIsReplacedAndALivingOneRefused)
@@ -330,65 +241,12 @@ TEST(Program, EveryFaultKindLeavesAnInstrumentThatStillObeysTheStop)
     }
 }
 
-TEST(Program, ASetSerialNumberMovesTheEntryAndTheMemory)
-{
-    const QString state = qEnvironmentVariable("XDG_STATE_HOME") + "/marrowick/instruments/";
-    QProcess process;
-    process.start(kProgram, {"--serial", "T46-old"});
-    ASSERT_TRUE(process.waitForReadyRead(30000));
-    {
-        PtyClient host(entryOf("T46-old"));
-        host.write("points 321\rsave\rsetserial T46-new\r");
-        ASSERT_TRUE(host.readUntilFrame('V'));
-        EXPECT_EQ(host.of('V').at(0).text, "T46-new");
-        EXPECT_FALSE(entryExists(entryOf("T46-old")));
-        EXPECT_TRUE(entryExists(entryOf("T46-new")));
-        host.write("enquire 1.28\r");
-        EXPECT_TRUE(host.readUntilFrame('X')) << "the link goes on";
-    }
-    process.terminate();
-    ASSERT_TRUE(process.waitForFinished(30000));
-    EXPECT_FALSE(entryExists(entryOf("T46-new")));
-    EXPECT_TRUE(QFile::exists(state + "T46-new.json"));
-
-    process.start(kProgram, {"--serial", "T46-new"});
-    ASSERT_TRUE(process.waitForReadyRead(30000));
-    {
-        PtyClient host(entryOf("T46-new"));
-        host.write("enquire 1.28\r");
-        ASSERT_TRUE(host.readUntilFrame('X'));
-        EXPECT_EQ(host.of('P').at(0).n1, 321) << "kept over the switching off";
-    }
-    process.terminate();
-    ASSERT_TRUE(process.waitForFinished(30000));
-}
-
-TEST(Program, AMemoryFileTellsTheSerialNumberAndTheModel)
-{
-    QTemporaryDir folder;
-    const QString memory = folder.filePath("memory.json");
-    {
-        Simulator simulator({"--memory", memory, "--model", "DT46"}, "DT46-77");
-        PtyClient host(simulator.entry);
-        host.write("save\r");
-        ASSERT_TRUE(host.readUntilFrame('r'));
-    }
-    QProcess process;
-    process.start(kProgram, {"--memory", memory, "--model", "DT46"});
-    ASSERT_TRUE(process.waitForReadyRead(30000));
-    EXPECT_TRUE(process.readAllStandardOutput().contains("DT46-77"));
-    process.terminate();
-    ASSERT_TRUE(process.waitForFinished(30000));
-    expectRefusal({"--memory", memory}, 1,
-                  "\"" + memory + "\" is the memory of a DT46. Choose --model DT46, or another serial number.");
-}
-
 TEST(Program, ATableIsMeasuredAsItStands)
 {
     QTemporaryDir folder;
     writeFile(folder.filePath("part.csv"), "frequency;modulus;phase\n1000;50,5;-10\n100000;50,5;-10\n");
     Simulator simulator({"--replay", folder.filePath("part.csv"), "--fast"});
-    EXPECT_TRUE(simulator.introduction.contains("measures: part.csv."));
+    EXPECT_TRUE(simulator.introduction.contains("measures: part.csv, from 1000 to 100000 Hz."));
     PtyClient host(simulator.entry);
     host.write("startfreq 1000\rendfreq 100000\rpoints 20\rimptest\r");
     ASSERT_TRUE(host.readUntilFrame('Y'));
@@ -396,6 +254,66 @@ TEST(Program, ATableIsMeasuredAsItStands)
         EXPECT_NEAR(point.n2, 50.5, 1e-9);
         EXPECT_NEAR(point.n3 * point.n4, -10, 1e-9);
     }
+}
+
+TEST(Program, ARangeBeyondTheTableIsToldOnStandardError)
+{
+    QTemporaryDir folder;
+    writeFile(folder.filePath("part.csv"), "1000,50,-10\n100000,50,-10\n");
+    Simulator simulator({"--replay", folder.filePath("part.csv"), "--fast", "--idle-levels", "0"});
+    PtyClient host(simulator.entry);
+    host.write("startfreq 1000\rendfreq 100001\rpoints 20\rimptest\r");
+    ASSERT_TRUE(host.readUntilFrame('Y'));
+    EXPECT_TRUE(simulator.hasSaid("marrowick-sim: The impedance sweep from 1000 to 100001 Hz leaves the table"))
+        << simulator.said.constData();
+    EXPECT_TRUE(host.of('T').empty());
+}
+
+TEST(Program, TheSameSeedAndCommandsGiveTheSameBytesWithAllFaultsTogether)
+{
+    const auto bytesOf = [](const char* seed) {
+        Simulator simulator({"--seed", seed, "--fast", "--idle-levels", "0", "--fault",
+                             "garbage:10,lost:20,split,stall:100,flood:200,wrong-length:20,non-numeric:20"});
+        PtyClient host(simulator.entry);
+        host.write("points 300\rstartfreq 20000\rendfreq 60000\rimptest\r");
+        EXPECT_TRUE(host.readUntil([&host] { return host.received.size() >= 18000; }));
+        return host.received.substr(0, 18000);
+    };
+    const std::string once = bytesOf("77");
+    EXPECT_TRUE(once == bytesOf("77"));
+    EXPECT_FALSE(once == bytesOf("78"));
+}
+
+TEST(Program, AnInstrumentInAnotherSocketHasItsSerialNumberOnAnotherTerminal)
+{
+    const auto terminal = [](const Simulator& simulator) {
+        return QFileInfo(QFile::decodeName(simulator.entry)).symLinkTarget();
+    };
+    QString first;
+    {
+        Simulator simulator({});
+        first = terminal(simulator);
+    }
+    Simulator simulator({"--not-on", first});
+    EXPECT_NE(terminal(simulator), first);
+    PtyClient host(simulator.entry);
+    host.write("enquire 1.28\r");
+    ASSERT_TRUE(host.readUntilFrame('X'));
+    EXPECT_EQ(host.of('V')[0].text, "T46-1");
+}
+
+TEST(Program, WithoutARuntimeFolderItRefusesAndMakesNoneInTheRoot)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("XDG_RUNTIME_DIR", "/nonexistent/run");
+    environment.insert("TMPDIR", "/nonexistent/tmp");
+    process.setProcessEnvironment(environment);
+    process.start(kProgram, {"--no-memory"});
+    ASSERT_TRUE(process.waitForFinished(30000));
+    EXPECT_EQ(process.exitCode(), 1);
+    EXPECT_TRUE(process.readAllStandardError().contains("marrowick-sim: There is no runtime folder"));
+    EXPECT_EQ(QDir::root().entryList({"marrowick", "runtime-*"}, QDir::AllEntries), QStringList());
 }
 
 TEST(Program, ALinkLogIsPlayedUnderTheRecordedSerialNumber)
@@ -443,18 +361,9 @@ TEST(Program, AScriptActsOutItsFrames)
 TEST(Program, TheStatusTellsWhoIsThere)
 {
     Simulator simulator({"--status"});
-    simulator.process.setReadChannel(QProcess::StandardError);
-    QByteArray said;
-    const auto reads = [&](const char* text) {
-        // What has come before the channel was chosen is read without waiting.
-        do
-            said += simulator.process.readAllStandardError();
-        while (!said.contains(text) && simulator.process.waitForReadyRead(30000));
-        return said.contains(text);
-    };
-    EXPECT_TRUE(reads("T46-1: waiting for a host\n"));
+    EXPECT_TRUE(simulator.hasSaid("T46-1: waiting for a host\n"));
     PtyClient host(simulator.entry);
-    EXPECT_TRUE(reads("T46-1: host connected\n")) << said.constData();
+    EXPECT_TRUE(simulator.hasSaid("T46-1: host connected\n")) << simulator.said.constData();
 }
 
 TEST(Program, MistakesAreToldAndEndIt)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "tests/sim/SimBench.h"
+#include "tests/sim/ReadFrame.h"
 
 #include <QByteArray>
 
@@ -77,27 +77,13 @@ public:
         return readUntil([&] { return of(code).size() >= count; });
     }
 
-    std::string codes() const
-    {
-        std::string text;
-        for (const ReadFrame& frame : frames)
-            text += frame.code;
-        return text;
-    }
-    std::vector<ReadFrame> of(char code) const
-    {
-        std::vector<ReadFrame> found;
-        for (const ReadFrame& frame : frames) {
-            if (frame.code == code)
-                found.push_back(frame);
-        }
-        return found;
-    }
+    std::string codes() const { return codesOf(frames); }
+    std::vector<ReadFrame> of(char code) const { return framesOf(frames, code); }
     void clear() { frames.clear(); }
 
     std::vector<ReadFrame> frames;
-    std::size_t bytesRead = 0;
-    int dropped = 0; ///< runs up to a carriage return that were no frame
+    std::string received; ///< every byte that came
+    int dropped = 0;      ///< runs up to a carriage return that were no frame
     bool lost = false;
 
 private:
@@ -108,7 +94,7 @@ private:
     }
     void take(std::string_view bytes)
     {
-        bytesRead += bytes.size();
+        received.append(bytes);
         m_buffer.append(bytes);
         std::size_t from = 0;
         for (std::size_t at = m_buffer.find('\r'); at != std::string::npos && at + 1 < m_buffer.size();

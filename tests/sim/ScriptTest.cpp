@@ -76,7 +76,7 @@ TEST(Script, AnEmptyOrImpossibleLengthIsAnswered)
 TEST(Script, AScriptTooLongIsSwallowedAndRefused)
 {
     SimBench bench;
-    const std::string script(sim::Instrument::kLongestScript + 1, 's');
+    const std::string script(sim::ScriptSlot::kLongestScript + 1, 's');
     bench.ask("loadscript " + std::to_string(script.size()));
     bench.write(script);
     EXPECT_EQ(bench.recorder.frames.back().code, 'T');
@@ -212,15 +212,4 @@ TEST(Script, AHostThatLeavesStopsTheScript)
     bench.write(" ");
     bench.pass(std::chrono::seconds(1));
     EXPECT_TRUE(bench.recorder.frames.empty());
-}
-
-TEST(FrameScript, LinesThatAreNoStepsAreNamed)
-{
-    for (const char* text : {"\n\nUU 1 x\n", "\n\nwait long\n", "\n\nsweep sideways\n", "\n\n>\n",
-                             "\n\nm 1 2 3 4 5 6 7\n", "\n\nq zero\n", "\n\nU\n", "\n\nwait -1\n"}) {
-        const ValueOr<sim::FrameScript> script = sim::FrameScript::fromText(text);
-        ASSERT_FALSE(script.ok()) << text;
-        EXPECT_EQ(script.sentence(),
-                  QString("Line 3 of the script frames is neither a frame, a command (> ...), a sweep nor a wait."));
-    }
 }

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "sim/Instrument.h"
-#include "sim/bench/PartModel.h"
-#include "values/Conversions.h"
+#include "sim/bench/PartFile.h"
+#include "tests/sim/Recorder.h"
+
+#include <QStringList>
 
 #include <cmath>
 #include <functional>
@@ -11,81 +13,6 @@
 #include <memory>
 #include <string>
 #include <vector>
-
-/// Frames read back the way a host reads them.
-struct ReadFrame
-{
-    char code = 0;
-    char field = 0;
-    double n1 = 0, n2 = 0, n3 = 0, n4 = 0;
-    int i = 0;
-    std::string text;
-};
-
-inline ReadFrame readFrame(std::string_view bytes)
-{
-    ReadFrame read;
-    EXPECT_EQ(bytes.size(), 67u);
-    if (bytes.size() != 67)
-        return read;
-    EXPECT_EQ(bytes[1], ':');
-    EXPECT_EQ(bytes[65], '\r');
-    read.code = bytes[0];
-    read.field = bytes[2];
-    read.n1 = values::tolerantNumber(bytes.substr(4, 13));
-    read.n2 = values::tolerantNumber(bytes.substr(18, 13));
-    read.n3 = values::tolerantNumber(bytes.substr(32, 13));
-    read.n4 = values::tolerantNumber(bytes.substr(46, 13));
-    read.i = values::strictInt32(bytes.substr(60, 5)).value_or(-1);
-    const std::string_view text = bytes.substr(4, 61);
-    const std::size_t last = text.find_last_not_of(' ');
-    read.text = last == std::string_view::npos ? std::string() : std::string(text.substr(0, last + 1));
-    return read;
-}
-
-inline ReadFrame readFrame(const sim::Frame& frame)
-{
-    return readFrame(std::string_view(frame.data(), frame.size()));
-}
-
-/// Keeps what a device sends.
-class Recorder : public sim::FrameSink
-{
-public:
-    void send(const sim::Frame& frame) override { sendRaw({frame.data(), frame.size()}); }
-    void sendRaw(std::string_view bytes) override
-    {
-        raw.emplace_back(bytes);
-        if (bytes.size() == 67)
-            frames.push_back(readFrame(bytes));
-    }
-
-    /// The codes in order, for example "DFFFEY".
-    std::string codes() const
-    {
-        std::string text;
-        for (const ReadFrame& frame : frames)
-            text += frame.code;
-        return text;
-    }
-    std::vector<ReadFrame> of(char code) const
-    {
-        std::vector<ReadFrame> found;
-        for (const ReadFrame& frame : frames) {
-            if (frame.code == code)
-                found.push_back(frame);
-        }
-        return found;
-    }
-    void clear()
-    {
-        frames.clear();
-        raw.clear();
-    }
-
-    std::vector<ReadFrame> frames;
-    std::vector<std::string> raw;
-};
 
 /// An instrument on a bench where time passes only when told to.
 class SimBench
@@ -103,6 +30,7 @@ public:
             ++timesKept;
             return Outcome::success();
         };
+        setup.tell = [this](const QString& sentence) { told.append(sentence); };
         if (adjust)
             adjust(setup);
         instrument = std::make_unique<sim::Instrument>(std::move(setup), recorder);
@@ -111,7 +39,7 @@ public:
 
     static std::shared_ptr<const sim::PartModel> shipped(const char* name)
     {
-        ValueOr<sim::PartModel> part = sim::PartModel::load(QLatin1String(name));
+        ValueOr<sim::PartModel> part = sim::partfile::load(QLatin1String(name));
         EXPECT_TRUE(part.ok()) << part.sentence().toStdString();
         return std::make_shared<sim::PartModel>(part.value());
     }
@@ -152,5 +80,6 @@ public:
     Recorder recorder;
     std::optional<sim::KeptMemory> kept;
     int timesKept = 0;
+    QStringList told; ///< to the person at the simulator
     std::unique_ptr<sim::Instrument> instrument;
 };

@@ -78,7 +78,7 @@ TEST(Sweep, AnAmplitudeSweepOf1024PointsIsTheDividerOfTheSamePart)
 
 TEST(Sweep, EveryShippedPartIsMeasuredRightByBothModels)
 {
-    for (const QString& name : sim::PartModel::shippedNames()) {
+    for (const QString& name : sim::partfile::shippedNames()) {
         for (const sim::Model model : {sim::Model::T46, sim::Model::DT46}) {
             SimBench bench([&](sim::Instrument::Setup& setup) {
                 setup.model = model;
@@ -206,6 +206,46 @@ TEST(Sweep, RepeatSwitchedOffLetsTheSweepUnderWayBeTheLast)
     EXPECT_EQ(bench.recorder.codes(), "DHHHHHHHHEYDHHHHPHHHHEY");
 }
 
+TEST(Sweep, RepeatSwitchedOnLetsASingleSweepGoOn)
+{
+    SimBench bench;
+    setRange(bench, 1000, 2000, 4);
+    bench.recorder.clear();
+    bench.write("imptest\r");
+    bench.instrument->advance(bench.now, 2);
+    bench.write("repeat 1\r");
+    bench.instrument->advance(bench.now, 4);
+    bench.write("y\r");
+    EXPECT_EQ(bench.recorder.codes(), "DFFPFFEYDFFE");
+    EXPECT_EQ(bench.recorder.of('D')[0].n4, 0);
+    EXPECT_EQ(bench.recorder.of('E')[0].n4, 1);
+    EXPECT_EQ(bench.recorder.of('D')[1].n4, 1);
+    EXPECT_EQ(bench.recorder.of('E')[1].n4, 0);
+}
+
+TEST(Sweep, TheEnquiryInMidSweepIsAnsweredBetweenTwoPoints)
+{
+    SimBench bench;
+    setRange(bench, 1000, 2000, 4);
+    bench.recorder.clear();
+    bench.write("imptest\r");
+    bench.instrument->advance(bench.now, 2);
+    bench.write("enquire 1.28\renquire 1.28\r");
+    bench.finishRun();
+    const std::string answer = "OVlllllllLMNABCJKPQRSstX";
+    EXPECT_EQ(bench.recorder.codes(), "DFF" + answer + answer + "FFEY");
+    EXPECT_EQ(bench.recorder.of('P')[0].field, '1') << "running";
+}
+
+TEST(Sweep, ATestOfOnePointMeasuresTheEndItBeginsWith)
+{
+    SimBench bench;
+    setRange(bench, 1000, 2000, 1);
+    EXPECT_EQ(sweep(bench, "imptest").at(0).n1, 1000);
+    bench.write("sweepmode 1\r");
+    EXPECT_EQ(sweep(bench, "imptest").at(0).n1, 2000);
+}
+
 TEST(Sweep, AStoppedSweepEndsWithEAlone)
 {
     SimBench bench;
@@ -241,6 +281,9 @@ TEST(Sweep, SettingsChangedInMidSweepHoldFromTheNext)
     bench.finishRun();
     EXPECT_EQ(bench.recorder.of('F').size(), 8u);
     EXPECT_EQ(bench.recorder.of('F').back().n1, 2000);
+    EXPECT_EQ(bench.recorder.codes(), "DFFFFPsFFFFEYP");
+    EXPECT_EQ(bench.recorder.of('P')[0].n1, 8) << "of the test that runs";
+    EXPECT_EQ(bench.recorder.of('P')[1].n1, 3) << "and of the next";
     EXPECT_EQ(sweep(bench, "imptest").size(), 3u);
 }
 

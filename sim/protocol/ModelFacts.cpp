@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "sim/protocol/InstrumentState.h"
+#include "sim/protocol/ModelFacts.h"
 
 namespace sim {
 

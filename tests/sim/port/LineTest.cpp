@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "sim/port/Faults.h"
+#include "sim/port/Line.h"
 
-#include "tests/sim/SimBench.h"
+#include "tests/sim/ReadFrame.h"
 
 namespace {
 
@@ -76,7 +76,7 @@ std::vector<ReadFrame> goodFrames(const std::string& bytes)
 
 } // namespace
 
-TEST(Faults, WithoutAnyTheBytesAreTheFrames)
+TEST(Line, WithoutAnyTheBytesAreTheFrames)
 {
     sim::Line line({}, 1);
     std::string expected;
@@ -93,7 +93,7 @@ TEST(Faults, WithoutAnyTheBytesAreTheFrames)
     EXPECT_EQ(line.framesSent(), 100u);
 }
 
-TEST(Faults, GarbageStandsBetweenFramesAndSpoilsOnlyThoseItTouches)
+TEST(Line, GarbageStandsBetweenFramesAndSpoilsOnlyThoseItTouches)
 {
     const Passed passed = pass("garbage:10", 2000);
     EXPECT_GT(passed.bytes.size(), 2000u * 67u + 2000u);
@@ -102,14 +102,14 @@ TEST(Faults, GarbageStandsBetweenFramesAndSpoilsOnlyThoseItTouches)
     EXPECT_LT(frames.size(), 2000u);
 }
 
-TEST(Faults, LostBytesShortenFrames)
+TEST(Line, LostBytesShortenFrames)
 {
     const Passed passed = pass("lost:10", 2000);
     EXPECT_LT(passed.bytes.size(), 2000u * 67u - 200u);
     EXPECT_GT(goodFrames(passed.bytes).size(), 1600u);
 }
 
-TEST(Faults, SplitWritesKeepEveryByteButComeInPieces)
+TEST(Line, SplitWritesKeepEveryByteButComeInPieces)
 {
     const Passed passed = pass("split:1", 500);
     const auto frames = goodFrames(passed.bytes);
@@ -119,7 +119,7 @@ TEST(Faults, SplitWritesKeepEveryByteButComeInPieces)
     EXPECT_GT(passed.took, std::chrono::milliseconds(500));
 }
 
-TEST(Faults, AStallHoldsTheLineForAPartOfASecond)
+TEST(Line, AStallHoldsTheLineForAPartOfASecond)
 {
     const Passed passed = pass("stall:50", 500);
     EXPECT_EQ(goodFrames(passed.bytes).size(), 500u);
@@ -127,7 +127,7 @@ TEST(Faults, AStallHoldsTheLineForAPartOfASecond)
     EXPECT_LT(passed.took, std::chrono::seconds(20));
 }
 
-TEST(Faults, AFloodIsMadeOfFramesWithoutMeaning)
+TEST(Line, AFloodIsMadeOfFramesWithoutMeaning)
 {
     const auto frames = goodFrames(pass("flood:100", 1000).bytes);
     EXPECT_GT(frames.size(), 1000u + 500u);
@@ -141,7 +141,7 @@ TEST(Faults, AFloodIsMadeOfFramesWithoutMeaning)
     EXPECT_EQ(number, 1000);
 }
 
-TEST(Faults, FramesOfWrongLengthKeepTheirCarriageReturn)
+TEST(Line, FramesOfWrongLengthKeepTheirCarriageReturn)
 {
     const Passed passed = pass("wrong-length:10", 2000);
     EXPECT_EQ(std::count(passed.bytes.begin(), passed.bytes.end(), '\r'), 2000);
@@ -150,7 +150,7 @@ TEST(Faults, FramesOfWrongLengthKeepTheirCarriageReturn)
     EXPECT_LT(frames.size(), 1950u);
 }
 
-TEST(Faults, NonNumericFieldsLeaveTheFrameItsLength)
+TEST(Line, NonNumericFieldsLeaveTheFrameItsLength)
 {
     const Passed passed = pass("non-numeric:5", 1000);
     EXPECT_EQ(passed.bytes.size(), 67000u);
@@ -168,7 +168,7 @@ TEST(Faults, NonNumericFieldsLeaveTheFrameItsLength)
     EXPECT_LT(changed, 300);
 }
 
-TEST(Faults, TheUnpluggingComesInMidSweepAndOnce)
+TEST(Line, TheUnpluggingComesInMidSweepAndOnce)
 {
     sim::Line line(plan("unplug:20"), 1);
     bool unplugged = false;
@@ -189,14 +189,32 @@ TEST(Faults, TheUnpluggingComesInMidSweepAndOnce)
     EXPECT_EQ(line.pending(), 67u);
 }
 
-TEST(Faults, TheSameSeedGivesTheSameFaults)
+TEST(Line, TheSameSeedGivesTheSameFaults)
 {
     const char* all = "garbage,lost,split,stall,flood,wrong-length,non-numeric";
     EXPECT_EQ(pass(all, 500, 9).bytes, pass(all, 500, 9).bytes);
     EXPECT_NE(pass(all, 500, 9).bytes, pass(all, 500, 10).bytes);
 }
 
-TEST(Faults, APointThatStillLooksWellIsOneThatWasSent)
+TEST(Line, TheSameSeedPullsThePlugBehindTheSamePointsEachTimeItIsPluggedIn)
+{
+    const auto points = [](std::uint64_t seed) {
+        sim::Line line(plan("unplug:20,garbage,lost"), seed);
+        std::vector<int> before;
+        for (int times = 0; times < 5; ++times) {
+            int sent = 0;
+            while (!line.takeUnplugged())
+                line.send(point(sent++));
+            before.push_back(sent);
+            line.plugIn();
+        }
+        return before;
+    };
+    EXPECT_EQ(points(5), points(5));
+    EXPECT_NE(points(5), points(6));
+}
+
+TEST(Line, APointThatStillLooksWellIsOneThatWasSent)
 {
     constexpr int kFrames = 300;
     std::vector<std::string> sent;
@@ -225,27 +243,10 @@ TEST(Faults, APointThatStillLooksWellIsOneThatWasSent)
     EXPECT_GT(good, 200u * kFrames / 5);
 }
 
-TEST(Faults, ARecordedFragmentPassesAsItStands)
+TEST(Line, ARecordedFragmentPassesAsItStands)
 {
     sim::Line line(plan("garbage:1,lost:1"), 1);
     line.sendRaw("half a fr");
     sim::Moment now{0};
     EXPECT_EQ(drain(line, now), "half a fr");
-}
-
-TEST(FaultPlan, UnknownKindsAndDistancesAreAnsweredWithWhatIsPossible)
-{
-    sim::FaultPlan faults;
-    EXPECT_EQ(
-        faults.add("gremlins").sentence(),
-        QString(
-            "There is no fault \"gremlins\". The kinds are: garbage, lost, split, stall, unplug, flood, wrong-length, "
-            "non-numeric."));
-    EXPECT_EQ(faults.add("lost:often").sentence(),
-              QString("Behind \"lost:\" stands in how many frames the fault strikes once, for example lost:60."));
-    EXPECT_FALSE(faults.add("lost:0").ok());
-    EXPECT_FALSE(faults.any());
-    EXPECT_TRUE(faults.add("lost:7, split").ok());
-    EXPECT_EQ(faults.every(sim::Fault::LostBytes), 7u);
-    EXPECT_GT(faults.every(sim::Fault::SplitWrites), 0u);
 }

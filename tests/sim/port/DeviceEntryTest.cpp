@@ -14,7 +14,7 @@ namespace {
 
 QString devices()
 {
-    return QFile::decodeName(DeviceEntry::runtimeFolder()) + "/devices";
+    return QFile::decodeName(DeviceEntry::runtimeFolder().value()) + "/devices";
 }
 
 QByteArray targetOf(const QByteArray& path)
@@ -26,7 +26,7 @@ QByteArray targetOf(const QByteArray& path)
 
 bool nothingLeft()
 {
-    const QString base = QFile::decodeName(DeviceEntry::runtimeFolder());
+    const QString base = QFile::decodeName(DeviceEntry::runtimeFolder().value());
     const QDir::Filters all = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
     return QDir(base + "/devices").entryList(all).isEmpty() && QDir(base + "/locks").entryList(all).isEmpty();
 }
@@ -96,4 +96,42 @@ TEST(DeviceEntry, WithdrawnAtAnUnpluggingTheNumberStaysReserved)
     EXPECT_EQ(targetOf(entry.linkPath()), QByteArray());
     EXPECT_FALSE(other.claim("T46-7").ok());
     EXPECT_TRUE(entry.publish("/dev/pts/6").ok());
+}
+
+TEST(DeviceEntry, LeavesAloneWhatSomebodyElseHasPutInItsPlace)
+{
+    QByteArray path;
+    {
+        DeviceEntry entry;
+        ASSERT_TRUE(entry.claim("T46-8").ok());
+        ASSERT_TRUE(entry.publish("/dev/pts/5").ok());
+        path = entry.linkPath();
+        ASSERT_EQ(::unlink(path.constData()), 0);
+        ASSERT_EQ(::symlink("/dev/pts/6", path.constData()), 0);
+    }
+    EXPECT_EQ(targetOf(path), QByteArray("/dev/pts/6"));
+    EXPECT_EQ(::unlink(path.constData()), 0);
+}
+
+TEST(DeviceEntry, WithoutARuntimeFolderThatIsTheUsersOwnItIsRefused)
+{
+    const QByteArray before = qgetenv("XDG_RUNTIME_DIR");
+    const QByteArray temporary = qgetenv("TMPDIR");
+    // Neither the one set nor the one in the folder for temporary files can be made.
+    qputenv("XDG_RUNTIME_DIR", "/nonexistent/run");
+    qputenv("TMPDIR", "/nonexistent/tmp");
+    DeviceEntry entry;
+    EXPECT_EQ(entry.claim("T46-9").sentence(),
+              QString("There is no runtime folder in which hosts could find the instrument. Set XDG_RUNTIME_DIR to a "
+                      "folder of your own with mode 0700."));
+    qputenv("XDG_RUNTIME_DIR", "run");
+    EXPECT_FALSE(entry.claim("T46-9").ok()) << "relative to wherever the program happens to stand";
+    qputenv("XDG_RUNTIME_DIR", before);
+    if (temporary.isNull())
+        qunsetenv("TMPDIR");
+    else
+        qputenv("TMPDIR", temporary);
+    EXPECT_EQ(QDir::root().entryList({"marrowick", "runtime-*"}, QDir::AllEntries), QStringList());
+    EXPECT_FALSE(QFile::exists("run")) << "made nowhere";
+    EXPECT_TRUE(entry.claim("T46-9").ok());
 }

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sim/protocol/Frames.h"
 
-#include "sim/bench/Noise.h"
-#include "tests/sim/SimBench.h"
+#include "tests/sim/ReadFrame.h"
 
 #include <bit>
+#include <cmath>
 #include <limits>
+#include <random>
 
 namespace {
 
@@ -95,10 +96,11 @@ TEST(Frames, WhatIsNoFiniteNumberIsStillWrittenAsOne)
 
 TEST(Frames, SinglePrecisionSurvivesFromOneThousandthToTenMilliards)
 {
-    sim::Random random(7);
+    std::mt19937_64 random(7);
+    std::uniform_real_distribution<double> decade(-2.99, 9.99);
     for (int i = 0; i < 200000; ++i) {
-        const double sign = random.below(2) == 0 ? 1.0 : -1.0;
-        const auto value = static_cast<float>(sign * std::pow(10.0, random.uniform(-2.99, 9.99)));
+        const double sign = random() % 2 == 0 ? 1.0 : -1.0;
+        const auto value = static_cast<float>(sign * std::pow(10.0, decade(random)));
         ASSERT_EQ(std::bit_cast<std::uint32_t>(static_cast<float>(readBack(value))),
                   std::bit_cast<std::uint32_t>(value))
             << written(value);

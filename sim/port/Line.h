@@ -1,50 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "sim/bench/Noise.h"
-#include "sim/protocol/Frames.h"
+#include "sim/bench/Random.h"
+#include "sim/port/FaultPlan.h"
+#include "sim/protocol/FrameSink.h"
 #include "sim/protocol/Moment.h"
-#include "values/Outcome.h"
 
-#include <QString>
-#include <QStringList>
-
-#include <array>
 #include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace sim {
-
-enum class Fault
-{
-    Garbage,
-    LostBytes,
-    SplitWrites,
-    Stall,
-    Unplug,
-    Flood,
-    WrongLength,
-    NonNumeric
-};
-inline constexpr std::size_t kFaultCount = 8;
-
-/// Which faults the line has, and how often: each strikes once in so many frames on average (for an unplugging, point
-/// frames since it was plugged in); 0 is never.
-struct FaultPlan
-{
-    std::array<std::uint32_t, kFaultCount> everyFrames{};
-
-    std::uint32_t every(Fault fault) const { return everyFrames[static_cast<std::size_t>(fault)]; }
-    bool any() const;
-
-    /// Adds what a text like "garbage" or "split:3,stall" names; the number behind a colon is the average distance.
-    Outcome add(const QString& text);
-    /// Name and one line of explanation of each kind, in the order of Fault.
-    static QStringList names();
-    static QStringList explanations();
-};
 
 /// The line between the instrument and its port: takes whole frames and hands out bytes, with the faults of the plan.
 /// The same seed and the same frames give the same faults. Apart from NonNumeric, no fault turns a point into another
