@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <utility>
 
 namespace {
@@ -50,14 +51,22 @@ GraphModel::GraphModel(int subsets, int points, QObject* parent)
     , m_y(at(m_subsets) * at(m_points), graph::kNullValue)
     , m_revisions(at(m_subsets), 0)
 {
-    m_properties.SubsetLabels.resize(at(m_subsets));
-    m_properties.SubsetColors.resize(at(m_subsets), 0);
-    m_properties.SubsetLineTypes.resize(at(m_subsets), graph::LineSolid);
-    m_properties.SubsetsToShow.resize(at(m_subsets), true);
+    graph::fillSubsetLists(m_properties, m_subsets);
     m_shown = m_properties;
 }
 
 GraphModel::~GraphModel() = default;
+
+void GraphModel::assign(QString& member, const QString& text)
+{
+    qsizetype length = std::min<qsizetype>(text.size(), graph::kLongestText);
+    if (length < text.size() && text.at(length - 1).isHighSurrogate())
+        --length;
+    if (member == QStringView(text).first(length))
+        return;
+    member = length < text.size() ? text.first(length) : text;
+    m_changed = true;
+}
 
 // Data ---------------------------------------------------------------------------------------------------------------
 
@@ -421,13 +430,19 @@ void GraphModel::userZoomOut()
     Q_EMIT ZoomOut();
 }
 
-bool GraphModel::replaceAll(const graph::Properties& properties, std::vector<float> x, std::vector<float> y)
+bool GraphModel::replaceAll(graph::Properties properties, std::span<const float> x, std::span<const float> y)
 {
-    if (x.size() != m_x.size() || y.size() != m_y.size() || !graph::areValid(properties, m_subsets))
+    return replaceAll(std::move(properties), std::as_bytes(x), std::as_bytes(y));
+}
+
+bool GraphModel::replaceAll(graph::Properties properties, std::span<const std::byte> x, std::span<const std::byte> y)
+{
+    if (x.size() != std::as_bytes(std::span(m_x)).size() || y.size() != x.size() ||
+        graph::firstInvalid(properties, m_subsets) != nullptr)
         return false;
-    m_properties = properties;
-    m_x = std::move(x);
-    m_y = std::move(y);
+    m_properties = std::move(properties);
+    std::memcpy(m_x.data(), x.data(), x.size());
+    std::memcpy(m_y.data(), y.data(), y.size());
     m_workingAxis = 0;
     m_workingTable = 0;
     for (int subset = 0; subset < m_subsets; ++subset)

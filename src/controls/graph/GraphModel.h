@@ -5,6 +5,7 @@
 
 #include <QObject>
 
+#include <cstddef>
 #include <span>
 #include <utility>
 #include <vector>
@@ -17,7 +18,7 @@
 ///
 /// Indices are checked: a read outside the graph gives 0 or an empty text, a write outside is refused (false) without
 /// touching other memory. A value that a property cannot take (an unknown scale or style number, a limit that is not
-/// finite) is refused too: the property keeps what it had.
+/// finite) is refused too: the property keeps what it had. A text longer than graph::kLongestText is cut there.
 ///
 /// A fresh graph holds no data: every X is 0, every Y the null value.
 ///
@@ -27,7 +28,7 @@ class GraphModel : public QObject
     Q_OBJECT
 
 public:
-    static constexpr int kMaxSubsets = 64;
+    static constexpr int kMaxSubsets = graph::kMaxSubsets;
     static constexpr int kMaxPoints = 65536;
     /// Sizes are held to 1 to kMaxSubsets and 1 to kMaxPoints and never change again.
     explicit GraphModel(int subsets = 40, int points = 1024, QObject* parent = nullptr);
@@ -234,8 +235,10 @@ public:
     /// Grows with every change of the shown vertical line annotations.
     std::uint64_t shownLinesRevision() const { return m_shownLinesRevision; }
     /// Replaces the whole graph, as after a load, and shows it; WorkingAxis and WorkingTable become 0. The arrays hold
-    /// Subsets() x Points() floats and every property a value that its setter takes; false and unchanged otherwise.
-    bool replaceAll(const graph::Properties& properties, std::vector<float> x, std::vector<float> y);
+    /// Subsets() x Points() floats (in memory at any address) and every property a value that its setter takes; false
+    /// and unchanged otherwise.
+    bool replaceAll(graph::Properties properties, std::span<const float> x, std::span<const float> y);
+    bool replaceAll(graph::Properties properties, std::span<const std::byte> x, std::span<const std::byte> y);
     /// Subsets with data written since the last call (bit s for subset s, from 0), and forgets them. Up to 64 subsets.
     std::uint64_t takeDirtySubsets();
     /// Grows with every data write: tells the view whether mapped coordinates are still good.
@@ -282,6 +285,7 @@ private:
         member = std::move(value);
         m_changed = true;
     }
+    void assign(QString& member, const QString& text);
     graph::VerticalLine* verticalLine(int i);
     graph::MenuItem* menuItem(int i);
     void resizeTable(int rows, int columns);
