@@ -8,21 +8,6 @@
 namespace graph {
 namespace {
 
-bool isScale(int scale)
-{
-    return scale == ScaleLinear || scale == ScaleLogarithmic;
-}
-
-bool isScaleControl(int control)
-{
-    return control == ScaleAutomatic || control == ScaleManual;
-}
-
-bool isIn(int value, int first, int last)
-{
-    return value >= first && value <= last;
-}
-
 bool isColor(std::uint32_t color)
 {
     return color <= 0xFFFFFF;

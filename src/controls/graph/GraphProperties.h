@@ -202,6 +202,19 @@ struct Properties
     bool operator==(const Properties&) const = default;
 };
 
+inline bool isIn(int value, int first, int last)
+{
+    return value >= first && value <= last;
+}
+inline bool isScale(int scale)
+{
+    return scale == ScaleLinear || scale == ScaleLogarithmic;
+}
+inline bool isScaleControl(int control)
+{
+    return control == ScaleAutomatic || control == ScaleManual;
+}
+
 /// The name, as in a plot file, of the first property with a value that the graph's setters do not take or with a list
 /// that has not the size of such a graph: SubsetLabels, SubsetColors, SubsetLineTypes and SubsetsToShow have one entry
 /// a subset. Null when there is none.
