@@ -5,33 +5,85 @@
 #include "controls/graph/GraphModel.h"
 #include "files/SafeFile.h"
 
-#include <QBuffer>
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QtEndian>
 
-#include <algorithm>
-#include <cstring>
+#include <cstddef>
+#include <optional>
 #include <span>
+#include <utility>
 #include <zlib.h>
 
 namespace GraphFile {
 namespace {
 
-constexpr auto kSelfDescribed = QCborTag(55799);
-constexpr auto kEncodedItem = QCborTag(24);   // RFC 8949, 3.4.5.1: a byte string that holds a data item
-constexpr auto kFloat32Little = QCborTag(85); // RFC 8746, 2.1: array of IEEE 754 binary32, little endian
-constexpr QLatin1StringView kFormat("MarrowickGraph plot");
+constexpr std::uint64_t kSelfDescribed = 55799;
+constexpr char kFormat[] = "MarrowickGraph plot";
+
+/// The whole of a graph in the file's order. P: graph::Properties, const where it is only written.
+template <typename P>
+struct Content
+{
+    explicit Content(P& p)
+        : properties(p)
+        , otherEntries(p.otherEntries)
+    {}
+    int subsets = 0;
+    int points = 0;
+    graph::FloatArray x;
+    graph::FloatArray y;
+    P& properties;
+    decltype((std::declval<P&>().otherEntries)) otherEntries;
+};
+
+template <typename Archive, typename T>
+requires requires(T& content)
+{
+    content.properties;
+}
+void describe(Archive& archive, T& content)
+{
+    archive("Subsets", content.subsets);
+    archive("Points", content.points);
+    archive("XData", content.x);
+    archive("YData", content.y);
+    graph::describe(archive, content.properties);
+}
+
+/// What stands around the content.
+struct Envelope
+{
+    QString format;
+    std::optional<std::uint32_t> version;
+    std::optional<std::uint32_t> checksum;
+    graph::EncodedItem content;
+    QByteArray otherEntries;
+};
+
+template <typename Archive>
+void describe(Archive& archive, Envelope& envelope)
+{
+    archive("format", envelope.format);
+    archive("version", envelope.version);
+    archive("crc32", envelope.checksum);
+    archive("content", envelope.content);
+}
 
 QString tr(const char* text)
 {
     return QCoreApplication::translate("GraphFile", text);
 }
 
-Outcome damaged()
+Outcome tooLarge()
 {
-    return Outcome::failure(tr("The file is damaged or is no plot file."));
+    return Outcome::failure(tr("The file is too large for a plot file."));
+}
+
+Outcome invalid(const QString& problem)
+{
+    return Outcome::failure(tr("The plot file is not valid: %1.").arg(problem));
 }
 
 quint32 checksum(QByteArrayView bytes)
@@ -41,146 +93,85 @@ quint32 checksum(QByteArrayView bytes)
         crc32(start, reinterpret_cast<const Bytef*>(bytes.data()), static_cast<uInt>(bytes.size())));
 }
 
-void appendFloats(QCborStreamWriter& writer, std::span<const float> values)
+/// The file's order of bytes, which is this machine's on nearly all.
+graph::FloatArray littleEndian(std::span<const float> values)
 {
-    writer.append(kFloat32Little);
+    graph::FloatArray array;
+    const auto size = static_cast<qsizetype>(values.size_bytes());
     if constexpr (Q_BYTE_ORDER == Q_BIG_ENDIAN) {
-        std::vector<float> swapped(values.size());
-        qToLittleEndian<quint32>(values.data(), static_cast<qsizetype>(values.size()), swapped.data());
-        writer.appendByteString(reinterpret_cast<const char*>(swapped.data()),
-                                static_cast<qsizetype>(values.size_bytes()));
+        array.joined.resize(size);
+        qToLittleEndian<quint32>(values.data(), static_cast<qsizetype>(values.size()), array.joined.data());
+        array.bytes = array.joined;
     } else {
-        writer.appendByteString(reinterpret_cast<const char*>(values.data()),
-                                static_cast<qsizetype>(values.size_bytes()));
+        array.bytes = QByteArrayView(reinterpret_cast<const char*>(values.data()), size);
     }
+    return array;
 }
 
-bool readFloats(QCborStreamReader& reader, graph::CborReader& archive, std::size_t count, std::vector<float>& values)
+std::span<const std::byte> nativeEndian(graph::FloatArray& array)
 {
-    QByteArray bytes;
-    if (!reader.isTag() || reader.toTag() != kFloat32Little || !reader.next() || !archive.read(bytes) ||
-        static_cast<std::size_t>(bytes.size()) != count * sizeof(float))
-        return false;
-    values.resize(count);
-    if constexpr (Q_BYTE_ORDER == Q_BIG_ENDIAN)
-        qFromLittleEndian<quint32>(bytes.constData(), static_cast<qsizetype>(count), values.data());
-    else
-        std::memcpy(values.data(), bytes.constData(), count * sizeof(float));
-    return true;
+    if constexpr (Q_BYTE_ORDER == Q_BIG_ENDIAN) {
+        QByteArray swapped(array.bytes.size(), Qt::Uninitialized);
+        qFromLittleEndian<quint32>(array.bytes.data(), array.bytes.size() / 4, swapped.data());
+        array.joined = swapped;
+        array.bytes = array.joined;
+    }
+    return std::as_bytes(std::span(array.bytes.data(), static_cast<std::size_t>(array.bytes.size())));
 }
 
-/// The content before it goes into a graph.
-struct Content
+Outcome readEnvelope(const QByteArray& bytes, Envelope& envelope, std::uint64_t& items)
 {
-    int subsets = 0;
-    int points = 0;
-    std::vector<float> x;
-    std::vector<float> y;
+    graph::CborInput input(bytes);
+    graph::CborReader reader(input, bytes);
+    const bool isTagged = input.readTag(kSelfDescribed);
+    const bool isRead = isTagged && reader.read(envelope);
+    items += input.items();
+    if (!isTagged || (isRead && envelope.format != QLatin1StringView(kFormat)))
+        return Outcome::failure(tr("The file is no plot file."));
+    if (!isRead)
+        return Outcome::failure(tr("The file is damaged or no plot file: %1.").arg(reader.problem()));
+    if (!input.isAtEnd())
+        return invalid(tr("something follows its end"));
+    if (!envelope.otherEntries.isEmpty())
+        return invalid(tr("there is more around its content than format, version and checksum"));
+    if (!envelope.version || *envelope.version < 1)
+        return invalid(tr("\"version\" is missing or 0"));
+    if (*envelope.version > kFormatVersion)
+        return Outcome::failure(tr("The file was written by a newer program."));
+    if (!envelope.checksum || envelope.content.bytes.isEmpty())
+        return invalid(tr("\"content\" or its checksum \"crc32\" is missing"));
+    if (*envelope.checksum != checksum(envelope.content.bytes))
+        return Outcome::failure(tr("The file is damaged: its checksum does not match its content."));
+    return Outcome::success();
+}
+
+Outcome readContent(QByteArrayView bytes, GraphModel& model, std::uint64_t& items)
+{
     graph::Properties properties;
-};
-
-void storeContent(QCborStreamWriter& writer, const GraphModel& model)
-{
-    const graph::Properties& properties = model.properties();
-    graph::CborWriter archive(writer);
-    graph::FieldCount count;
-    graph::describe(count, properties);
-    writer.startMap(count.fields + 4 + properties.otherEntries.size());
-    archive("Subsets", model.Subsets());
-    archive("Points", model.Points());
-    writer.append(QLatin1StringView("XData"));
-    appendFloats(writer, model.allX());
-    writer.append(QLatin1StringView("YData"));
-    appendFloats(writer, model.allY());
-    graph::describe(archive, properties);
-    for (const auto& [name, item] : properties.otherEntries) {
-        writer.append(QStringView(name));
-        writer.device()->write(item); // already encoded, and checked when it was read
+    Content content(properties);
+    graph::CborInput input(bytes);
+    graph::CborReader reader(input, bytes);
+    const bool isRead = reader.read(content);
+    items += input.items();
+    if (!isRead)
+        return invalid(reader.problem());
+    if (!input.isAtEnd())
+        return invalid(tr("something follows the end of its content"));
+    if (content.subsets != model.Subsets() || content.points != model.Points())
+        return invalid(tr("its \"Subsets\" and \"Points\" are %1 and %2 instead of %3 and %4")
+                           .arg(content.subsets)
+                           .arg(content.points)
+                           .arg(model.Subsets())
+                           .arg(model.Points()));
+    for (const auto& [name, array] : {std::pair("XData", &content.x), std::pair("YData", &content.y)}) {
+        if (array->bytes.size() != static_cast<qsizetype>(model.allX().size_bytes()))
+            return invalid(tr("\"%1\" has not as many values as the graph has points").arg(QLatin1StringView(name)));
     }
-    // The writer counts what passes through it, not what was written behind its back: the end of a map of known length
-    // has no byte of its own, so it is left out.
-}
-
-/// One entry of the content that this program does not know: its encoded bytes.
-bool keepUnknown(const QByteArray& bytes, QCborStreamReader& reader, graph::CborReader& archive, const QString& name,
-                 Content& content)
-{
-    const qint64 start = reader.currentOffset();
-    if (!archive.skip())
-        return false;
-    const qint64 end = reader.currentOffset();
-    return content.properties.otherEntries.emplace(name, bytes.mid(start, end - start)).second;
-}
-
-bool readContent(const QByteArray& bytes, const GraphModel& model, Content& content)
-{
-    QCborStreamReader reader(bytes);
-    graph::CborReader archive(reader);
-    const auto count = static_cast<std::size_t>(model.Subsets()) * static_cast<std::size_t>(model.Points());
-    if (!reader.isMap() || !reader.enterContainer())
-        return false;
-    std::set<QString> seen;
-    while (reader.lastError() == QCborError::NoError && reader.hasNext()) {
-        QString name;
-        if (!archive.read(name) || !seen.insert(name).second)
-            return false;
-        bool good = true;
-        if (name == QLatin1StringView("Subsets"))
-            good = archive.read(content.subsets) && content.subsets == model.Subsets();
-        else if (name == QLatin1StringView("Points"))
-            good = archive.read(content.points) && content.points == model.Points();
-        else if (name == QLatin1StringView("XData"))
-            good = readFloats(reader, archive, count, content.x);
-        else if (name == QLatin1StringView("YData"))
-            good = readFloats(reader, archive, count, content.y);
-        else {
-            int found = -1;
-            good = archive.readField(name, content.properties, found);
-            if (good && found < 0)
-                good = keepUnknown(bytes, reader, archive, name, content);
-        }
-        if (!good)
-            return false;
-    }
-    return reader.lastError() == QCborError::NoError && reader.leaveContainer() &&
-           reader.currentOffset() == bytes.size() && content.subsets > 0 && content.points > 0 &&
-           content.x.size() == count && content.y.size() == count;
-}
-
-struct Envelope
-{
-    QString format;
-    std::uint32_t version = 0;
-    std::uint32_t checksum = 0;
-    QByteArray content;
-};
-
-bool readEnvelope(const QByteArray& bytes, Envelope& envelope)
-{
-    QCborStreamReader reader(bytes);
-    graph::CborReader archive(reader);
-    if (!reader.isTag() || reader.toTag() != kSelfDescribed || !reader.next() || !reader.isMap() ||
-        !reader.enterContainer())
-        return false;
-    std::set<QString> seen;
-    while (reader.lastError() == QCborError::NoError && reader.hasNext()) {
-        QString name;
-        if (!archive.read(name) || !seen.insert(name).second)
-            return false;
-        bool good = false;
-        if (name == QLatin1StringView("format"))
-            good = archive.read(envelope.format);
-        else if (name == QLatin1StringView("version"))
-            good = archive.read(envelope.version);
-        else if (name == QLatin1StringView("crc32"))
-            good = archive.read(envelope.checksum);
-        else if (name == QLatin1StringView("content"))
-            good = reader.isTag() && reader.toTag() == kEncodedItem && reader.next() && archive.read(envelope.content);
-        if (!good)
-            return false;
-    }
-    return reader.lastError() == QCborError::NoError && reader.leaveContainer() &&
-           reader.currentOffset() == bytes.size() && seen.size() == 4;
+    graph::fillSubsetLists(properties, model.Subsets());
+    if (const char* name = graph::firstInvalid(properties, model.Subsets()))
+        return invalid(tr("\"%1\" has a value out of its range").arg(QLatin1StringView(name)));
+    model.replaceAll(std::move(properties), nativeEndian(content.x), nativeEndian(content.y));
+    return Outcome::success();
 }
 
 } // namespace
@@ -192,51 +183,50 @@ QByteArray PEstore(const GraphModel& model)
     constexpr char kLength32 = 0x5A; // a byte string whose length follows in four bytes, most significant first
     QByteArray bytes;
     bytes.reserve(static_cast<qsizetype>(model.Subsets()) * model.Points() * 8 + 65536);
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
-    QCborStreamWriter writer(&buffer);
-    writer.append(kSelfDescribed);
-    writer.startMap(4);
-    writer.append(QLatin1StringView("format"));
-    writer.append(kFormat);
-    writer.append(QLatin1StringView("version"));
-    writer.append(quint64(kFormatVersion));
-    writer.append(QLatin1StringView("content"));
-    writer.append(kEncodedItem);
-    buffer.write(QByteArray(5, kLength32));
+    graph::CborOutput output(bytes);
+    output.writeTag(kSelfDescribed);
+    output.startMap(4);
+    output.writeText(QByteArrayView("format"));
+    output.writeText(QByteArrayView(kFormat));
+    output.writeText(QByteArrayView("version"));
+    output.writeInteger(kFormatVersion);
+    output.writeText(QByteArrayView("content"));
+    output.writeTag(graph::EncodedItem::kTag);
+    bytes.append(5, kLength32);
     const qsizetype start = bytes.size();
-    QCborStreamWriter content(&buffer);
-    storeContent(content, model);
+    Content content(model.properties());
+    content.subsets = model.Subsets();
+    content.points = model.Points();
+    content.x = littleEndian(model.allX());
+    content.y = littleEndian(model.allY());
+    graph::CborWriter(output).write(content);
     const qsizetype size = bytes.size() - start;
     qToBigEndian(static_cast<quint32>(size), bytes.data() + start - 4);
-    // The first writer still waits for the value of "content", which was written behind its back.
-    QCborStreamWriter end(&buffer);
-    end.append(QLatin1StringView("crc32"));
-    end.append(quint64(checksum(QByteArrayView(bytes).sliced(start, size))));
+    output.writeText(QByteArrayView("crc32"));
+    output.writeInteger(checksum(QByteArrayView(bytes).sliced(start, size)));
     return bytes;
 }
 
-Outcome PEload(GraphModel& model, const QByteArray& bytes)
+Outcome PEload(GraphModel& model, const QByteArray& bytes, std::uint64_t* items)
 {
     if (bytes.size() > kLargestFile)
-        return Outcome::failure(tr("The file is too large for a plot file."));
+        return tooLarge();
+    std::uint64_t looked = 0;
     Envelope envelope;
-    if (!readEnvelope(bytes, envelope) || envelope.format != kFormat || envelope.version < 1)
-        return damaged();
-    if (envelope.version > kFormatVersion)
-        return Outcome::failure(tr("The file was written by a newer program."));
-    if (envelope.checksum != checksum(envelope.content))
-        return damaged();
-    Content content;
-    if (!readContent(envelope.content, model, content) ||
-        !model.replaceAll(content.properties, std::move(content.x), std::move(content.y)))
-        return damaged();
-    return Outcome::success();
+    Outcome outcome = readEnvelope(bytes, envelope, looked);
+    if (outcome)
+        outcome = readContent(envelope.content.bytes, model, looked);
+    if (items != nullptr)
+        *items = looked;
+    return outcome;
 }
 
 Outcome PEsavetofile(const GraphModel& model, const QString& fileName)
 {
-    return files::writeFile(fileName, PEstore(model));
+    const QByteArray bytes = PEstore(model);
+    if (bytes.size() > kLargestFile)
+        return Outcome::failure(tr("Cannot save %1: its texts make it larger than a plot file can be.").arg(fileName));
+    return files::writeFile(fileName, bytes);
 }
 
 Outcome PEloadfromfile(GraphModel& model, const QString& fileName)
@@ -244,15 +234,19 @@ Outcome PEloadfromfile(GraphModel& model, const QString& fileName)
     const QFileInfo info(fileName);
     if (info.exists() && !info.isFile())
         return Outcome::failure(tr("%1 is not a file.").arg(fileName));
-    if (info.size() > kLargestFile)
-        return Outcome::failure(tr("The file is too large for a plot file."));
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return Outcome::failure(tr("Cannot read %1: %2.").arg(fileName, file.errorString()));
-    // One byte more than allowed tells a file that has grown since.
-    const QByteArray bytes = file.read(kLargestFile + 1);
-    if (file.error() != QFileDevice::NoError)
+    if (file.size() > kLargestFile)
+        return tooLarge();
+    // One byte more than there should be tells a file that has grown since.
+    QByteArray bytes(file.size() + 1, Qt::Uninitialized);
+    const qint64 size = file.read(bytes.data(), bytes.size());
+    if (size < 0)
         return Outcome::failure(tr("Cannot read %1: %2.").arg(fileName, file.errorString()));
+    if (size == bytes.size())
+        return Outcome::failure(tr("Cannot read %1: it grows at the moment.").arg(fileName));
+    bytes.truncate(size);
     return PEload(model, bytes);
 }
 

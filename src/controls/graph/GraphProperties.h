@@ -12,6 +12,9 @@
 
 /// Value types of the graph control: everything a graph holds beside its data arrays. Copyable, comparable, no
 /// behaviour but the check of their values.
+///
+/// What a plot file holds in their place that this program does not know stays in otherEntries: pairs of a name and a
+/// value in CBOR, one behind the other.
 namespace graph {
 
 inline constexpr int kYAxes = 4;
@@ -20,7 +23,9 @@ inline constexpr float kNullValue = -65536.0F;
 /// Colours are 0x00BBGGRR; what a caller sets above these bits is dropped.
 inline constexpr std::uint32_t kColorMask = 0xFFFFFF;
 
-/// How far the lists of a graph can grow.
+/// How far the texts and lists of a graph can grow.
+inline constexpr int kLongestText = 32768; ///< UTF-16 code units
+inline constexpr int kMaxSubsets = 64;
 inline constexpr int kMaxVerticalLines = 100;
 inline constexpr int kMaxMenuItems = 64;
 inline constexpr int kMaxSubItems = 64;
@@ -102,6 +107,7 @@ struct YAxis
     double ManualMaxY = 1;
     float NullDataValueY = kNullValue;
     bool PlottingMode = false;
+    QByteArray otherEntries = {};
     bool operator==(const YAxis&) const = default;
 };
 
@@ -112,6 +118,7 @@ struct ZoomLimits
     double ZoomMinY = 0, ZoomMaxY = 0;   ///< left Y (axes 0 and 1)
     double ZoomMinRY = 0, ZoomMaxRY = 0; ///< right Y (axes 2 and 3)
     double ZoomMinTX = 0, ZoomMaxTX = 0; ///< top X
+    QByteArray otherEntries = {};
     bool operator==(const ZoomLimits&) const = default;
 };
 
@@ -119,6 +126,7 @@ struct TableCell
 {
     QString TAText;
     int TAJustification = 0; ///< 0 left, 1 centre, 2 right
+    QByteArray otherEntries = {};
     bool operator==(const TableCell&) const = default;
 };
 
@@ -135,6 +143,7 @@ struct TableAnnotation
     bool TAHeaderColumn = false;
     int TABorder = 0;                     ///< 0 none, 1 thin line, 2 frame with shadow
     std::uint32_t TABackColor = 0xFFFFFF; ///< 0x00BBGGRR; 1 is transparent
+    QByteArray otherEntries = {};
     bool operator==(const TableAnnotation&) const = default;
 };
 
@@ -143,6 +152,7 @@ struct VerticalLine
     double position = 0;
     int type = kLineVanished;
     std::uint32_t color = 0;
+    QByteArray otherEntries = {};
     bool operator==(const VerticalLine&) const = default;
 };
 
@@ -151,6 +161,7 @@ struct MenuItem
     QString text;                ///< sub-items behind "|"
     std::map<int, int> states;   ///< sub-item (0 the item itself) to MenuState
     std::map<int, bool> checked; ///< sub-item to check mark
+    QByteArray otherEntries = {};
     bool operator==(const MenuItem&) const = default;
 };
 
@@ -187,13 +198,29 @@ struct Properties
     std::vector<int> SubsetLineTypes;
     std::vector<bool> SubsetsToShow;
     std::vector<int> RandomSubsetsToGraph; ///< subsets to draw; negative entries name none; empty: all are drawn
-    std::map<QString, QByteArray>
-        otherEntries; ///< entries of a plot file that this program does not know: name to CBOR
+    QByteArray otherEntries = {};
     bool operator==(const Properties&) const = default;
 };
 
-/// True when every property has a value that the graph's setters take and the lists have the sizes of such a graph:
-/// SubsetLabels, SubsetColors, SubsetLineTypes and SubsetsToShow one entry a subset.
-bool areValid(const Properties& properties, int subsets);
+inline bool isIn(int value, int first, int last)
+{
+    return value >= first && value <= last;
+}
+inline bool isScale(int scale)
+{
+    return scale == ScaleLinear || scale == ScaleLogarithmic;
+}
+inline bool isScaleControl(int control)
+{
+    return control == ScaleAutomatic || control == ScaleManual;
+}
+
+/// The name, as in a plot file, of the first property with a value that the graph's setters do not take or with a list
+/// that has not the size of such a graph: SubsetLabels, SubsetColors, SubsetLineTypes and SubsetsToShow have one entry
+/// a subset. Null when there is none.
+const char* firstInvalid(const Properties& properties, int subsets);
+
+/// Gives the lists with one entry a subset their defaults where they are empty.
+void fillSubsetLists(Properties& properties, int subsets);
 
 } // namespace graph

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/graph/GraphFile.h"
 
+#include "PlotFiles.h"
+
 #include "controls/graph/GraphModel.h"
 
 #include <QCborArray>
-#include <QCborMap>
-#include <QCborValue>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -19,10 +19,11 @@
 #include <limits>
 #include <random>
 #include <sys/resource.h>
-#include <zlib.h>
 
 namespace {
 
+using plotfiles::contentOf;
+using plotfiles::envelope;
 using Random = std::mt19937_64;
 
 int pick(Random& random, int first, int last)
@@ -149,25 +150,6 @@ void expectSame(const GraphModel& one, const GraphModel& other)
     EXPECT_TRUE(one.properties() == other.properties());
 }
 
-/// The file of a content map with the right checksum around it.
-QByteArray envelope(const QByteArray& content)
-{
-    QCborMap map;
-    map[QStringLiteral("format")] = QStringLiteral("MarrowickGraph plot");
-    map[QStringLiteral("version")] = 1;
-    map[QStringLiteral("crc32")] = qint64(crc32(
-        crc32(0, nullptr, 0), reinterpret_cast<const Bytef*>(content.constData()), static_cast<uInt>(content.size())));
-    map[QStringLiteral("content")] = QCborValue(QCborTag(24), content);
-    return QCborValue(QCborTag(55799), map).toCbor();
-}
-
-QCborMap contentOf(const GraphModel& model)
-{
-    const QCborValue file = QCborValue::fromCbor(GraphFile::PEstore(model));
-    return QCborValue::fromCbor(file.taggedValue().toMap()[QStringLiteral("content")].taggedValue().toByteArray())
-        .toMap();
-}
-
 } // namespace
 
 TEST(GraphFile, FullSizedGraphOfAnyBitsComesBackBitForBit)
@@ -233,86 +215,6 @@ TEST(GraphFile, AFileWithOneBitFlippedIsRefusedOrReadRight)
     }
 }
 
-TEST(GraphFile, EntriesThatAreNotKnownSurviveLoadAndSave)
-{
-    const GraphModel model(2, 2);
-    QCborMap content = contentOf(model);
-    const QCborMap inner{{QStringLiteral("a"), QCborValue(QCborTag(1), 1700000000)},
-                         {7, QCborArray{1, 2.5, QStringLiteral("x")}}};
-    content[QStringLiteral("Future")] = inner;
-    content[QStringLiteral("Later")] = QCborValue(QCborTag(32), QStringLiteral("tagged"));
-    GraphModel loaded(2, 2);
-    ASSERT_TRUE(GraphFile::PEload(loaded, envelope(content.toCborValue().toCbor())).ok());
-    loaded.setMainTitle(QStringLiteral("changed"));
-    const QCborMap again = contentOf(loaded);
-    EXPECT_EQ(again[QStringLiteral("Future")].toMap(), inner);
-    EXPECT_EQ(again[QStringLiteral("Later")], content[QStringLiteral("Later")]);
-    EXPECT_EQ(again[QStringLiteral("MainTitle")].toString(), QStringLiteral("changed"));
-}
-
-TEST(GraphFile, FieldsThatAreMissingKeepTheirDefault)
-{
-    const GraphModel model(2, 2);
-    QCborMap content = contentOf(model);
-    content.remove(QStringLiteral("TickColor"));
-    GraphModel loaded(2, 2);
-    loaded.setTickColor(0x123456);
-    ASSERT_TRUE(GraphFile::PEload(loaded, envelope(content.toCborValue().toCbor())).ok());
-    EXPECT_EQ(loaded.TickColor(), graph::Properties().TickColor);
-}
-
-TEST(GraphFile, RefusesValuesThatNoGraphHas)
-{
-    const GraphModel model(2, 2);
-    const QCborMap good = contentOf(model);
-    const std::pair<const char*, QCborValue> wrong[] = {
-        {"Subsets", 3},
-        {"Points", -2},
-        {"XData", QCborValue(QCborTag(85), QByteArray(15, '\0'))},
-        {"YData", QCborValue(QCborTag(84), QByteArray(16, '\0'))},
-        {"MainTitle", 4},
-        {"XAxisScaleControl", 7},
-        {"ManualMinX", qQNaN()},
-        {"LegendLocation", 4},
-        {"TickColor", 0x1000000},
-        {"TickColor", -1},
-        {"ShowLegend", 1},
-        {"FontSize", qint64(1) << 40},
-        {"SubsetLabels", QCborArray{QStringLiteral("one")}},
-        {"RandomSubsetsToGraph", QCborArray{2}},
-        {"YAxes", QCborArray{}},
-    };
-    for (const auto& [name, value] : wrong) {
-        QCborMap content = good;
-        content[QLatin1StringView(name)] = value;
-        GraphModel loaded(2, 2);
-        const QByteArray before = GraphFile::PEstore(loaded);
-        const Outcome outcome = GraphFile::PEload(loaded, envelope(content.toCborValue().toCbor()));
-        EXPECT_FALSE(outcome.ok()) << name;
-        EXPECT_EQ(outcome.sentence(), QStringLiteral("The file is damaged or is no plot file.")) << name;
-        EXPECT_EQ(GraphFile::PEstore(loaded), before) << name;
-    }
-    GraphModel loaded(2, 2);
-    EXPECT_TRUE(GraphFile::PEload(loaded, envelope(good.toCborValue().toCbor())).ok());
-}
-
-TEST(GraphFile, TellsANewerFormatFromADamagedFile)
-{
-    GraphModel model(2, 2);
-    QCborMap map = QCborValue::fromCbor(GraphFile::PEstore(model)).taggedValue().toMap();
-    map[QStringLiteral("version")] = 2;
-    const Outcome outcome = GraphFile::PEload(model, QCborValue(QCborTag(55799), map).toCbor());
-    EXPECT_EQ(outcome.sentence(), QStringLiteral("The file was written by a newer program."));
-}
-
-TEST(GraphFile, DeepNestingOfAnUnknownEntryIsRefused)
-{
-    QByteArray content = QByteArray::fromHex("a1") + QByteArray::fromHex("6144"); // {"D": [[[...]]]}
-    content += QByteArray(200000, char(0x81)) + char(0x00);
-    GraphModel model(2, 2);
-    EXPECT_FALSE(GraphFile::PEload(model, envelope(content)).ok());
-}
-
 TEST(GraphFile, SavesToAFileAndSaysWhatFailed)
 {
     QTemporaryDir folder;
@@ -368,20 +270,6 @@ TEST(GraphFile, ADeviceIsNotReplacedByAFile)
     EXPECT_FALSE(QFileInfo(QStringLiteral("/dev/null")).isFile());
 }
 
-TEST(GraphFile, NumbersOfAnyWidthAreReadWhenTheyKeepTheirValue)
-{
-    const GraphModel model(2, 2);
-    QCborMap content = contentOf(model);
-    content[QStringLiteral("ManualMaxX")] = 1000;
-    content[QStringLiteral("LineWidth")] = 2;
-    GraphModel loaded(2, 2);
-    ASSERT_TRUE(GraphFile::PEload(loaded, envelope(content.toCborValue().toCbor(QCborValue::EncodingOption(
-                                              QCborValue::UseFloat16 | QCborValue::UseIntegers))))
-                    .ok());
-    EXPECT_EQ(loaded.ManualMaxX(), 1000.0);
-    EXPECT_EQ(loaded.NullDataValueY(), -65536.0F);
-}
-
 TEST(GraphFile, AHugeFileIsRefusedUnread)
 {
     QTemporaryDir folder;
@@ -393,29 +281,4 @@ TEST(GraphFile, AHugeFileIsRefusedUnread)
     GraphModel model(4, 4);
     EXPECT_EQ(GraphFile::PEloadfromfile(model, name).sentence(),
               QStringLiteral("The file is too large for a plot file."));
-}
-
-TEST(GraphFile, AnIndependentReaderFindsTheCurve)
-{
-    QTemporaryDir folder;
-    GraphModel model;
-    for (int i = 0; i < 1024; ++i)
-        model.setPoint(0, i, 1000.0F + static_cast<float>(i), 50.0F / static_cast<float>(i + 1));
-    model.setMainTitle(QStringLiteral("Transducer \u03a9"));
-    const QString name = folder.filePath(QStringLiteral("plot.gzd"));
-    ASSERT_TRUE(GraphFile::PEsavetofile(model, name).ok());
-    QProcess python;
-    python.start(QStringLiteral("/usr/bin/python3"), {QStringLiteral(MG_SOURCE_DIR "/tests/data/read_plot.py"), name});
-    ASSERT_TRUE(python.waitForFinished(30000)) << qPrintable(python.errorString());
-    ASSERT_EQ(python.exitCode(), 0) << python.readAllStandardError().constData();
-    const QList<QByteArray> lines = python.readAllStandardOutput().trimmed().split('\n');
-    ASSERT_EQ(lines.size(), 1026);
-    EXPECT_EQ(lines[0], QByteArray("MarrowickGraph plot 1"));
-    EXPECT_EQ(QString::fromUtf8(lines[1]), QStringLiteral("Transducer \u03a9"));
-    for (int i = 0; i < 1024; ++i) {
-        const QList<QByteArray> fields = lines[2 + i].split(' ');
-        ASSERT_EQ(fields.size(), 2);
-        EXPECT_EQ(fields[0].toFloat(), model.XData(0, i));
-        EXPECT_EQ(fields[1].toFloat(), model.YData(0, i));
-    }
 }

@@ -290,24 +290,27 @@ TEST(GraphModelProperties, StyleTakesOnlyKnownValues)
     EXPECT_EQ(model.TickColor(), 0x555555U);
 }
 
-TEST(GraphModelProperties, WhatTheSettersTookIsValid)
+TEST(GraphModelProperties, WhatTheSettersTookIsValidAndWhatTheyRefuseIsNamed)
 {
     GraphModel model;
-    EXPECT_TRUE(graph::areValid(model.properties(), 40));
-    EXPECT_FALSE(graph::areValid(model.properties(), 39));
+    EXPECT_EQ(graph::firstInvalid(model.properties(), 40), nullptr);
+    EXPECT_STREQ(graph::firstInvalid(model.properties(), 39), "SubsetLabels");
     graph::Properties p = model.properties();
     p.yAxes[3].ManualMaxY = kInfinity;
-    EXPECT_FALSE(graph::areValid(p, 40));
+    EXPECT_STREQ(graph::firstInvalid(p, 40), "YAxes");
     p = model.properties();
     p.RandomSubsetsToGraph = {40};
-    EXPECT_FALSE(graph::areValid(p, 40));
+    EXPECT_STREQ(graph::firstInvalid(p, 40), "RandomSubsetsToGraph");
     p = model.properties();
     p.GraphAnnotationText[-1] = QStringLiteral("no");
-    EXPECT_FALSE(graph::areValid(p, 40));
+    EXPECT_STREQ(graph::firstInvalid(p, 40), "GraphAnnotationText");
     p = model.properties();
     p.verticalLines.resize(101);
-    EXPECT_FALSE(graph::areValid(p, 40));
+    EXPECT_STREQ(graph::firstInvalid(p, 40), "VerticalLines");
     p = model.properties();
     p.SubsetColors[7] = 0x1000000;
-    EXPECT_FALSE(graph::areValid(p, 40));
+    EXPECT_STREQ(graph::firstInvalid(p, 40), "SubsetColors");
+    p = model.properties();
+    p.tables[2].cells[0].TAText = QString(graph::kLongestText + 1, QLatin1Char('x'));
+    EXPECT_STREQ(graph::firstInvalid(p, 40), "Tables");
 }

@@ -2,6 +2,7 @@
 #include "controls/graph/ui/GraphPlot.h"
 
 #include "controls/graph/ui/PlotElements.h"
+#include "controls/graph/ui/PlotLegend.h"
 #include "controls/graph/ui/TracePlottable.h"
 
 #include <algorithm>
@@ -13,13 +14,6 @@ constexpr int kLegendLabelLength = 32;
 std::size_t at(int i)
 {
     return static_cast<std::size_t>(i);
-}
-
-QPen thinPen(const QColor& color, double width = 1)
-{
-    QPen pen(color, width);
-    pen.setCapStyle(Qt::FlatCap);
-    return pen;
 }
 
 } // namespace
@@ -49,7 +43,7 @@ GraphPlot::GraphPlot(const GraphModel& model, Look look, QWidget* parent)
     m_area->insetLayout()->setMargins(QMargins(8, 8, 8, 8));
     createAxes();
     legend = new QCPLegend;
-    m_legendHolder = new LegendHolder(legend);
+    m_legend = std::make_unique<PlotLegend>(*legend);
     m_centre = new QCPLayoutGrid;
     m_centre->setColumnSpacing(2);
     m_mainTitle = new TitleElement(this);
@@ -64,8 +58,8 @@ GraphPlot::GraphPlot(const GraphModel& model, Look look, QWidget* parent)
     plotLayout()->addElement(3, 0, m_centre);
     plotLayout()->addElement(4, 0, m_bottomTables);
     m_centre->addElement(0, 0, m_area);
-    m_centre->addElement(0, 1, m_legendHolder);
-    m_legendHolder->addElement(legend, Qt::AlignCenter);
+    m_centre->addElement(0, 1, m_legend->holder());
+    m_legend->holder()->addElement(legend, Qt::AlignCenter);
     legend->setLayer(QStringLiteral("legend"));
 }
 
@@ -73,7 +67,7 @@ GraphPlot::GraphPlot(const GraphModel& model, Look look, QWidget* parent)
 GraphPlot::~GraphPlot()
 {
     for (QCPLayoutElement* part : std::initializer_list<QCPLayoutElement*>{m_mainTitle, m_subTitle, m_topTables,
-                                                                           m_bottomTables, m_legendHolder}) {
+                                                                           m_bottomTables, m_legend->holder()}) {
         if (part->layout() == nullptr)
             delete part;
     }
@@ -214,7 +208,7 @@ void GraphPlot::applyProperties()
     applyAxes();
     applyTraces();
     // Fonts, names and places may all be new.
-    m_legendEntries.reset();
+    m_legend->forget();
 }
 
 void GraphPlot::applyAxes()
@@ -326,86 +320,29 @@ void GraphPlot::makeLive(const std::vector<int>& subsets)
     m_liveLayer->setMode(m_live.empty() ? QCPLayer::lmLogical : QCPLayer::lmBuffered);
 }
 
-// Legend and layout --------------------------------------------------------------------------------------------------
+// Layout --------------------------------------------------------------------------------------------------------------
 
-// One entry a pen: a curve on the right stands for its pen only where the pen has none on the left. (Labels of right
-// subsets may also carry texts that are not names.)
 void GraphPlot::applyLegend()
 {
     const graph::Properties& properties = m_model.shownProperties();
-    const auto isEntry = [&](int subset) {
-        return !m_extents[at(subset)].empty && !properties.SubsetLabels[at(subset)].isEmpty();
-    };
-    std::vector<int> entries;
-    std::array<bool, 10> hasLeft{};
-    for (const int subset : m_drawn) {
-        if (isEntry(subset) && !graph::isRightAxis(graph::yAxisOf(subset))) {
-            entries.push_back(subset);
-            hasLeft[at(subset % 10)] = true;
-        }
-    }
-    for (const int subset : m_drawn) {
-        if (isEntry(subset) && graph::isRightAxis(graph::yAxisOf(subset)) && !hasLeft[at(subset % 10)]) {
-            entries.push_back(subset);
-            hasLeft[at(subset % 10)] = true;
-        }
-    }
-    if (!properties.ShowLegend)
-        entries.clear();
-    std::sort(entries.begin(), entries.end());
-    if (entries == m_legendEntries)
+    if (!m_legend->setEntries(PlotLegend::entriesOf(properties, m_drawn, m_extents)))
         return;
-    m_legendEntries = entries;
-    legend->setVisible(!entries.empty());
-    legend->setFont(m_style.legend);
-    legend->setTextColor(m_style.ink);
-    legend->setBrush(m_style.paper);
-    legend->setBorderPen(thinPen(m_style.grid.darker(115)));
-    legend->setIconSize(static_cast<int>(m_style.textSize * 2), static_cast<int>(m_style.textSize));
-    legend->setMargins(QMargins(7, 4, 7, 4));
-    legend->setRowSpacing(1);
-    legend->setColumnSpacing(14);
-    m_legendWrap = -1;
-    arrangeLegend();
+    m_legend->setStyle(m_style);
+    m_legend->arrange(properties, m_style, m_traces, viewport().width());
     arrangeLayout();
-}
-
-void GraphPlot::arrangeLegend()
-{
-    const graph::Properties& properties = m_model.shownProperties();
-    const bool inside = properties.LegendStyle == graph::LegendInsideAxis;
-    const bool sideways =
-        !inside && (properties.LegendLocation == graph::LegendTop || properties.LegendLocation == graph::LegendBottom);
-    int wrap = 0;
-    if (sideways) {
-        double widest = 1;
-        const QFontMetrics metrics(m_style.legend);
-        for (const int subset : *m_legendEntries)
-            widest = std::max(widest, m_style.textSize * 2 + 7.0 +
-                                          metrics.horizontalAdvance(m_traces[at(subset)]->name()) + 14);
-        wrap = std::max(1, static_cast<int>((viewport().width() - 40) / widest));
-    }
-    if (wrap == m_legendWrap)
-        return;
-    m_legendWrap = wrap;
-    legend->clearItems();
-    legend->setFillOrder(sideways ? QCPLayoutGrid::foColumnsFirst : QCPLayoutGrid::foRowsFirst);
-    legend->setWrap(wrap);
-    for (const int subset : *m_legendEntries)
-        m_traces[at(subset)]->addToLegend(legend);
-    m_legendHolder->setVertical(!sideways);
 }
 
 void GraphPlot::arrangeLayout()
 {
     const graph::Properties& properties = m_model.shownProperties();
-    const bool hasLegend = m_legendEntries && !m_legendEntries->empty();
+    const bool hasLegend = !m_legend->isEmpty();
+    LegendHolder* holder = m_legend->holder();
     const bool inside = properties.LegendStyle == graph::LegendInsideAxis;
 
     if (legend->layout() != nullptr)
         legend->layout()->take(legend);
-    if (m_legendHolder->layout() != nullptr)
-        m_legendHolder->layout()->take(m_legendHolder);
+    if (holder->layout() != nullptr)
+        holder->layout()->take(holder);
     if (m_area->layout() != nullptr)
         m_area->layout()->take(m_area);
     m_centre->simplify();
@@ -414,13 +351,12 @@ void GraphPlot::arrangeLayout()
     m_centre->addElement(beside && location == graph::LegendTop ? 1 : 0,
                          beside && location == graph::LegendLeft ? 1 : 0, m_area);
     if (beside) {
-        m_centre->addElement(location == graph::LegendBottom ? 1 : 0, location == graph::LegendRight ? 1 : 0,
-                             m_legendHolder);
+        m_centre->addElement(location == graph::LegendBottom ? 1 : 0, location == graph::LegendRight ? 1 : 0, holder);
     }
     if (hasLegend && inside)
         m_area->insetLayout()->addElement(legend, Qt::AlignTop | Qt::AlignRight);
     else
-        m_legendHolder->addElement(legend, Qt::AlignCenter);
+        holder->addElement(legend, Qt::AlignCenter);
     // Inside the plotting area it must cover live traces too.
     legend->setLayer(inside ? QStringLiteral("overlay") : QStringLiteral("legend"));
     for (int i = 0; i < legend->itemCount(); ++i)
@@ -454,7 +390,6 @@ void GraphPlot::arrangeLayout()
 void GraphPlot::resizeEvent(QResizeEvent* event)
 {
     setViewport(rect());
-    if (m_legendEntries)
-        arrangeLegend();
+    m_legend->arrange(m_model.shownProperties(), m_style, m_traces, viewport().width());
     QCustomPlot::resizeEvent(event);
 }

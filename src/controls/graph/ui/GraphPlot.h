@@ -6,13 +6,14 @@
 #include "controls/graph/ui/PlotStyle.h"
 
 #include <array>
+#include <memory>
 #include <optional>
 #include <vector>
 
 class EngineeringTicker;
-class LegendHolder;
 class MinorDivisions;
 class OverlayMarks;
+class PlotLegend;
 class TableStrip;
 class TitleElement;
 class TracePlottable;
@@ -71,7 +72,6 @@ private:
     void applyAxes();
     void applyTraces();
     void applyLegend();
-    void arrangeLegend();
     void arrangeLayout();
     /// Updates the traces from the data; true when ranges or the legend's entries changed.
     bool updateData(std::vector<int>& changed);
@@ -94,7 +94,7 @@ private:
     TitleElement* m_subTitle = nullptr;
     TableStrip* m_topTables = nullptr;
     TableStrip* m_bottomTables = nullptr;
-    LegendHolder* m_legendHolder = nullptr;
+    std::unique_ptr<PlotLegend> m_legend;
     OverlayMarks* m_overlay = nullptr;
     QCPLayer* m_settledLayer = nullptr;
     QCPLayer* m_liveLayer = nullptr;
@@ -103,8 +103,6 @@ private:
     std::vector<TracePlottable*> m_traces; ///< by subset; null where not drawn
     std::vector<graph::Extent> m_extents;  ///< by subset
     std::vector<int> m_live;
-    std::optional<std::vector<int>> m_legendEntries; ///< nothing until arranged
-    int m_legendWrap = 0;
     graph::ShownRanges m_ranges;
     std::optional<std::uint64_t> m_shownRevision;
     std::uint64_t m_linesRevision = 0;

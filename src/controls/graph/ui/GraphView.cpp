@@ -2,9 +2,10 @@
 #include "controls/graph/ui/GraphView.h"
 
 #include "controls/graph/GraphModel.h"
+#include "controls/graph/ui/GraphMenu.h"
 #include "controls/graph/ui/GraphPlot.h"
 #include "controls/graph/ui/PlotElements.h"
-#include "controls/graph/ui/TracePlottable.h"
+#include "controls/graph/ui/ReadoutCursor.h"
 
 #include <QAccessible>
 #include <QContextMenuEvent>
@@ -18,8 +19,7 @@
 
 namespace {
 
-constexpr int kLeastZoom = 6;     // pixels; a smaller rectangle is a click
-constexpr double kPickReach = 12; // pixels
+constexpr int kLeastZoom = 6; // pixels; a smaller rectangle is a click
 constexpr double kKeyZoom = 2;
 constexpr double kLeastSpan = 1e-6; // of the full range: single precision has no finer detail
 
@@ -36,6 +36,7 @@ GraphView::GraphView(GraphModel& model, QWidget* parent)
     : QWidget(parent)
     , m_model(model)
     , m_plot(new GraphPlot(model, GraphPlot::Look::Screen, this))
+    , m_cursor(std::make_unique<ReadoutCursor>(model, *m_plot, [this] { cursorChanged(); }))
 {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
@@ -69,7 +70,7 @@ void GraphView::drawFrame()
     m_frameTimer.stop();
     m_sinceFrame.start();
     m_plot->refresh();
-    placeCursor();
+    m_cursor->place();
 }
 
 void GraphView::flush()
@@ -80,6 +81,16 @@ void GraphView::flush()
 QRect GraphView::plotArea() const
 {
     return m_plot->plotArea();
+}
+
+int GraphView::cursorSubset() const
+{
+    return m_cursor->subset();
+}
+
+int GraphView::cursorPoint() const
+{
+    return m_cursor->point();
 }
 
 QPointF GraphView::toPixel(double x, double y, int axis)
@@ -104,7 +115,7 @@ Outcome GraphView::savePicture(const QString& fileName, graph::PictureFormat for
 bool GraphView::event(QEvent* event)
 {
     // A key that walks the cursor must reach the view even where a window has the same key as a shortcut.
-    if (event->type() == QEvent::ShortcutOverride && m_cursorSubset >= 0 &&
+    if (event->type() == QEvent::ShortcutOverride && m_cursor->isOn() &&
         static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
         event->accept();
         return true;
@@ -160,7 +171,7 @@ void GraphView::mouseMoveEvent(QMouseEvent* event)
         return;
     }
     if (event->buttons() == Qt::NoButton && plotArea().contains(position))
-        pickPoint(event->position());
+        m_cursor->pick(event->position());
 }
 
 void GraphView::mouseReleaseEvent(QMouseEvent* event)
@@ -173,7 +184,7 @@ void GraphView::mouseReleaseEvent(QMouseEvent* event)
     if (area.width() >= kLeastZoom && area.height() >= kLeastZoom)
         zoomTo(QRectF(area.left(), area.top(), area.width() - 1, area.height() - 1));
     else if (area.width() < kLeastZoom && area.height() < kLeastZoom)
-        pickPoint(event->position());
+        m_cursor->pick(event->position());
 }
 
 void GraphView::mouseDoubleClickEvent(QMouseEvent* event)
@@ -191,7 +202,7 @@ void GraphView::leaveEvent(QEvent* event)
 {
     QWidget::leaveEvent(event);
     if (!hasFocus())
-        clearCursor();
+        m_cursor->clear();
 }
 
 void GraphView::setZoomRect(const QRect& rect)
@@ -243,149 +254,6 @@ void GraphView::zoomAboutCursor(double factor)
     zoomTo(QRectF(QPointF(centre.x() - share.x() * size.width(), centre.y() - share.y() * size.height()), size));
 }
 
-// Cursor -------------------------------------------------------------------------------------------------------------
-
-bool GraphView::pickPoint(const QPointF& position)
-{
-    int subset = -1;
-    int point = -1;
-    double nearest = kPickReach;
-    for (const int candidate : m_plot->drawn()) {
-        double distance = 0;
-        const TracePlottable* trace = m_plot->trace(candidate);
-        const int found = trace != nullptr ? trace->nearestPoint(position, nearest, &distance) : -1;
-        if (found >= 0 && (point < 0 || distance < nearest)) {
-            subset = candidate;
-            point = found;
-            nearest = distance;
-        }
-    }
-    if (point < 0)
-        return false;
-    if (subset != m_cursorSubset || point != m_cursorPoint)
-        moveCursor(subset, point);
-    return true;
-}
-
-void GraphView::moveCursor(int subset, int point)
-{
-    m_cursorSubset = subset;
-    m_cursorPoint = point;
-    placeCursor();
-    describe();
-    Q_EMIT m_model.CursorMoved(subset, point);
-}
-
-void GraphView::clearCursor()
-{
-    m_cursorSubset = -1;
-    m_cursorPoint = -1;
-    placeCursor();
-    describe();
-}
-
-// Follows its point when the view or the data moves, and goes when the point does.
-void GraphView::placeCursor()
-{
-    std::optional<QPointF> position;
-    QColor color;
-    if (m_cursorSubset >= 0) {
-        if (const TracePlottable* trace = m_plot->trace(m_cursorSubset)) {
-            position = trace->pixelOf(m_cursorPoint);
-            color = trace->pen().color();
-        }
-        if (!position) {
-            m_cursorSubset = -1;
-            m_cursorPoint = -1;
-        } else if (!QRectF(plotArea()).adjusted(-1, -1, 1, 1).contains(*position)) {
-            position.reset();
-        }
-    }
-    if (position == m_plot->overlay().cursor())
-        return;
-    m_plot->overlay().setCursor(position, color);
-    m_plot->redrawOverlay();
-}
-
-// The next drawn point at or behind from; -1 when there is none.
-int GraphView::seek(int subset, int from, int direction) const
-{
-    const TracePlottable* trace = m_plot->trace(subset);
-    for (int point = from; trace != nullptr && point >= 0 && point < m_model.Points(); point += direction) {
-        if (trace->pixelOf(point))
-            return point;
-    }
-    return -1;
-}
-
-bool GraphView::startCursor()
-{
-    if (m_cursorSubset >= 0)
-        return false;
-    for (const int subset : m_plot->drawn()) {
-        const int first = seek(subset, 0, 1);
-        if (first >= 0) {
-            moveCursor(subset, first);
-            return true;
-        }
-    }
-    return false;
-}
-
-bool GraphView::stepCursor(int points)
-{
-    if (startCursor())
-        return true;
-    if (m_cursorSubset < 0)
-        return false;
-    const int direction = points < 0 ? -1 : 1;
-    int target = m_cursorPoint;
-    for (int i = 0; i < std::abs(points); ++i) {
-        const int next = seek(m_cursorSubset, target + direction, direction);
-        if (next < 0)
-            break;
-        target = next;
-    }
-    if (target != m_cursorPoint)
-        moveCursor(m_cursorSubset, target);
-    return true;
-}
-
-bool GraphView::moveCursorToEnd(bool last)
-{
-    startCursor();
-    if (m_cursorSubset < 0)
-        return false;
-    const int target = last ? seek(m_cursorSubset, m_model.Points() - 1, -1) : seek(m_cursorSubset, 0, 1);
-    if (target >= 0 && target != m_cursorPoint)
-        moveCursor(m_cursorSubset, target);
-    return true;
-}
-
-bool GraphView::changeCurve(int direction)
-{
-    if (startCursor())
-        return true;
-    const std::vector<int>& drawn = m_plot->drawn();
-    const auto here = std::find(drawn.begin(), drawn.end(), m_cursorSubset);
-    if (here == drawn.end())
-        return false;
-    const int count = static_cast<int>(drawn.size());
-    int index = static_cast<int>(here - drawn.begin());
-    for (int i = 1; i < count; ++i) {
-        index = (index + direction + count) % count;
-        const int subset = drawn[static_cast<std::size_t>(index)];
-        int point = seek(subset, m_cursorPoint, 1);
-        if (point < 0)
-            point = seek(subset, m_cursorPoint, -1);
-        if (point >= 0) {
-            moveCursor(subset, point);
-            break;
-        }
-    }
-    return true;
-}
-
 // Keys and menu ------------------------------------------------------------------------------------------------------
 
 void GraphView::keyPressEvent(QKeyEvent* event)
@@ -403,28 +271,28 @@ void GraphView::keyPressEvent(QKeyEvent* event)
     bool taken = true;
     switch (event->key()) {
     case Qt::Key_Left:
-        taken = stepCursor(-1);
+        taken = m_cursor->step(-1);
         break;
     case Qt::Key_Right:
-        taken = stepCursor(1);
+        taken = m_cursor->step(1);
         break;
     case Qt::Key_PageUp:
-        taken = stepCursor(-10);
+        taken = m_cursor->step(-10);
         break;
     case Qt::Key_PageDown:
-        taken = stepCursor(10);
+        taken = m_cursor->step(10);
         break;
     case Qt::Key_Home:
-        taken = moveCursorToEnd(false);
+        taken = m_cursor->moveToEnd(false);
         break;
     case Qt::Key_End:
-        taken = moveCursorToEnd(true);
+        taken = m_cursor->moveToEnd(true);
         break;
     case Qt::Key_Up:
-        taken = changeCurve(-1);
+        taken = m_cursor->changeCurve(-1);
         break;
     case Qt::Key_Down:
-        taken = changeCurve(1);
+        taken = m_cursor->changeCurve(1);
         break;
     case Qt::Key_Plus:
         zoomAboutCursor(kKeyZoom);
@@ -437,8 +305,8 @@ void GraphView::keyPressEvent(QKeyEvent* event)
         if (m_dragging) {
             m_dragging = false;
             setZoomRect(QRect());
-        } else if (m_cursorSubset >= 0) {
-            clearCursor();
+        } else if (m_cursor->isOn()) {
+            m_cursor->clear();
         } else {
             taken = false;
         }
@@ -455,47 +323,13 @@ void GraphView::contextMenuEvent(QContextMenuEvent* event)
     openMenu(event->reason() == QContextMenuEvent::Keyboard ? mapToGlobal(plotArea().center()) : event->globalPos());
 }
 
-// The menu runs without an event loop of its own: whatever a handler does, nothing here waits on the stack.
 void GraphView::openMenu(const QPoint& globalPosition)
 {
-    const std::vector<graph::MenuItem>& items = m_model.properties().CustomMenu;
-    if (m_menu != nullptr || items.empty())
+    if (m_menu != nullptr)
         return;
-    auto* menu = new QMenu(this);
-    menu->setObjectName(QStringLiteral("graphMenu"));
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    for (int item = 0; item < static_cast<int>(items.size()); ++item) {
-        const QStringList texts = m_model.CustomMenu(item).split(QLatin1Char('|'));
-        const int state = m_model.CustomMenuState(item);
-        if (texts.constFirst().isEmpty() || state == graph::MenuHidden)
-            continue;
-        const auto addAction = [this, item](QMenu& target, const QString& text, int sub) {
-            QAction* action = target.addAction(QString(text).replace(QLatin1Char('&'), QLatin1String("&&")));
-            action->setData(QPoint(item, sub));
-            action->setEnabled(m_model.CustomMenuState(item, sub) == graph::MenuNormal);
-            action->setCheckable(m_model.properties().CustomMenu[static_cast<std::size_t>(item)].checked.contains(sub));
-            action->setChecked(m_model.CustomMenuChecked(item, sub));
-            connect(action, &QAction::triggered, &m_model,
-                    [this, item, sub] { Q_EMIT m_model.CustomMenuClicked(item, sub); });
-        };
-        if (texts.size() == 1) {
-            addAction(*menu, texts.constFirst(), 0);
-            continue;
-        }
-        QMenu* subMenu = menu->addMenu(QString(texts.constFirst()).replace(QLatin1Char('&'), QLatin1String("&&")));
-        subMenu->menuAction()->setEnabled(state == graph::MenuNormal);
-        subMenu->menuAction()->setData(QPoint(item, 0));
-        for (int sub = 1; sub < texts.size(); ++sub) {
-            if (m_model.CustomMenuState(item, sub) != graph::MenuHidden)
-                addAction(*subMenu, texts.at(sub), sub);
-        }
-    }
-    if (menu->isEmpty()) {
-        delete menu;
-        return;
-    }
-    m_menu = menu;
-    menu->popup(globalPosition);
+    m_menu = makeGraphMenu(m_model, this);
+    if (m_menu != nullptr)
+        m_menu->popup(globalPosition);
 }
 
 void GraphView::focusInEvent(QFocusEvent* event)
@@ -504,21 +338,30 @@ void GraphView::focusInEvent(QFocusEvent* event)
     describe();
 }
 
+void GraphView::cursorChanged()
+{
+    describe();
+    if (m_cursor->isOn())
+        Q_EMIT m_model.CursorMoved(m_cursor->subset(), m_cursor->point());
+}
+
 // For those who cannot see the curves.
 void GraphView::describe()
 {
     const graph::Properties& properties = m_model.shownProperties();
     QString text = properties.MainTitle;
-    if (m_cursorSubset >= 0) {
+    if (m_cursor->isOn()) {
+        const int subset = m_cursor->subset();
+        const int point = m_cursor->point();
         const QString unit = graph::unitOf(properties.XAxisLabel);
-        const int axis = graph::yAxisOf(m_cursorSubset);
+        const int axis = graph::yAxisOf(subset);
         const QString yUnit = graph::unitOf(properties.yAxes[static_cast<std::size_t>(axis)].YAxisLabel);
         text = tr("%1, point %2: X %3 %4, Y %5 %6")
-                   .arg(m_model.SubsetLabels(m_cursorSubset))
-                   .arg(m_cursorPoint + 1)
-                   .arg(static_cast<double>(m_model.XData(m_cursorSubset, m_cursorPoint)))
+                   .arg(m_model.SubsetLabels(subset))
+                   .arg(point + 1)
+                   .arg(static_cast<double>(m_model.XData(subset, point)))
                    .arg(unit)
-                   .arg(static_cast<double>(m_model.YData(m_cursorSubset, m_cursorPoint)))
+                   .arg(static_cast<double>(m_model.YData(subset, point)))
                    .arg(yUnit);
     }
     if (text == accessibleDescription())

@@ -10,9 +10,12 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <memory>
+
 class GraphModel;
 class GraphPlot;
 class QMenu;
+class ReadoutCursor;
 
 /// The graph control as the user sees it: draws a model, at most once per frame of the display, and turns input into
 /// the model's events.
@@ -40,8 +43,8 @@ public:
     QPointF toPixel(double x, double y, int axis = 0);
     QPointF toGraph(const QPointF& position, int axis = 0);
     /// The point under the read-out cursor; -1 when there is no cursor.
-    int cursorSubset() const { return m_cursorSubset; }
-    int cursorPoint() const { return m_cursorPoint; }
+    int cursorSubset() const;
+    int cursorPoint() const;
     /// Takes up and draws at once what waits for the next frame.
     void flush();
     /// See graph::savePicture.
@@ -70,26 +73,17 @@ private:
     void setZoomRect(const QRect& rect);
     void zoomTo(const QRectF& pixels);
     void zoomAboutCursor(double factor);
-    bool pickPoint(const QPointF& position);
-    void moveCursor(int subset, int point);
-    void clearCursor();
-    void placeCursor();
-    bool stepCursor(int points);
-    bool moveCursorToEnd(bool last);
-    bool changeCurve(int direction);
-    bool startCursor();
-    int seek(int subset, int from, int direction) const;
+    void cursorChanged();
     void openMenu(const QPoint& globalPosition);
     void describe();
 
     GraphModel& m_model;
     GraphPlot* m_plot;
+    std::unique_ptr<ReadoutCursor> m_cursor;
     QTimer m_frameTimer;
     QElapsedTimer m_sinceFrame;
     QPoint m_pressed;
     bool m_dragging = false;
     QRect m_zoomRect;
-    int m_cursorSubset = -1;
-    int m_cursorPoint = -1;
     QPointer<QMenu> m_menu;
 };

@@ -55,6 +55,13 @@ Qt::PenStyle penStyleOf(int lineType)
     }
 }
 
+QPen thinPen(const QColor& color)
+{
+    QPen pen(color, 1);
+    pen.setCapStyle(Qt::FlatCap);
+    return pen;
+}
+
 PlotStyle plotStyle(const graph::Properties& properties, const QPalette* palette)
 {
     PlotStyle style;

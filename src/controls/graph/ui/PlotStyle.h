@@ -39,5 +39,7 @@ PlotStyle plotStyle(const graph::Properties& properties, const QPalette* palette
 /// curve of a right axis has long dashes, which tells it from the curve of the same pen on the left.
 QPen tracePen(const graph::Properties& properties, const PlotStyle& style, int subset);
 
+/// For axes, grids and frames: ends where its line ends.
+QPen thinPen(const QColor& color);
 /// Line style of a subset line type or a vertical line type.
 Qt::PenStyle penStyleOf(int lineType);

@@ -3,6 +3,8 @@
 
 #include "controls/graph/AxisRange.h"
 #include "controls/graph/ui/PlotLibrary.h"
+#include "controls/graph/ui/TracePixels.h"
+#include "controls/graph/ui/WideLine.h"
 
 #include <optional>
 #include <vector>
@@ -49,30 +51,9 @@ protected:
     void drawLegendIcon(QCPPainter* painter, const QRectF& rect) const override;
 
 private:
-    /// From scaled values to pixels.
-    struct Mapping
-    {
-        double xFactor = 0, xOffset = 0, yFactor = 0, yOffset = 0;
-        QRect area;
-        double columnsPerPixel = 1;
-        bool operator==(const Mapping&) const = default;
-        QPointF pixel(double u, double v) const { return {u * xFactor + xOffset, v * yFactor + yOffset}; }
-    };
-    struct Run
-    {
-        std::size_t start;
-        std::size_t count;
-    };
-
-    Mapping mapping(double columnsPerPixel) const;
-    bool isWithin(const Mapping& map, const QRectF& reach) const;
-    void build(const Mapping& map, bool everyPoint);
-    void drawRuns(QCPPainter* painter, double scale) const;
-    void drawDashes(QCPPainter* painter, const QPointF* points, std::size_t count, double deviceWidth,
-                    double scale) const;
-    void drawBundle(QCPPainter* painter, const QPointF* points, std::size_t count, double deviceWidth,
-                    double scale) const;
-    void drawMarks(QCPPainter* painter, const Mapping& map) const;
+    TraceMapping mapping(double columnsPerPixel) const;
+    void drawLines(QCPPainter* painter, double scale);
+    void drawMarks(QCPPainter* painter, const TraceMapping& map) const;
     void drawMark(QCPPainter* painter, const QPointF& position) const;
 
     const GraphModel& m_model;
@@ -83,11 +64,8 @@ private:
     graph::Extent m_extent;
     std::vector<double> m_u; ///< scaled X; not a number for a point that is not drawn
     std::vector<double> m_v; ///< scaled Y
-    std::optional<Mapping> m_built;
-    std::vector<QPointF> m_pixels;
-    std::vector<Run> m_runs;
-    mutable std::vector<QPointF> m_normals; ///< of the run being drawn
-    mutable std::vector<QPointF> m_shifted;
-    mutable std::vector<QPointF> m_dash;
+    std::optional<TraceMapping> m_built;
+    TracePixels m_pixels;
+    WideLine m_wideLine;
     std::uint64_t m_drawCount = 0;
 };

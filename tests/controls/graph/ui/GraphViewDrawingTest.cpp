@@ -311,3 +311,47 @@ TEST_F(GraphViewDrawing, NothingSizedGraphsDoNotHurt)
         EXPECT_FALSE(picture().isNull());
     }
 }
+
+TEST_F(GraphViewDrawing, TheLowestAndTheHighestValueOfAPixelColumnAreBothDrawn)
+{
+    // Far more points than pixels, all in one column but for the ends, so that two of them stand out of it.
+    constexpr int kPoints = 1024;
+    const auto put = [this](int point, double frequency, double ohms) {
+        model.setPoint(0, point, static_cast<float>(frequency), static_cast<float>(ohms));
+    };
+    for (const bool highestFirst : {true, false}) {
+        put(0, 1e3, 30);
+        for (int i = 1; i < kPoints - 1; ++i)
+            put(i, 3e4 * (1 + 1e-6 * i), 30);
+        put(kPoints - 1, 1e6, 30);
+        put(highestFirst ? 300 : 700, 3e4 * (1 + 3e-4), 900);
+        put(highestFirst ? 700 : 300, 3e4 * (1 + 7e-4), 1.2);
+        settle();
+        const QImage image = picture();
+        EXPECT_TRUE(isRedAt(image, view.toPixel(3e4, 870))) << highestFirst;
+        EXPECT_TRUE(isRedAt(image, view.toPixel(3e4, 1.25))) << highestFirst;
+    }
+}
+
+TEST_F(GraphViewDrawing, OnlyOneLeftAxisDrawsGridLines)
+{
+    // Axis 0 has its lines at 1, 10, 100 and 1000 Ohm, axis 1 between them, at half decades.
+    model.setWorkingAxis(1);
+    model.setYAxisLabel(QStringLiteral("Modulus of Admittance - Siemens"));
+    model.setYAxisScaleControl(graph::ScaleLogarithmic);
+    model.setManualScaleControlY(graph::ScaleManual);
+    model.setManualMinY(std::sqrt(10.0));
+    model.setManualMaxY(std::sqrt(10.0) * 1000);
+    model.setTickColor(0x0000FF);
+    show(10);
+    settle();
+    ASSERT_TRUE(plot().valueAxis(0).visible());
+    ASSERT_TRUE(plot().valueAxis(1).visible());
+    const QImage image = picture();
+    // Between the upright lines, where nothing else is red.
+    const double x = (view.toPixel(1e4, 1).x() + view.toPixel(2e4, 1).x()) / 2;
+    EXPECT_TRUE(isRedAt(image, QPointF(x, view.toPixel(1e3, 10, 0).y())));
+    EXPECT_TRUE(isRedAt(image, QPointF(x, view.toPixel(1e3, 100, 0).y())));
+    EXPECT_FALSE(isRedAt(image, QPointF(x, view.toPixel(1e3, 10, 1).y())));
+    EXPECT_FALSE(isRedAt(image, QPointF(x, view.toPixel(1e3, 100, 1).y())));
+}
