@@ -2,6 +2,7 @@
 #include "document/QuickFileList.h"
 
 #include "prefs/Preferences.h"
+#include "prefs/SettingsStore.h"
 
 void QuickFileList::UpdateQuickFileList(const QString& strFilePathName)
 {
@@ -20,6 +21,7 @@ void QuickFileList::UpdateQuickFileList(const QString& strFilePathName)
     m_entries.prepend(strFilePathName);
     while (m_entries.size() > kCapacity)
         m_entries.removeLast();
+    const SettingsStore::Batch batch(m_preferences.store());
     for (int i = 0; i < kCapacity; ++i)
         m_preferences.setValue(options::kQuickOpenFile, i, m_entries.value(i));
 }
