@@ -281,6 +281,9 @@ void PenDocument::UpdateTestExtents(double lMinFreq, double lMaxFreq)
     KorvaLink& device = m_context.device;
     if (!device.Connected() || !gbfSendZoom || !m_context.mirror.bfGraphExtents)
         return;
+    // An axis of something else, trim codes for one, has no extents to sweep.
+    if (m_graph.XAxisLabel() != kFrequency)
+        return;
     // The exponents of a zoom can lie beyond any frequency: that is nothing to command.
     if (!std::isfinite(lMinFreq) || !std::isfinite(lMaxFreq))
         return;

@@ -5,12 +5,14 @@
 #include "link/Frame.h"
 #include "link/LinkContext.h"
 #include "link/PlotState.h"
+#include "link/StatusFrames.h"
 #include "link/StatusPanels.h"
 
 #include <QObject>
 
 #include <array>
 #include <functional>
+#include <optional>
 
 class PenDocument;
 class SettingsDialogPort;
@@ -37,7 +39,7 @@ public:
     /// What the instrument's side tells the rest of the program.
     InstrumentEvents& events() { return m_events; }
 
-    /// The settings dialog that frames write to; null when it is closed. Not owned.
+    /// The settings dialog that is asked; null when it is closed. Not owned.
     void setSettingsDialog(SettingsDialogPort* dialog);
     SettingsDialogPort& settingsDialog() const { return *m_dialog; }
 
@@ -65,10 +67,20 @@ public:
 
     /// Under the section named by the serial number; nothing while that is empty.
     void DeviceSaveSettings();
-    /// A key that is missing or unreadable keeps the value in hand.
+    /// A key that is missing or unreadable, or whose value no instrument can have, keeps the value in hand.
     void DeviceLoadSettings();
     /// Nine commands: phase, idlefreq, points, atten, repeat, sweepmode, period, startfreq, endfreq.
     void DeviceSendSettings();
+
+    /// The instrument has told its complete state: from now on its settings are live. It is given what was stored under
+    /// its serial number.
+    void answerComplete();
+
+    /// The count of samples that a DT46 is to average: what was stored for it, or else what it has reported. Nothing
+    /// for an instrument without, and while neither is known.
+    std::optional<int> knownSamples() const;
+    /// "samples", where a count is known and no script runs.
+    void DeviceSendSamples();
 
     /// Panel 5: points of the test, while plotting with the number of the last one before it.
     void showTestPoints();
@@ -89,38 +101,18 @@ private:
     void endOfPoints();
     void showMeasured(PenDocument& document, double frequency, int action);
 
-    bool attenuation(const Frame& frame);           // A
-    bool calibrationSlope(const Frame& frame);      // B
-    bool trim(const Frame& frame);                  // C
-    bool testStarted(const Frame& frame);           // D
-    bool testEnded(const Frame& frame);             // E
-    bool impedancePoint(const Frame& frame);        // F
-    bool idleLevel(const Frame& frame);             // G
-    bool amplitudePoint(const Frame& frame);        // H
-    bool idleImpedance(const Frame& frame);         // I
-    bool options(const Frame& frame);               // J
-    bool sweep(const Frame& frame);                 // K
-    bool amplitudeLimits(const Frame& frame);       // L
-    bool reactanceLimits(const Frame& frame);       // M
-    bool impedanceLimits(const Frame& frame);       // N
-    bool firmwareVersion(const Frame& frame);       // O
-    bool points(const Frame& frame);                // P
-    bool testParameters(const Frame& frame);        // Q
-    bool calibration(const Frame& frame);           // R
-    bool period(const Frame& frame);                // S
-    bool notice(const Frame& frame);                // T
-    bool serialNumber(const Frame& frame);          // V
-    bool completeState(const Frame& frame);         // X
-    bool pointsFinished(const Frame& frame);        // Y
-    bool activePen(const Frame& frame);             // a
-    bool extentsWanted(const Frame& frame);         // c
-    bool endOfProgram(const Frame& frame);          // h
-    bool scriptState(const Frame& frame);           // k
-    bool deviceInformation(const Frame& frame);     // l
-    bool stateText(const Frame& frame);             // r
-    bool sweepRange(const Frame& frame);            // s
-    bool frequencyCompensation(const Frame& frame); // t
-    bool loopView(const Frame& frame);              // u
+    bool testStarted(const Frame& frame);    // D
+    bool testEnded(const Frame& frame);      // E
+    bool impedancePoint(const Frame& frame); // F
+    bool amplitudePoint(const Frame& frame); // H
+    bool notice(const Frame& frame);         // T
+    bool pointsFinished(const Frame& frame); // Y
+    bool activePen(const Frame& frame);      // a
+    bool extentsWanted(const Frame& frame);  // c
+    bool endOfProgram(const Frame& frame);   // h
+    bool scriptState(const Frame& frame);    // k
+    bool stateText(const Frame& frame);      // r
+    bool loopView(const Frame& frame);       // u
 
     /// strRxBuffer: the bytes of the present pass that are not handled yet lie in [m_rxBegin, m_rxEnd).
     static constexpr std::size_t kRxBufferSize = 31200;
@@ -134,4 +126,5 @@ private:
     StatusPanels m_panels;
     SettingsDialogPort* m_dialog;
     std::array<Handler, 256> m_handlers;
+    StatusFrames m_statusFrames;
 };
