@@ -2,6 +2,7 @@
 #include "document/QuickFileList.h"
 
 #include "document/DocumentBench.h"
+#include "support/WriteCounter.h"
 
 #include <gtest/gtest.h>
 
@@ -40,6 +41,17 @@ TEST_F(QuickFileListTest, TheLastEntryIsDroppedPastTheCapacity)
     EXPECT_EQ(list.entries().size(), QuickFileList::kCapacity);
     EXPECT_FALSE(list.entries().contains("/0.gad"));
     EXPECT_EQ(stored(QuickFileList::kCapacity - 1), "/1.gad");
+}
+
+TEST_F(QuickFileListTest, AnUpdateOfAFullListIsOneWrite)
+{
+    for (int i = 0; i < QuickFileList::kCapacity; ++i)
+        list.UpdateQuickFileList(QString("/%1.gad").arg(i));
+    WriteCounter writes(bench.store.folder());
+    list.UpdateQuickFileList("/new.gad");
+    EXPECT_EQ(writes.take(), 1);
+    list.UpdateQuickFileList("/new.gad");
+    EXPECT_EQ(writes.take(), 0) << "nothing has changed";
 }
 
 TEST_F(QuickFileListTest, EmptyNameReadsTheSavedEntries)
