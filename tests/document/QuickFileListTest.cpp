@@ -4,6 +4,8 @@
 #include "document/DocumentBench.h"
 #include "support/WriteCounter.h"
 
+#include <QTest>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -21,9 +23,18 @@ TEST_F(QuickFileListTest, NewestStandsOnTopAndIsWrittenBack)
     list.UpdateQuickFileList("/a.gad");
     list.UpdateQuickFileList("/b.gad");
     EXPECT_EQ(list.entries(), (QStringList{"/b.gad", "/a.gad"}));
-    EXPECT_EQ(stored(0), "/b.gad");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return stored(0) == "/b.gad"; })) << "soon, and by itself";
     EXPECT_EQ(stored(1), "/a.gad");
     EXPECT_EQ(bench.store.GetSetting("MarrowickGraph", "QuickOpen", "File0", ""), "/b.gad");
+}
+
+TEST_F(QuickFileListTest, WhatIsNotWrittenYetIsWrittenAtTheEnd)
+{
+    {
+        QuickFileList ending(bench.preferences);
+        ending.UpdateQuickFileList("/a.gad");
+    }
+    EXPECT_EQ(stored(0), "/a.gad");
 }
 
 TEST_F(QuickFileListTest, KnownFileMovesToTheTopWhateverItsCase)
@@ -40,23 +51,31 @@ TEST_F(QuickFileListTest, TheLastEntryIsDroppedPastTheCapacity)
         list.UpdateQuickFileList(QString("/%1.gad").arg(i));
     EXPECT_EQ(list.entries().size(), QuickFileList::kCapacity);
     EXPECT_FALSE(list.entries().contains("/0.gad"));
+    list.store();
     EXPECT_EQ(stored(QuickFileList::kCapacity - 1), "/1.gad");
 }
 
-TEST_F(QuickFileListTest, AnUpdateOfAFullListIsOneWrite)
+TEST_F(QuickFileListTest, TenFilesOpenedWithAFullListAreOneWrite)
 {
     for (int i = 0; i < QuickFileList::kCapacity; ++i)
         list.UpdateQuickFileList(QString("/%1.gad").arg(i));
+    list.store();
     WriteCounter writes(bench.store.folder());
-    list.UpdateQuickFileList("/new.gad");
+    for (int i = 0; i < 10; ++i)
+        list.UpdateQuickFileList(QString("/new%1.gad").arg(i));
+    EXPECT_EQ(writes.take(), 0);
+    list.store();
     EXPECT_EQ(writes.take(), 1);
-    list.UpdateQuickFileList("/new.gad");
+    EXPECT_EQ(stored(0), "/new9.gad");
+    list.UpdateQuickFileList("/new9.gad");
+    list.store();
     EXPECT_EQ(writes.take(), 0) << "nothing has changed";
 }
 
 TEST_F(QuickFileListTest, EmptyNameReadsTheSavedEntries)
 {
     list.UpdateQuickFileList("/a.gad");
+    list.store();
     QuickFileList restarted(bench.preferences);
     EXPECT_TRUE(restarted.entries().isEmpty());
     restarted.UpdateQuickFileList("");
@@ -65,9 +84,13 @@ TEST_F(QuickFileListTest, EmptyNameReadsTheSavedEntries)
 
 TEST_F(QuickFileListTest, EntriesOfAnotherCopyStay)
 {
-    QuickFileList other(bench.preferences);
+    SettingsStore otherStore(bench.store.folder());
+    Preferences otherPreferences(otherStore, bench.preferences.applicationTitle());
+    QuickFileList other(otherPreferences);
     list.UpdateQuickFileList("/a.gad");
     other.UpdateQuickFileList("/b.gad");
+    list.store();
+    other.store();
     list.UpdateQuickFileList("/c.gad");
     EXPECT_EQ(list.entries(), (QStringList{"/c.gad", "/b.gad", "/a.gad"}));
 }
