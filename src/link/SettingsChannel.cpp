@@ -2,6 +2,7 @@
 #include "link/SettingsChannel.h"
 
 #include "controls/korvalink/KorvaLink.h"
+#include "instrument/InstrumentMirror.h"
 #include "link/DeviceModule.h"
 #include "program/ProgramState.h"
 
@@ -19,6 +20,11 @@ void SettingsChannel::SendToDevice(const QString& text) const
 bool SettingsChannel::deviceReady() const
 {
     return m_context.state.gbfDeviceReady;
+}
+
+bool SettingsChannel::isStateKnown() const
+{
+    return deviceReady() || m_context.mirror.strDeviceSerial == InstrumentMirror().strDeviceSerial;
 }
 
 InstrumentEvents& SettingsChannel::events() const

@@ -23,6 +23,9 @@ public:
 
     /// Whether the settings of the instrument are live: its complete state has arrived.
     bool deviceReady() const;
+    /// False from the moment that an instrument has told its serial number until its state is complete: what is shown
+    /// meanwhile is not to be stored under that number.
+    bool isStateKnown() const;
     DeviceModule& device() const { return m_device; }
     InstrumentEvents& events() const;
     const LinkContext& context() const { return m_context; }

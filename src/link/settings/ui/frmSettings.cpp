@@ -48,7 +48,7 @@ frmSettings::frmSettings(DeviceModule& device, SettingsDialogHost& host, QWidget
     host.addFunctionKeys(*this);
 
     const InstrumentEvents* const events = &m_channel.events();
-    connect(events, &InstrumentEvents::connected, this, &frmSettings::RefreshDialog);
+    connect(events, &InstrumentEvents::connected, this, &frmSettings::showNewInstrument);
     connect(events, &InstrumentEvents::stateComplete, this, &frmSettings::RefreshDialog);
     connect(events, &InstrumentEvents::aboutToForget, this, &frmSettings::storeSettings);
     device.setSettingsDialog(this);
@@ -101,6 +101,14 @@ void frmSettings::setTabOrders()
 void frmSettings::setClock(const std::function<QDateTime()>& now)
 {
     m_engineering->runs().now = now;
+}
+
+void frmSettings::showNewInstrument()
+{
+    // What was monitored is gone, and its end is no command to the instrument that has come in its place.
+    m_channel.setLive(false);
+    uncheckMonitor();
+    RefreshDialog();
 }
 
 void frmSettings::RefreshDialog()
@@ -190,7 +198,8 @@ void frmSettings::unload()
 
 void frmSettings::storeSettings()
 {
-    if (m_stored)
+    // Before an instrument has told its state the dialog shows what is not yet its own.
+    if (m_stored || !m_channel.isStateKnown())
         return;
     m_stored = true;
     const SettingsStore::Batch batch(m_channel.context().preferences.store());

@@ -54,6 +54,7 @@ public:
 private:
     void buildPages(SettingsDialogHost& host);
     void setTabOrders();
+    void showNewInstrument();
     void storeSettings();
     void applyPosition();
     void storePosition();

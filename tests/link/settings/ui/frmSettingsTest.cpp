@@ -754,8 +754,6 @@ TEST_F(FrmSettings, EveryControlIsReachedByTheKeyboardAndHasAName)
     }
 }
 
-} // namespace
-
 TEST_F(FrmSettings, NothingThatItShowsOfOneInstrumentGoesToTheNext)
 {
     open();
@@ -778,3 +776,32 @@ TEST_F(FrmSettings, NothingThatItShowsOfOneInstrumentGoesToTheNext)
     EXPECT_EQ(saved("S1", "MonF1"), QStringLiteral("77000"));
     EXPECT_EQ(saved("Device", "MonF1"), QStringLiteral("400000"));
 }
+
+TEST_F(FrmSettings, AMonitorEndsWithItsInstrument)
+{
+    open();
+    click("chkMonitor");
+    Terminal other;
+    ASSERT_TRUE(device.OpenTransport(std::make_unique<SerialTransport>(other.path()), QStringLiteral("other")));
+    EXPECT_FALSE(checked("chkMonitor"));
+    device.Write(QStringLiteral("mark\r"));
+    QByteArray heard;
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        heard += other.take();
+        return heard.endsWith("mark\r");
+    }));
+    EXPECT_TRUE(heard.startsWith("phase ")) << heard.constData();
+}
+
+TEST_F(FrmSettings, ClosedBeforeTheStateIsCompleteItStoresNothingUnderTheSerialNumber)
+{
+    state.gbfDeviceReady = false;
+    mirror.strDeviceSerial = QStringLiteral("Device");
+    open();
+    frame(text('V', '0', "S7"));
+    form->Unload();
+    EXPECT_EQ(saved("S7", "dblStartFrequency"), QStringLiteral("(none)"));
+    EXPECT_EQ(saved("S7", "MonF1"), QStringLiteral("(none)"));
+}
+
+} // namespace
