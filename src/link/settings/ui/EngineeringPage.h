@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "link/CalibrationRuns.h"
+#include "link/settings/CalibrationRuns.h"
 
 #include <QWidget>
 

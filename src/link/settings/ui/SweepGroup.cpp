@@ -5,8 +5,8 @@
 #include "link/Commands.h"
 #include "link/DeviceModule.h"
 #include "link/FirmwareVersion.h"
-#include "link/SettingsChannel.h"
 #include "link/SettingsRules.h"
+#include "link/settings/SettingsChannel.h"
 #include "link/settings/ui/SettingsControls.h"
 
 #include <QCheckBox>

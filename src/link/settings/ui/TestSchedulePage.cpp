@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "link/settings/ui/TestSchedulePage.h"
 
-#include "link/SettingsChannel.h"
 #include "link/TestSchedule.h"
+#include "link/settings/SettingsChannel.h"
 #include "link/settings/ui/SettingsControls.h"
 
 #include <QCheckBox>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "link/MainWindowPort.h"
-#include "link/SettingsChannel.h"
+#include "link/settings/SettingsChannel.h"
 
 #include <QDialog>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "link/SettingsChannel.h"
+#include "link/settings/SettingsChannel.h"
 
 #include "controls/korvalink/KorvaLink.h"
 #include "instrument/InstrumentMirror.h"

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "link/CalibrationRuns.h"
+#include "link/settings/CalibrationRuns.h"
 
 #include "controls/korvalink/KorvaLink.h"
 #include "document/PenDocument.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/Commands.h"
-#include "link/SettingsChannel.h"
-#include "link/SettingsDialogHost.h"
 #include "link/SettingsRules.h"
+#include "link/settings/SettingsChannel.h"
+#include "link/settings/SettingsDialogHost.h"
 #include "program/ProgramState.h"
 #include "program/UserMessages.h"
 
