@@ -94,6 +94,10 @@ bool writeSettings(const QString& configFolder)
     const QByteArray folder = configFolder.toUtf8();
     file.write("[Prompts]\nSplashScreen=0\n[Paths]\nPlotFiles=" + folder + "\nExportFiles=" + folder +
                "\nScriptFiles=" + folder + "\nUpdateFiles=" + folder + "\n");
+    // A full list of the files last opened, as it stands after a few days: each opened plot moves all of it.
+    file.write("[QuickOpen]\n");
+    for (int i = 0; i < 9; ++i)
+        file.write("File" + QByteArray::number(i) + "=" + folder + "/earlier" + QByteArray::number(i) + ".gad\n");
     return true;
 }
 

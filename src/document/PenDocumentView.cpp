@@ -198,8 +198,8 @@ void PenDocument::UpdateTestExtents(double lMinFreq, double lMaxFreq)
         return;
     m_testMinFreq = lMinFreq;
     m_testMaxFreq = lMaxFreq;
-    // The exponents of a zoom can lie beyond any frequency: that is nothing to sweep.
-    if (gbfSendZoom && std::isfinite(lMinFreq) && std::isfinite(lMaxFreq))
+    // An axis of something else, trim codes for one, has no extent to sweep, nor have exponents beyond any frequency.
+    if (gbfSendZoom && m_view.isOverFrequency() && std::isfinite(lMinFreq) && std::isfinite(lMaxFreq))
         Q_EMIT testExtentChanged(lMinFreq, lMaxFreq, m_graph.XAxisScaleControl() != graph::ScaleLogarithmic);
 }
 

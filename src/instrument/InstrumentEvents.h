@@ -54,6 +54,8 @@ Q_SIGNALS:
     /// The complete state has arrived and the stored settings of this instrument have been sent.
     void stateComplete();
     void phaseReported(bool on);
+    /// 0 "A to B", 1 "B to A", 2 "Alternate", as the frame says it.
+    void sweepModeReported(int mode);
     void periodReported(double milliseconds);
     /// Level of the idle output in dB or Ohm, phase signed in degrees.
     void levelMeasured(double level, double phase, bool phaseMeasured);

@@ -33,7 +33,9 @@ DeviceModule::DeviceModule(const LinkContext& context, QObject* parent)
     , m_context(context)
     , m_panels(context.port)
     , m_dialog(&noDialog())
+    , m_statusFrames(*this)
 {
+    m_panels.follow(m_events, m_context.mirror, m_context.state);
     registerOwnHandlers();
     m_recorder = std::make_unique<SweepRecorder>(*this);
     m_follower = std::make_unique<DocumentFollower>(m_context, m_events);
@@ -139,6 +141,16 @@ void DeviceModule::DeviceReset()
     DeviceInitialise();
 }
 
+void DeviceModule::answerComplete()
+{
+    showTestPoints();
+    m_context.state.gbfDeviceReady = true;
+    DeviceLoadSettings();
+    DeviceSendSettings();
+    DeviceSendSamples();
+    Q_EMIT m_events.stateComplete();
+}
+
 void DeviceModule::deviceConnected()
 {
     m_rxBegin = m_rxEnd = 0;
@@ -147,15 +159,11 @@ void DeviceModule::deviceConnected()
         if (m_context.state.gbfDeviceReady) {
             DeviceSaveSettings();
             Q_EMIT m_events.aboutToForget();
-            m_dialog->storeSettings();
         }
         m_context.state.gbfScriptRunning = false;
         m_recorder->endRun();
         DeviceInitialise();
-        // A dialog that stayed open would send what it still shows when it is closed.
-        m_dialog->RefreshDialog();
     }
-    m_panels.show(StatusPanels::State, "Connected");
     Q_EMIT m_events.connected();
     DeviceEnquire();
     m_context.port.unloadDeviceChooser();
@@ -165,17 +173,9 @@ void DeviceModule::deviceConnected()
 
 void DeviceModule::deviceDisconnected()
 {
-    if (m_context.state.gbfDeviceReady) {
+    if (m_context.state.gbfDeviceReady)
         Q_EMIT m_events.aboutToForget();
-        m_dialog->storeSettings();
-    }
     m_context.device.Close();
-    m_panels.show(StatusPanels::State, "Disconnected");
-    m_panels.show(StatusPanels::Pen, "1");
-    for (const auto panel :
-         {StatusPanels::StartFrequency, StatusPanels::EndFrequency, StatusPanels::Phase, StatusPanels::Points,
-          StatusPanels::Period, StatusPanels::IdleFrequency, StatusPanels::SweepMode, StatusPanels::Attenuation})
-        m_panels.show(panel, {});
     m_recorder->endRun();
     m_context.state.gbfScriptRunning = false;
     DeviceReset();

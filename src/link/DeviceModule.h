@@ -4,6 +4,7 @@
 #include "instrument/InstrumentEvents.h"
 #include "link/Frame.h"
 #include "link/LinkContext.h"
+#include "link/StatusFrames.h"
 #include "link/StatusPanels.h"
 
 #include <QObject>
@@ -11,6 +12,7 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <optional>
 
 class DocumentFollower;
 class SettingsDialogPort;
@@ -39,7 +41,7 @@ public:
     /// What the instrument's side tells the rest of the program.
     InstrumentEvents& events() { return m_events; }
 
-    /// The settings dialog that frames write to; null when it is closed. Not owned.
+    /// The settings dialog that is asked; null when it is closed. Not owned.
     void setSettingsDialog(SettingsDialogPort* dialog);
     SettingsDialogPort& settingsDialog() const { return *m_dialog; }
 
@@ -68,10 +70,20 @@ public:
 
     /// Under the section named by the serial number; nothing while that is empty.
     void DeviceSaveSettings();
-    /// A key that is missing or unreadable keeps the value in hand.
+    /// A key that is missing or unreadable, or whose value no instrument can have, keeps the value in hand.
     void DeviceLoadSettings();
     /// Nine commands: phase, idlefreq, points, atten, repeat, sweepmode, period, startfreq, endfreq.
     void DeviceSendSettings();
+
+    /// The instrument has told its complete state: from now on its settings are live. It is given what was stored under
+    /// its serial number.
+    void answerComplete();
+
+    /// The count of samples that a DT46 is to average: what was stored for it, or else what it has reported. Nothing
+    /// for an instrument without, and while neither is known.
+    std::optional<int> knownSamples() const;
+    /// "samples", where a count is known and no script runs.
+    void DeviceSendSamples();
 
     /// Panel 5: points of the test, while plotting with the number of the last one before it.
     void showTestPoints();
@@ -87,33 +99,13 @@ private:
 
     bool handleBuffered();
 
-    bool attenuation(const Frame& frame);           // A
-    bool calibrationSlope(const Frame& frame);      // B
-    bool trim(const Frame& frame);                  // C
-    bool idleLevel(const Frame& frame);             // G
-    bool idleImpedance(const Frame& frame);         // I
-    bool options(const Frame& frame);               // J
-    bool sweep(const Frame& frame);                 // K
-    bool amplitudeLimits(const Frame& frame);       // L
-    bool reactanceLimits(const Frame& frame);       // M
-    bool impedanceLimits(const Frame& frame);       // N
-    bool firmwareVersion(const Frame& frame);       // O
-    bool points(const Frame& frame);                // P
-    bool testParameters(const Frame& frame);        // Q
-    bool calibration(const Frame& frame);           // R
-    bool period(const Frame& frame);                // S
-    bool notice(const Frame& frame);                // T
-    bool serialNumber(const Frame& frame);          // V
-    bool completeState(const Frame& frame);         // X
-    bool activePen(const Frame& frame);             // a
-    bool extentsWanted(const Frame& frame);         // c
-    bool endOfProgram(const Frame& frame);          // h
-    bool scriptState(const Frame& frame);           // k
-    bool deviceInformation(const Frame& frame);     // l
-    bool stateText(const Frame& frame);             // r
-    bool sweepRange(const Frame& frame);            // s
-    bool frequencyCompensation(const Frame& frame); // t
-    bool loopView(const Frame& frame);              // u
+    bool notice(const Frame& frame);         // T
+    bool activePen(const Frame& frame);      // a
+    bool extentsWanted(const Frame& frame);  // c
+    bool endOfProgram(const Frame& frame);   // h
+    bool scriptState(const Frame& frame);    // k
+    bool stateText(const Frame& frame);      // r
+    bool loopView(const Frame& frame);       // u
 
     /// strRxBuffer: the bytes of the present pass that are not handled yet lie in [m_rxBegin, m_rxEnd).
     static constexpr std::size_t kRxBufferSize = 31200;
@@ -126,6 +118,7 @@ private:
     StatusPanels m_panels;
     SettingsDialogPort* m_dialog;
     std::array<Handler, 256> m_handlers;
+    StatusFrames m_statusFrames;
     char m_onlyCode = 0;
     std::unique_ptr<SweepRecorder> m_recorder;
     std::unique_ptr<DocumentFollower> m_follower;

@@ -3,12 +3,15 @@
 #include "controls/korvalink/KorvaLink.h"
 #include "instrument/Commands.h"
 #include "instrument/InstrumentMirror.h"
+#include "instrument/InstrumentRanges.h"
 #include "link/DeviceModule.h"
+#include "link/FirmwareVersion.h"
 #include "link/MainWindowPort.h"
+#include "link/SettingsRules.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
-
-#include <limits>
+#include "program/ProgramState.h"
+#include "values/Conversions.h"
 
 void DeviceModule::DeviceSaveSettings()
 {
@@ -33,28 +36,52 @@ void DeviceModule::DeviceSaveSettings()
 
 void DeviceModule::DeviceLoadSettings()
 {
+    using namespace instrumentranges;
     InstrumentMirror& mirror = m_context.mirror;
-    const auto load = [&](const auto& option, auto& variable) {
+    const auto load = [&](const auto& option, auto& variable, auto believed) {
         using Variable = std::remove_reference_t<decltype(variable)>;
         const auto value = m_context.preferences.value(mirror.strDeviceSerial, option, variable);
-        if constexpr (std::is_same_v<Variable, std::int16_t>) {
-            if (value < std::numeric_limits<std::int16_t>::min() || value > std::numeric_limits<std::int16_t>::max())
-                return;
-        }
-        variable = static_cast<Variable>(value);
+        if (believed(value))
+            variable = static_cast<Variable>(value);
     };
-    load(options::kIdleFrequency, mirror.dblIdleFrequency);
-    load(options::kGraphExtents, mirror.bfGraphExtents);
-    load(options::kNumPoints, mirror.iNumPoints);
-    load(options::kAttenuationCode, mirror.iAttenuationCode);
-    load(options::kRepeat, mirror.bfRepeat);
+    const auto any = [](bool) { return true; };
+    const auto frequency = [&mirror](double hertz) { return isFrequency(mirror, hertz); };
+    load(options::kIdleFrequency, mirror.dblIdleFrequency,
+         [&mirror](double hertz) { return isIdleFrequency(mirror, hertz); });
+    load(options::kGraphExtents, mirror.bfGraphExtents, any);
+    load(options::kNumPoints, mirror.iNumPoints, isPointCount);
+    load(options::kAttenuationCode, mirror.iAttenuationCode,
+         [&mirror](double code) { return isAttenuationCode(mirror, code); });
+    load(options::kRepeat, mirror.bfRepeat, any);
     Q_EMIT m_events.changed(MirrorPart::Repeat);
-    load(options::kSweepMode, mirror.iSweepMode);
-    load(options::kPhaseOn, mirror.bfPhaseOn);
-    load(options::kTestPeriod, mirror.iTestPeriod);
-    load(options::kStartFrequency, mirror.dblStartFrequency);
-    load(options::kEndFrequency, mirror.dblEndFrequency);
-    load(options::kSpotFrequency, mirror.dblSpotFrequency);
+    load(options::kSweepMode, mirror.iSweepMode, isSweepMode);
+    load(options::kPhaseOn, mirror.bfPhaseOn, any);
+    load(options::kTestPeriod, mirror.iTestPeriod, isPeriod);
+    load(options::kStartFrequency, mirror.dblStartFrequency, frequency);
+    load(options::kEndFrequency, mirror.dblEndFrequency, frequency);
+    load(options::kSpotFrequency, mirror.dblSpotFrequency, frequency);
+}
+
+std::optional<int> DeviceModule::knownSamples() const
+{
+    const InstrumentMirror& mirror = m_context.mirror;
+    if (mirror.strDeviceModel != kSamplingModel)
+        return {};
+    constexpr int kNone = 0;
+    const int stored = m_context.preferences.value(mirror.strDeviceSerial, options::kSamples, kNone);
+    if (instrumentranges::isSampleCount(stored))
+        return stored;
+    // The frames of points and period carry the present count in this field.
+    if (instrumentranges::isSampleCount(mirror.iTestParam2))
+        return values::roundToInt32(mirror.iTestParam2);
+    return {};
+}
+
+void DeviceModule::DeviceSendSamples()
+{
+    const std::optional<int> samples = knownSamples();
+    if (samples && !m_context.state.gbfScriptRunning)
+        m_context.device.Write(command::samples(settingsrules::offeredSamples(*samples)));
 }
 
 void DeviceModule::DeviceSendSettings()

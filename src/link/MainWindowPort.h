@@ -32,29 +32,16 @@ public:
     virtual void unloadDeviceWindows() = 0;
 };
 
-/// What the instrument's side needs of the settings dialog. Null object when no dialog exists.
+/// What the settings dialog is asked. It follows the instrument by InstrumentEvents. Null object when no dialog exists.
 class SettingsDialogPort
 {
 public:
     virtual ~SettingsDialogPort() = default;
 
-    virtual void RefreshDialog() {}
-    /// The mirror is about to lose the instrument that the dialog shows: what was set for it is stored now, and not
-    /// again before the next RefreshDialog().
-    virtual void storeSettings() {}
-    virtual void SetInputLevel(double /*dblAmpIn_dB*/, double /*dblPhase*/, bool /*bfShowPhase*/) {}
     virtual bool monitorChecked() const { return false; }
+    /// Ends the monitor and its read-out of the level.
     virtual void uncheckMonitor() {}
-    /// Texts of txtLowFreq and txtHighFreq; empty when no dialog exists.
+    /// The frequencies of txtLowFreq and txtHighFreq as texts with suffixes; empty when no dialog exists.
     virtual QString lowFrequencyText() const { return {}; }
     virtual QString highFrequencyText() const { return {}; }
-    /// Frame "s": the boxes take the values unless the sweep follows the graph's extents.
-    virtual void showSweepRange(double /*start*/, double /*end*/) {}
-    virtual void showCalSlope(double /*value*/) {}
-    virtual void showTrimCodes(int /*iVrefCode*/, int /*iVdutCode*/) {}
-    virtual void showLoopBack(bool /*on*/) {}
-    virtual void showApplyCal(bool /*on*/) {}
-    virtual void showCalibrated(bool /*calibrated*/) {}
-    virtual void showSerialNumber(const QString& /*text*/) {}
-    virtual void showFreqComp(double /*value*/) {}
 };

@@ -40,6 +40,8 @@ int FilterFrequencyKey(int key)
     constexpr int kBackspace = 8;
     if (key == 'm')
         return 'M';
+    if (key == ',')
+        return '.';
     if (key == kBackspace || key == '.' || (key >= '0' && key <= '9'))
         return key;
     return key > 0 && key < 128 && std::string_view("CGKMTcgkt").find(static_cast<char>(key)) != std::string_view::npos
@@ -47,10 +49,37 @@ int FilterFrequencyKey(int key)
                : 0;
 }
 
-std::int32_t wholeHertz(const QString& text)
+std::optional<QString> filteredFrequency(QStringView text)
 {
-    QString trimmed = text;
-    return values::roundToInt32(values::tolerantNumber(values::ParseEngineeringValue(trimmed)));
+    text = text.trimmed();
+    if (text.endsWith(u"Hz", Qt::CaseInsensitive))
+        text.chop(2);
+    QString passed;
+    for (const QChar character : text) {
+        if (character.isSpace())
+            continue;
+        const int key = FilterFrequencyKey(character.unicode());
+        if (key < ' ')
+            return {};
+        passed += QChar(key);
+    }
+    return passed;
+}
+
+std::optional<std::int32_t> wholeHertz(const QString& text)
+{
+    const std::optional<QString> filtered = filteredFrequency(text);
+    if (!filtered)
+        return {};
+    qsizetype digits = 0, points = 0, suffixes = 0;
+    for (const QChar character : *filtered)
+        ++(character.isDigit() ? digits : character == u'.' ? points : suffixes);
+    // A suffix in the place of the point is followed by digits: then there is no point besides.
+    const bool suffixInside = suffixes == 1 && filtered->back().isDigit();
+    if (digits == 0 || suffixes > 1 || points > (suffixInside ? 0 : 1) || filtered->front().isLetter())
+        return {};
+    QString number = *filtered;
+    return values::roundToInt32(values::tolerantNumber(values::ParseEngineeringValue(number)));
 }
 
 double clampToRange(double value, double minimum, double maximum)
@@ -76,9 +105,9 @@ LevelBars impedanceBars(double ohms, double phase, bool showPhase)
     return bars;
 }
 
-QString attenuationText(int sliderValue, double step)
+QString attenuationText(int code, double step)
 {
-    return values::attenuationText(sliderValue - 1, step);
+    return values::attenuationText(code, step);
 }
 
 QString calibrateCommand(const QDateTime& now)
@@ -87,13 +116,12 @@ QString calibrateCommand(const QDateTime& now)
     return command::calibrate(QLocale::c().toString(now, QStringLiteral("hhmmssddMMyyyy")));
 }
 
-int sampleIndex(double samples)
+int offeredSamples(int samples)
 {
-    int index = 0;
-    while (index + 1 < static_cast<int>(kSampleCounts.size()) &&
-           kSampleCounts[static_cast<std::size_t>(index) + 1] <= samples)
-        ++index;
-    return index;
+    int offered = kSampleCounts.front();
+    for (const int count : kSampleCounts)
+        offered = count <= samples ? count : offered;
+    return offered;
 }
 
 } // namespace settingsrules

@@ -3,6 +3,11 @@
 
 #include "link/MainWindowPort.h"
 
+enum class MirrorPart;
+class InstrumentEvents;
+struct InstrumentMirror;
+struct ProgramState;
+
 /// The status bar's panels 1 to 10, in the wording they have. Texts are put together without allocation: a panel
 /// changes with every measured point.
 class StatusPanels
@@ -26,6 +31,10 @@ public:
         : m_port(port)
     {}
 
+    /// From now on the panels of link and settings follow the instrument. All that is handed over lives as long as
+    /// this; the mirror is read when an event is raised.
+    void follow(InstrumentEvents& events, const InstrumentMirror& mirror, const ProgramState& state);
+
     void show(Panel panel, std::string_view text) { m_port.setPanel(panel, text); }
     /// The value and " Hz".
     void showFrequency(Panel panel, double hertz);
@@ -44,5 +53,8 @@ public:
     void ShowTestPeriod(double ms);
 
 private:
+    void showChanged(MirrorPart part, const InstrumentMirror& mirror, const ProgramState& state);
+    void clear();
+
     MainWindowPort& m_port;
 };

@@ -121,10 +121,8 @@ void TestRun::startTest()
 void TestRun::endMonitor()
 {
     SettingsDialogPort& dialog = m_device.settingsDialog();
-    if (!dialog.monitorChecked())
-        return;
-    dialog.uncheckMonitor();
-    dialog.SetInputLevel(0, 0, true);
+    if (dialog.monitorChecked())
+        dialog.uncheckMonitor();
 }
 
 void TestRun::writeTestSettings()

@@ -19,7 +19,11 @@ struct Flag
 struct CheckBox
 {
     using Value = bool;
-}; ///< 1 or 0
+}; ///< 1 or 0; ticked by 1 alone
+struct Switch
+{
+    using Value = bool;
+}; ///< 1 or 0; on by any number but 0
 struct Integer
 {
     using Value = std::int32_t;
@@ -137,10 +141,10 @@ inline constexpr Option<Flag> kReactanceResAuto{"XRGB"_t, "optResAuto"_t, true};
 
 inline constexpr Option<CheckBox> kNotifyDevice{"Prompts"_t, "NotifyDevice"_t, false};
 inline constexpr Option<CheckBox> kPromptDevice{"Prompts"_t, "PromptDevice"_t, false};
-inline constexpr Option<CheckBox> kPromptOverwrite{"Prompts"_t, "PromptOverwrite"_t, true};
+inline constexpr Option<Switch> kPromptOverwrite{"Prompts"_t, "PromptOverwrite"_t, true};
 inline constexpr Option<CheckBox> kLockPenAfterPlot{"Prompts"_t, "LockPenAfterPlot"_t, false};
 inline constexpr Option<CheckBox> kSplashScreen{"Prompts"_t, "SplashScreen"_t, true};
-inline constexpr Option<CheckBox> kOpenSettings{"Prompts"_t, "OpenSettings"_t, true};
+inline constexpr Option<Switch> kOpenSettings{"Prompts"_t, "OpenSettings"_t, true};
 
 inline constexpr FolderOption kPlotFiles{{"Paths"_t, "PlotFiles"_t, ""_t}, "/Marrowick/Plots"_t};
 inline constexpr FolderOption kExportFiles{{"Paths"_t, "ExportFiles"_t, ""_t}, "/Marrowick/Export"_t};

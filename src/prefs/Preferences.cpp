@@ -19,6 +19,13 @@ Preferences::Preferences(SettingsStore& store, QString applicationTitle, QString
     , m_instanceTitle(std::move(instanceTitle))
 {}
 
+std::optional<QString> Preferences::found(const QString& title, const QString& section, const QString& key) const
+{
+    if (!has(title, section, key))
+        return {};
+    return stored(title, section, key, {});
+}
+
 bool Preferences::has(const QString& title, const QString& section, const QString& key) const
 {
     return m_store.contains(title, section, key);
@@ -74,6 +81,12 @@ bool Preferences::valueOf(options::CheckBox, const QString& text, bool fallback)
 {
     const std::optional<double> state = values::strictNumber(text);
     return state ? *state == 1 : fallback;
+}
+
+bool Preferences::valueOf(options::Switch, const QString& text, bool fallback)
+{
+    const std::optional<double> state = values::strictNumber(text);
+    return state ? *state != 0 : fallback;
 }
 
 std::int32_t Preferences::valueOf(options::Integer, const QString& text, std::int32_t fallback)

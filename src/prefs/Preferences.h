@@ -5,13 +5,14 @@
 
 #include <QString>
 
+#include <optional>
+
 class SettingsStore;
 
 /// The declared options (Options.h) read from and written to a store under the program's title. Nothing is cached: each
 /// call asks the store.
 ///
-/// A stored text that is no value of the option's form reads as the default. A check box is ticked when its number
-/// is 1.
+/// A stored text that is no value of the option's form reads as the default.
 class Preferences
 {
 public:
@@ -94,6 +95,48 @@ public:
         return write(m_applicationTitle, strDeviceSerial, option.key, textOf(Form(), value));
     }
 
+    /// The text that the store gets for a value of the option's form.
+    template <typename Form>
+    static QString textFor(const typename Form::Value& value)
+    {
+        return textOf(Form(), value);
+    }
+    template <template <typename> typename Declaration, typename Form>
+    static QString defaultText(const Declaration<Form>& option)
+    {
+        return textOf(Form(), fromDefault<Form>(option.defaultValue));
+    }
+    /// What a stored text means to readers of the option.
+    template <template <typename> typename Declaration, typename Form>
+    static typename Form::Value meaning(const Declaration<Form>& option, const QString& text)
+    {
+        return valueOf(Form(), text, fromDefault<Form>(option.defaultValue));
+    }
+
+    /// The stored text as it is; nothing when there is none.
+    template <typename Form>
+    std::optional<QString> storedText(const options::Option<Form>& option) const
+    {
+        return found(titleOf(option), option.section, option.key);
+    }
+    template <typename Form>
+    std::optional<QString> storedText(const QString& strDeviceSerial,
+                                      const options::InstrumentOption<Form>& option) const
+    {
+        return found(m_applicationTitle, strDeviceSerial, option.key);
+    }
+    /// Stores a text as it is. It must be one of the option's form.
+    template <typename Form>
+    bool setText(const options::Option<Form>& option, const QString& text)
+    {
+        return write(titleOf(option), option.section, option.key, text);
+    }
+    template <typename Form>
+    bool setText(const QString& strDeviceSerial, const options::InstrumentOption<Form>& option, const QString& text)
+    {
+        return write(m_applicationTitle, strDeviceSerial, option.key, text);
+    }
+
     /// The folder that the preferences dialog offers where none is stored.
     static QString defaultFolder(const options::FolderOption& folder, const QString& documentsFolder)
     {
@@ -119,12 +162,14 @@ private:
         return has(title, section, key) ? valueOf(Form(), stored(title, section, key, {}), fallback) : fallback;
     }
 
+    std::optional<QString> found(const QString& title, const QString& section, const QString& key) const;
     bool has(const QString& title, const QString& section, const QString& key) const;
     QString stored(const QString& title, const QString& section, const QString& key, const QString& fallback) const;
     bool write(const QString& title, const QString& section, const QString& key, const QString& text);
 
     static QString textOf(options::Flag, bool value);
     static QString textOf(options::CheckBox, bool value);
+    static QString textOf(options::Switch, bool value) { return textOf(options::CheckBox(), value); }
     static QString textOf(options::Integer, std::int32_t value);
     static QString textOf(options::Single, float value);
     static QString textOf(options::Double, double value);
@@ -133,6 +178,7 @@ private:
 
     static bool valueOf(options::Flag, const QString& text, bool fallback);
     static bool valueOf(options::CheckBox, const QString& text, bool fallback);
+    static bool valueOf(options::Switch, const QString& text, bool fallback);
     static std::int32_t valueOf(options::Integer, const QString& text, std::int32_t fallback);
     static float valueOf(options::Single, const QString& text, float fallback);
     static double valueOf(options::Double, const QString& text, double fallback);

@@ -5,6 +5,7 @@
 #include "files/SafeFile.h"
 #include "values/Conversions.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -18,8 +19,9 @@ namespace {
 using namespace std::chrono_literals;
 
 const QString kFolderName = QStringLiteral("marrowick");
-constexpr auto kLockPatience = 5s;
-constexpr qint64 kSettledAfterMs = 1000; // coarser than the time stamps of any file system in use
+constexpr auto kLockPatience = 1000ms;    // a save takes a few of them
+constexpr auto kLockPatienceAgain = 20ms; // with a copy that has used it up
+constexpr qint64 kSettledAfterMs = 1000;  // coarser than the time stamps of any file system in use
 constexpr qint64 kLargestFile = 16 << 20;
 
 /// A title is free text; a file name is not.
@@ -58,6 +60,14 @@ SettingsStore::SettingsStore(QString folder)
 QString SettingsStore::fileOf(const QString& application) const
 {
     return m_folder + u'/' + fileNameOf(application);
+}
+
+SettingsStore::~SettingsStore()
+{
+    m_lockWasBusy = false;
+    const auto heldBack = std::exchange(m_heldBack, {});
+    for (auto changes = heldBack.cbegin(); changes != heldBack.cend(); ++changes)
+        write(changes.key(), changes.value());
 }
 
 QString SettingsStore::textOf(const QVariant& value)
@@ -106,12 +116,12 @@ bool SettingsStore::setAside(const QString& path) const
             continue;
         if (!QFile::rename(path, aside))
             break;
-        m_damaged = aside;
+        m_damage = Damage{path, aside};
         return true;
     }
     if (!m_reported.contains(path)) {
         m_reported.append(path);
-        m_damaged = path;
+        m_damage = Damage{path, {}};
     }
     return false;
 }
@@ -127,8 +137,8 @@ const IniText& SettingsStore::snapshotOf(const QString& path, bool own) const
     if (read(path, snapshot) == Content::Damaged && own) {
         // Under the lock it is sure that no other copy of the program has set it aside and written a new one meanwhile.
         FileLock lock(lockFileOf(path));
-        const bool locked = lock.tryLock(kLockPatience);
-        if ((locked && read(path, snapshot) == Content::Damaged) || (!locked && !lock.isUsable()))
+        const Locking locking = takeLock(lock);
+        if (locking == Locking::Impossible || (locking == Locking::Taken && read(path, snapshot) == Content::Damaged))
             setAside(path);
     }
     return snapshot.text;
@@ -136,8 +146,9 @@ const IniText& SettingsStore::snapshotOf(const QString& path, bool own) const
 
 std::optional<QString> SettingsStore::find(const QString& application, const QString& section, const QString& key) const
 {
-    if (const auto pending = m_pending.constFind(application); pending != m_pending.constEnd()) {
-        for (auto change = pending->crbegin(); change != pending->crend(); ++change) {
+    for (const auto* const waiting : {&m_pending, &m_heldBack}) {
+        const QList<Change> changes = waiting->value(application);
+        for (auto change = changes.crbegin(); change != changes.crend(); ++change) {
             if (change->section == section && change->key == key)
                 return change->text;
         }
@@ -193,14 +204,25 @@ bool SettingsStore::Batch::commit()
     return written;
 }
 
-bool SettingsStore::write(const QString& application, const QList<Change>& changes)
+SettingsStore::Locking SettingsStore::takeLock(FileLock& lock) const
+{
+    const bool taken = lock.tryLock(m_lockWasBusy ? kLockPatienceAgain : kLockPatience);
+    m_lockWasBusy = !taken && lock.isUsable();
+    return taken ? Locking::Taken : m_lockWasBusy ? Locking::Busy : Locking::Impossible;
+}
+
+bool SettingsStore::write(const QString& application, const QList<Change>& newChanges)
 {
     const QString path = fileOf(application);
     if (!QDir().mkpath(m_folder))
         return false;
     FileLock lock(lockFileOf(path));
-    if (!lock.tryLock(kLockPatience))
-        return false;
+    const Locking locking = takeLock(lock);
+    if (locking == Locking::Busy)
+        m_heldBack[application] += newChanges;
+    if (locking != Locking::Taken)
+        return locking == Locking::Busy;
+    const QList<Change> changes = m_heldBack.take(application) + newChanges;
 
     Snapshot snapshot;
     const Content content = read(path, snapshot);
@@ -221,7 +243,19 @@ bool SettingsStore::write(const QString& application, const QList<Change>& chang
     return true;
 }
 
-QString SettingsStore::takeDamaged()
+std::optional<SettingsStore::Damage> SettingsStore::takeDamage()
 {
-    return std::exchange(m_damaged, QString());
+    return std::exchange(m_damage, std::nullopt);
+}
+
+QString SettingsStore::Damage::sentence() const
+{
+    if (setAside.isEmpty())
+        return QCoreApplication::translate("SettingsStore",
+                                           "The settings in %1 could not be read, and the file could not be set aside. "
+                                           "The program works with its defaults and stores no change.")
+            .arg(file);
+    return QCoreApplication::translate("SettingsStore", "The settings could not be read and were set aside as %1. The "
+                                                        "program starts with its defaults.")
+        .arg(setAside);
 }

@@ -10,11 +10,17 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <optional>
+
+class FileLock;
+
 /// The settings store: application, section and key to text, one INI file per application title (see IniText).
 ///
 /// Every reader asks the store at the moment it needs a value. Two copies of the program may write at once: a save
-/// changes its own key only and loses no key of the other. A file is replaced whole or not at all. A damaged file is
-/// set aside (NAME.damaged-N) and the store starts empty; takeDamaged() tells so once.
+/// changes its own key only and loses no key of the other. A copy that holds the file's lock for long, because it was
+/// stopped, holds nobody up: saves are kept, seen by every reader of this store, and written as soon as a later save or
+/// the end of the store gets the lock. A file is replaced whole or not at all. A damaged file is set aside
+/// (NAME.damaged-N) and the store starts empty; takeDamage() tells so once.
 ///
 /// Where the user's file has no value, a file of the same name in the system's configuration folders
 /// (/etc/xdg/marrowick/, see XDG_CONFIG_DIRS) is asked before the caller's default, so that an administrator can set
@@ -25,6 +31,9 @@ public:
     /// The folder of the INI files; created on the first save. Default: the folder "marrowick" in the user's
     /// configuration folder, with the system's folders behind it; a folder given here stands alone.
     explicit SettingsStore(QString folder = {});
+    ~SettingsStore();
+    SettingsStore(const SettingsStore&) = delete;
+    SettingsStore& operator=(const SettingsStore&) = delete;
 
     /// The stored text, or the default turned into text when the key is absent (a flag as "True" or "False").
     QString GetSetting(const QString& application, const QString& section, const QString& key,
@@ -51,9 +60,16 @@ public:
 
     const QString& folder() const { return m_folder; }
     QString fileOf(const QString& application) const;
-    /// Path under which a damaged file was set aside since the last call (its own path if it could not be moved); empty
-    /// when none was.
-    QString takeDamaged();
+    /// A file that could not be understood.
+    struct Damage
+    {
+        QString file;
+        QString setAside; ///< where it is now; empty when it could not be moved and stays in use by nobody
+        /// What happened, for the user.
+        QString sentence() const;
+    };
+    /// The damage met since the last call; nothing when there was none.
+    std::optional<Damage> takeDamage();
 
     /// The text form of a value: a flag as "True" or "False", numbers as ordinary decimal text.
     static QString textOf(const QVariant& value);
@@ -85,12 +101,21 @@ private:
     static Content read(const QString& path, Snapshot& snapshot);
     bool setAside(const QString& path) const;
     bool write(const QString& application, const QList<Change>& changes);
+    enum class Locking
+    {
+        Taken,
+        Busy,
+        Impossible
+    };
+    Locking takeLock(FileLock& lock) const;
 
     QString m_folder;
     QStringList m_systemFolders;
     int m_openBatches = 0;
     QHash<QString, QList<Change>> m_pending;      ///< by application, in the order of saving
     mutable QHash<QString, Snapshot> m_snapshots; ///< by path
-    mutable QString m_damaged;
+    QHash<QString, QList<Change>> m_heldBack;     ///< by application, while another copy holds the lock
+    mutable bool m_lockWasBusy = false;           ///< who was kept waiting once waits less
+    mutable std::optional<Damage> m_damage;
     mutable QStringList m_reported; ///< damaged files that could not be moved, told once
 };

@@ -6,7 +6,7 @@
 #include "instrument/InstrumentMirror.h"
 #include "link/DeviceModule.h"
 #include "link/TestRun.h"
-#include "link/ui/frmSettings.h"
+#include "link/settings/ui/frmSettings.h"
 #include "prefs/SettingsStore.h"
 #include "program/ProgramState.h"
 #include "shell/ui/Commands.h"

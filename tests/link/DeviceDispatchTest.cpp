@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The table of message codes: every field of every frame into the mirror, the panels and the dialog.
+// The table of message codes: every field of every frame into the mirror, the panels and the events.
 #include "LinkFixture.h"
 
 #include "values/Conversions.h"
@@ -17,17 +17,31 @@ protected:
     void SetUp() override
     {
         connectDevice();
-        module.setSettingsDialog(&dialog);
         window.calls.clear();
         window.panels.clear();
+        const InstrumentEvents* const events = &module.events();
+        QObject::connect(events, &InstrumentEvents::changed, events, [this](MirrorPart part) { told.push_back(part); });
+        QObject::connect(events, &InstrumentEvents::levelMeasured, events,
+                         [this](double level, double phase, bool measured) {
+                             levels.push_back({level, phase, measured});
+                         });
+        QObject::connect(events, &InstrumentEvents::stateComplete, events, [this] { ++completed; });
     }
-    /// Frames touch the dialog only when the complete state has arrived.
-    void live()
+    /// The parts of the mirror that were told as changed since the last call.
+    std::vector<MirrorPart> changed() { return std::exchange(told, {}); }
+
+    struct Level
     {
-        state.gbfDeviceReady = true;
-        dialog.calls.clear();
-    }
+        double level = 0, phase = 0;
+        bool measured = false;
+        bool operator==(const Level&) const = default;
+    };
+    std::vector<MirrorPart> told;
+    std::vector<Level> levels;
+    int completed = 0;
 };
+
+using Parts = std::vector<MirrorPart>;
 
 TEST_F(DeviceDispatch, AttenuationA)
 {
@@ -40,6 +54,9 @@ TEST_F(DeviceDispatch, AttenuationA)
     send(numbers('A', '0', 0, 0, 10, 0, 0));
     EXPECT_FALSE(mirror.bfAttenuationAvailable);
     EXPECT_EQ(panel(10), QStringLiteral("0 dB"));
+    send(numbers('A', '1', 0, 0, 0.1, 3, 7));
+    EXPECT_EQ(panel(10), QStringLiteral("-0.3 dB"));
+    EXPECT_EQ(changed(), Parts(3, MirrorPart::Attenuation));
 }
 
 TEST_F(DeviceDispatch, CalibrationSlopeBTakesTheOffsetOfN3)
@@ -49,11 +66,11 @@ TEST_F(DeviceDispatch, CalibrationSlopeBTakesTheOffsetOfN3)
     EXPECT_EQ(mirror.dblOscFrequencyB, 32000);
     EXPECT_EQ(mirror.dblCalOffset, 5);
     EXPECT_EQ(mirror.dblCalSlope, 1.75);
-    EXPECT_TRUE(dialog.calls.isEmpty());
-    live();
     send(numbers('B', '0', 0, 0, 0, -2.5));
     EXPECT_FALSE(mirror.bfLoopBack);
-    EXPECT_EQ(dialog.calls, QStringList{QStringLiteral("showCalSlope -2.5")});
+    EXPECT_EQ(mirror.dblCalSlope, -2.5);
+    EXPECT_EQ(changed(), (Parts{MirrorPart::CalibrationSlope, MirrorPart::LoopBack, MirrorPart::CalibrationSlope,
+                                MirrorPart::LoopBack}));
 }
 
 TEST_F(DeviceDispatch, TrimCShowsPhaseOnOnlyForOne)
@@ -65,13 +82,11 @@ TEST_F(DeviceDispatch, TrimCShowsPhaseOnOnlyForOne)
     EXPECT_EQ(mirror.dblVdutLevel, 0.25);
     EXPECT_EQ(mirror.iVrefCode, 12);
     EXPECT_EQ(mirror.iVdutCode, 34);
-    EXPECT_TRUE(dialog.calls.isEmpty());
+    EXPECT_EQ(changed(), Parts{MirrorPart::Trim});
     send(numbers('C', '2'));
     EXPECT_EQ(panel(6), QStringLiteral("Off"));
-    live();
     send(numbers('C', '0', 0, 0, 0, 3, 4));
     EXPECT_EQ(panel(6), QStringLiteral("Off"));
-    EXPECT_EQ(dialog.calls, QStringList{QStringLiteral("showTrimCodes 3 4")});
 }
 
 TEST_F(DeviceDispatch, TestStartedDReadsTheStatusAndStartsThePlot)
@@ -259,28 +274,19 @@ TEST_F(DeviceDispatch, RefusedPointsAreToldOncePerTest)
     }
 }
 
-TEST_F(DeviceDispatch, IdleLevelGReachesTheLiveDialogOnly)
+TEST_F(DeviceDispatch, IdleLevelGIsToldWithItsSignedPhase)
 {
-    send(numbers('G', '0', 0, -12.5, 45, -1));
-    EXPECT_TRUE(dialog.levels.empty());
-    live();
     send(numbers('G', '0', 0, -12.5, 45, -1) + numbers('G', '0', 0, -3, -65536, 1));
-    ASSERT_EQ(dialog.levels.size(), 2U);
-    EXPECT_EQ(dialog.levels[0], (RecordingDialog::Level{-12.5, -45, true}));
-    EXPECT_EQ(dialog.levels[1], (RecordingDialog::Level{-3, -65536, false}));
+    EXPECT_EQ(levels, (std::vector<Level>{{-12.5, -45, true}, {-3, -65536, false}}));
 }
 
-TEST_F(DeviceDispatch, IdleImpedanceIReachesTheLiveDialogOnly)
+TEST_F(DeviceDispatch, IdleImpedanceIAlwaysHasAPhase)
 {
-    send(numbers('I', '0', 0, 50, 45, -1));
-    EXPECT_TRUE(dialog.levels.empty());
-    live();
-    send(numbers('I', '0', 0, 50, -65536, 1));
-    ASSERT_EQ(dialog.levels.size(), 1U);
-    EXPECT_EQ(dialog.levels[0], (RecordingDialog::Level{50, -65536, true}));
+    send(numbers('I', '0', 0, 50, 45, -1) + numbers('I', '0', 0, 50, -65536, 1));
+    EXPECT_EQ(levels, (std::vector<Level>{{50, -45, true}, {50, -65536, true}}));
 }
 
-TEST_F(DeviceDispatch, OptionsJShowTheLoopBackOnlyWithTheTestSchedule)
+TEST_F(DeviceDispatch, OptionsJ)
 {
     send(numbers('J', '1', 1, 0, 2, 0, 9));
     EXPECT_TRUE(mirror.bfLoopBack);
@@ -288,15 +294,7 @@ TEST_F(DeviceDispatch, OptionsJShowTheLoopBackOnlyWithTheTestSchedule)
     EXPECT_FALSE(mirror.bfOption2);
     EXPECT_TRUE(mirror.bfOption3);
     EXPECT_FALSE(mirror.bfOption4);
-    live();
-    send(numbers('J', '1'));
-    EXPECT_TRUE(dialog.calls.isEmpty());
-    setting("privilege", "TestSchedule", 1);
-    send(numbers('J', '1') + numbers('J', '0'));
-    EXPECT_EQ(dialog.calls, (QStringList{QStringLiteral("showLoopBack 1"), QStringLiteral("showLoopBack 0")}));
-    state.gbfDeviceReady = false;
-    send(numbers('J', '1'));
-    EXPECT_EQ(dialog.calls.size(), 2);
+    EXPECT_EQ(changed(), (Parts{MirrorPart::LoopBack, MirrorPart::Options}));
 }
 
 TEST_F(DeviceDispatch, SweepKLeavesTheFrequencyPanelsAlone)
@@ -318,7 +316,8 @@ TEST_F(DeviceDispatch, SweepKLeavesTheFrequencyPanelsAlone)
     EXPECT_EQ(panel(8), QStringLiteral("Start"));
     send(numbers('K', '3', -2));
     EXPECT_EQ(panel(9), QStringLiteral("Alternate"));
-    EXPECT_EQ(panel(8), QStringLiteral("-2 Hz"));
+    EXPECT_EQ(panel(8), QStringLiteral("Start")) << "an idle frequency that none can have";
+    EXPECT_EQ(mirror.dblIdleFrequency, -1);
 }
 
 TEST_F(DeviceDispatch, LimitsLMN)
@@ -390,12 +389,10 @@ TEST_F(DeviceDispatch, CalibrationR)
     EXPECT_EQ(mirror.iCalParam1, 4);
     EXPECT_EQ(mirror.iCalParam2, 5);
     EXPECT_TRUE(mirror.bfCalibrated);
-    EXPECT_TRUE(dialog.calls.isEmpty());
-    live();
     send(numbers('R', '0', 4, 5, 0));
     EXPECT_FALSE(mirror.bfApplyCal);
     EXPECT_FALSE(mirror.bfCalibrated);
-    EXPECT_EQ(dialog.calls, (QStringList{QStringLiteral("showApplyCal 0"), QStringLiteral("showCalibrated 0")}));
+    EXPECT_EQ(changed(), Parts(2, MirrorPart::Calibration));
 }
 
 TEST_F(DeviceDispatch, NoticeTShowsAPlainBoxBySeverity)
@@ -426,12 +423,9 @@ TEST_F(DeviceDispatch, SerialNumberVNamesTheSectionOfTheSettings)
 {
     send(text('V', '0', "T46-0815"));
     EXPECT_EQ(mirror.strDeviceSerial, QStringLiteral("T46-0815"));
-    EXPECT_TRUE(dialog.calls.isEmpty());
+    EXPECT_EQ(changed(), Parts{MirrorPart::SerialNumber});
     module.DeviceSaveSettings();
     EXPECT_EQ(saved(QStringLiteral("T46-0815"), "iNumPoints"), QStringLiteral("100"));
-    live();
-    send(text('V', '0', "T46-0816"));
-    EXPECT_EQ(dialog.calls, QStringList{QStringLiteral("showSerialNumber T46-0816")});
 }
 
 TEST_F(DeviceDispatch, CompleteStateXMakesTheSettingsLiveAndSendsTheSavedOnes)
@@ -456,7 +450,7 @@ TEST_F(DeviceDispatch, CompleteStateXMakesTheSettingsLiveAndSendsTheSavedOnes)
     EXPECT_TRUE(repeatStatus);
     EXPECT_EQ(written().join(u'|'), QStringLiteral("phase 1|idlefreq -1|points 256|atten 0|repeat 1|sweepmode 1|"
                                                    "period 0|startfreq 5000|endfreq 9000"));
-    EXPECT_EQ(dialog.calls, QStringList{QStringLiteral("RefreshDialog")});
+    EXPECT_EQ(completed, 1);
 }
 
 TEST_F(DeviceDispatch, CompleteStateXClampsTheCountOfPoints)
@@ -559,24 +553,21 @@ TEST_F(DeviceDispatch, StateTextRFillsPanelOne)
     EXPECT_EQ(panel(1), QStringLiteral(u"\u00b5V"));
 }
 
-TEST_F(DeviceDispatch, SweepRangeSReachesTheDialogEvenBeforeItIsLive)
+TEST_F(DeviceDispatch, SweepRangeSConfirmsTheRange)
 {
     send(numbers('s', '0', 1, 2500.5, 7000));
     EXPECT_EQ(mirror.dblStartFrequency, 2500.5);
     EXPECT_EQ(mirror.dblEndFrequency, 7000);
     EXPECT_EQ(panel(3), QStringLiteral("2500.5 Hz"));
     EXPECT_EQ(panel(4), QStringLiteral("7000 Hz"));
-    EXPECT_EQ(dialog.calls, QStringList{QStringLiteral("showSweepRange 2500.5 7000")});
+    EXPECT_EQ(changed(), Parts{MirrorPart::SweepRangeConfirmed});
 }
 
 TEST_F(DeviceDispatch, FrequencyCompensationT)
 {
     send(numbers('t', '0', 1000123));
     EXPECT_EQ(mirror.dblFreqComp, 1000123);
-    EXPECT_TRUE(dialog.calls.isEmpty());
-    live();
-    send(numbers('t', '0', 999));
-    EXPECT_EQ(dialog.calls, QStringList{QStringLiteral("showFreqComp 999")});
+    EXPECT_EQ(changed(), Parts{MirrorPart::FrequencyCompensation});
 }
 
 TEST_F(DeviceDispatch, LoopViewUIsForImpedanceAndReactance)
@@ -631,6 +622,75 @@ TEST_F(DeviceDispatch, HugeNumbersAreClampedToTheTypeOfTheVariable)
     EXPECT_EQ(mirror.iAttenuationCode, 32767);
     EXPECT_EQ(mirror.iAttenuationSteps, 32767);
     EXPECT_EQ(mirror.iPointsInTest, -32768);
+}
+
+TEST_F(DeviceDispatch, DamagedNumbersOfTheStateAreNeverSent)
+{
+    send(numbers('L', '1', 20, 4000000, -80, 5));
+    written();
+    for (const char* damaged : {"1e999", "-1e999", "0", "9e9", "5", "x"}) {
+        const InstrumentMirror before = mirror;
+        send(frametext::raw('X', '9', damaged, damaged, "64",
+                            qAbs(values::tolerantNumber(damaged)) > 0 ? damaged : "-7", "0"));
+        EXPECT_EQ(written().join(u'|'), QStringLiteral("phase 1|idlefreq -1|points 100|atten 0|repeat 0|sweepmode 2|"
+                                                       "period 0|startfreq 1000|endfreq 1000000"))
+            << damaged;
+        send(frametext::raw('s', '0', "0", damaged, damaged, "0", "0") +
+             frametext::raw('K', '9', "inf", damaged, damaged, "0", "0") +
+             frametext::raw('L', '1', damaged, damaged, damaged, damaged, "0"));
+        EXPECT_EQ(mirror.dblStartFrequency, before.dblStartFrequency) << damaged;
+        EXPECT_EQ(mirror.dblEndFrequency, before.dblEndFrequency) << damaged;
+        EXPECT_EQ(mirror.dblAmpMinFreq, 20) << damaged;
+        EXPECT_EQ(mirror.dblAmpMaxFreq, 4000000) << damaged;
+        EXPECT_EQ(mirror.dblAmpMinDb, -80) << damaged;
+        mirror.dblIdleFrequency = -1;
+    }
+    EXPECT_EQ(panel(3), QStringLiteral("1000 Hz"));
+}
+
+TEST_F(DeviceDispatch, StoredSettingsThatNoInstrumentHasAreNeverSent)
+{
+    send(text('V', '0', "S1") + numbers('A', '1', 0, 0, 10, 0, 3));
+    const std::pair<const char*, const char*> wild[] = {
+        {"iNumPoints", "0"},         {"iNumPoints", "-5"},       {"iNumPoints", "1025"},
+        {"iTestPeriod", "-1"},       {"iTestPeriod", "40000"},   {"iAttenuationCode", "4"},
+        {"iAttenuationCode", "-1"},  {"iSweepMode", "3"},        {"dblStartFrequency", "0"},
+        {"dblEndFrequency", "1e30"}, {"dblIdleFrequency", "-2"}, {"dblStartFrequency", "-1000"},
+    };
+    for (const auto& [key, value] : wild) {
+        setting("S1", key, QLatin1String(value));
+        written();
+        send(numbers('X', '2', 5000, 9000, 64, -1, 3));
+        EXPECT_EQ(written().join(u'|'), QStringLiteral("phase 1|idlefreq -1|points 100|atten 0|repeat 0|sweepmode 2|"
+                                                       "period 0|startfreq 5000|endfreq 9000"))
+            << key << ' ' << value;
+    }
+}
+
+TEST_F(DeviceDispatch, StoredSamplesAreSentWithTheStateWhetherOrNotADialogIsOpen)
+{
+    send(text('V', '0', "S1") + text('l', '6', "PELLFERN"));
+    written();
+    const QByteArray complete = numbers('X', '2', 5000, 9000, 64, -1, 3);
+    send(complete);
+    EXPECT_FALSE(written().join(u'|').contains(QStringLiteral("samples"))) << "none is known, none is forced";
+    setting("S1", "Samples", 64);
+    send(complete);
+    EXPECT_EQ(written().last(), QStringLiteral("samples 64"));
+    for (const int wild : {0, -3, 5000}) {
+        setting("S1", "Samples", wild);
+        send(complete);
+        EXPECT_FALSE(written().join(u'|').contains(QStringLiteral("samples"))) << wild;
+    }
+    setting("S1", "Samples", 100);
+    send(complete);
+    EXPECT_EQ(written().last(), QStringLiteral("samples 64"));
+    state.gbfScriptRunning = true;
+    send(complete);
+    EXPECT_FALSE(written().join(u'|').contains(QStringLiteral("samples")));
+    state.gbfScriptRunning = false;
+    send(text('l', '6', "T46") + complete);
+    EXPECT_FALSE(written().join(u'|').contains(QStringLiteral("samples")));
 }
 
 TEST_F(DeviceDispatch, OwnersOfOtherCodesRegisterTheirHandlers)

@@ -42,50 +42,22 @@ public:
     std::shared_ptr<int> opened = std::make_shared<int>(0);
 };
 
-/// A settings dialog that records.
+/// A settings dialog that answers what the test wants.
 class RecordingDialog : public SettingsDialogPort
 {
 public:
-    struct Level
-    {
-        double level = 0, phase = 0;
-        bool showPhase = false;
-        bool operator==(const Level&) const = default;
-    };
-
-    void RefreshDialog() override { calls << QStringLiteral("RefreshDialog"); }
-    void SetInputLevel(double level, double phase, bool showPhase) override
-    {
-        levels.push_back({level, phase, showPhase});
-    }
     bool monitorChecked() const override { return monitor; }
-    void uncheckMonitor() override { monitor = false; }
+    void uncheckMonitor() override
+    {
+        monitor = false;
+        ++unchecked;
+    }
     QString lowFrequencyText() const override { return low; }
     QString highFrequencyText() const override { return high; }
-    void showSweepRange(double start, double end) override { note("showSweepRange", start, end); }
-    void showCalSlope(double value) override { note("showCalSlope", value); }
-    void showTrimCodes(int iVrefCode, int iVdutCode) override { note("showTrimCodes", iVrefCode, iVdutCode); }
-    void showLoopBack(bool on) override { note("showLoopBack", on ? 1 : 0); }
-    void showApplyCal(bool on) override { note("showApplyCal", on ? 1 : 0); }
-    void showCalibrated(bool calibrated) override { note("showCalibrated", calibrated ? 1 : 0); }
-    void showSerialNumber(const QString& text) override { calls << QStringLiteral("showSerialNumber ") + text; }
-    void showFreqComp(double value) override { note("showFreqComp", value); }
 
-    QStringList calls;
-    std::vector<Level> levels;
     bool monitor = false;
+    int unchecked = 0;
     QString low, high;
-
-private:
-    void note(const char* name, double first)
-    {
-        calls << QLatin1String(name) + QLatin1Char(' ') + QString::number(first);
-    }
-    void note(const char* name, double first, double second)
-    {
-        calls << QLatin1String(name) + QLatin1Char(' ') + QString::number(first) + QLatin1Char(' ') +
-                     QString::number(second);
-    }
 };
 
 /// The instrument's side of the program on a memory transport, with real documents and a real settings store.

@@ -14,7 +14,10 @@ TEST(SettingsRules, FrequencyKeysPassDigitsPointBackspaceAndSuffixes)
 {
     const QByteArray passing("\b.0123456789CGKMTcgkt");
     for (int key = 0; key < 256; ++key) {
-        const int expected = key == 'm' ? 'M' : key > 0 && passing.contains(static_cast<char>(key)) ? key : 0;
+        const int expected = key == 'm'                                            ? 'M'
+                             : key == ','                                          ? '.'
+                             : key > 0 && passing.contains(static_cast<char>(key)) ? key
+                                                                                   : 0;
         EXPECT_EQ(FilterFrequencyKey(key), expected) << key;
     }
     EXPECT_EQ(FilterFrequencyKey(0x4b + 0x100), 0);
@@ -22,14 +25,29 @@ TEST(SettingsRules, FrequencyKeysPassDigitsPointBackspaceAndSuffixes)
 
 TEST(SettingsRules, FrequenciesAreWholeNumbersOfThirtyTwoBits)
 {
-    EXPECT_EQ(wholeHertz(QStringLiteral("1M")), 1000000);
-    EXPECT_EQ(wholeHertz(QStringLiteral(" 4k7 ")), 4700);
-    EXPECT_EQ(wholeHertz(QStringLiteral("12.5")), 12);
-    EXPECT_EQ(wholeHertz(QStringLiteral("13.5")), 14);
-    EXPECT_EQ(wholeHertz(QStringLiteral("900T")), 2147483646);
-    EXPECT_EQ(wholeHertz(QStringLiteral("-900T")), std::numeric_limits<std::int32_t>::min());
-    EXPECT_EQ(wholeHertz(QStringLiteral("nonsense!")), 0);
-    EXPECT_EQ(wholeHertz({}), 0);
+    const std::pair<const char*, int> frequencies[] = {
+        {"1M", 1000000},      {" 4k7 ", 4700},  {"12.5", 12},    {"13.5", 14},     {"900T", 2147483646},
+        {"38,5k", 38500},     {"38.5k", 38500}, {"38k5", 38500}, {"2m", 2000000},  {"0", 0},
+        {"38 500 Hz", 38500}, {".5k", 500},     {"5.k", 5000},   {"1M5", 1500000}, {"40 kHz", 40000},
+    };
+    for (const auto& [text, hertz] : frequencies)
+        EXPECT_EQ(wholeHertz(QString::fromLatin1(text)), hertz) << text;
+}
+
+TEST(SettingsRules, ATextThatIsNoFrequencyMeansNone)
+{
+    for (const char* text : {"", " ", "nonsense!", "-5", "1e6", "k", ".", "k5", "1.2.3", "1,000,000", "1k5k", "1k.5",
+                             "1.5k5", "Hz", "inf", "0x20", "5 + 5"}) {
+        EXPECT_EQ(wholeHertz(QString::fromLatin1(text)), std::nullopt) << text;
+    }
+}
+
+TEST(SettingsRules, APastedTextIsTakenAsAWholeOrNotAtAll)
+{
+    EXPECT_EQ(filteredFrequency(u" 38,5 kHz\n"), QStringLiteral("38.5k"));
+    EXPECT_EQ(filteredFrequency(u"1m"), QStringLiteral("1M"));
+    EXPECT_EQ(filteredFrequency(u"1e6"), std::nullopt);
+    EXPECT_EQ(filteredFrequency(u"-5"), std::nullopt);
 }
 
 TEST(SettingsRules, ClampHoldsBothLimits)
@@ -73,8 +91,9 @@ TEST(SettingsRules, ImpedanceBars)
 
 TEST(SettingsRules, AttenuationIsNegativeStepTimesCode)
 {
-    EXPECT_EQ(attenuationText(1, 10), QStringLiteral("0 dB"));
-    EXPECT_EQ(attenuationText(3, 2.5), QStringLiteral("-5 dB"));
+    EXPECT_EQ(attenuationText(0, 10), QStringLiteral("0 dB"));
+    EXPECT_EQ(attenuationText(2, 2.5), QStringLiteral("-5 dB"));
+    EXPECT_EQ(attenuationText(3, 0.1), QStringLiteral("-0.3 dB"));
 }
 
 TEST(SettingsRules, CalibrationStampIsTimeThenDate)
@@ -85,11 +104,11 @@ TEST(SettingsRules, CalibrationStampIsTimeThenDate)
 
 TEST(SettingsRules, SampleCountIsTheLargestNotAboveTheValue)
 {
-    EXPECT_EQ(kSampleCounts[static_cast<std::size_t>(sampleIndex(16))], 16);
-    EXPECT_EQ(kSampleCounts[static_cast<std::size_t>(sampleIndex(31.9))], 16);
-    EXPECT_EQ(sampleIndex(0), 0);
-    EXPECT_EQ(sampleIndex(-3), 0);
-    EXPECT_EQ(kSampleCounts[static_cast<std::size_t>(sampleIndex(1e9))], 1024);
+    EXPECT_EQ(offeredSamples(16), 16);
+    EXPECT_EQ(offeredSamples(31), 16);
+    EXPECT_EQ(offeredSamples(0), 1);
+    EXPECT_EQ(offeredSamples(-3), 1);
+    EXPECT_EQ(offeredSamples(1000000), 1024);
 }
 
 } // namespace

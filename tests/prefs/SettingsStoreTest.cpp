@@ -2,12 +2,15 @@
 #include "prefs/SettingsStore.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <csignal>
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -152,13 +155,15 @@ TEST_F(SettingsStoreTest, LosesNoKeyOfCopiesThatWriteAtOnce)
         const pid_t child = ::fork();
         ASSERT_GE(child, 0);
         if (child == 0) {
-            SettingsStore own(store.folder());
             bool good = true;
-            for (int i = 0; i < kSaves && good; ++i) {
-                const QString section = QStringLiteral("S%1").arg(copy);
-                good = own.SaveSetting(kApp, section, QStringLiteral("k%1").arg(i), i) &&
-                       own.SaveSetting(kApp, section, QStringLiteral("last"), 1000 + i) &&
-                       own.GetSetting(kApp, section, QStringLiteral("last"), 0) == QString::number(1000 + i);
+            {
+                SettingsStore own(store.folder());
+                for (int i = 0; i < kSaves && good; ++i) {
+                    const QString section = QStringLiteral("S%1").arg(copy);
+                    good = own.SaveSetting(kApp, section, QStringLiteral("k%1").arg(i), i) &&
+                           own.SaveSetting(kApp, section, QStringLiteral("last"), 1000 + i) &&
+                           own.GetSetting(kApp, section, QStringLiteral("last"), 0) == QString::number(1000 + i);
+                }
             }
             ::_exit(good ? 0 : 1);
         }
@@ -176,23 +181,28 @@ TEST_F(SettingsStoreTest, LosesNoKeyOfCopiesThatWriteAtOnce)
         EXPECT_EQ(store.GetSetting(kApp, QStringLiteral("S%1").arg(copy), QStringLiteral("last"), -1),
                   QString::number(1000 + kSaves - 1));
     }
-    EXPECT_TRUE(store.takeDamaged().isEmpty());
+    EXPECT_FALSE(store.takeDamage());
 }
 
 TEST_F(SettingsStoreTest, SetsADamagedFileAsideAndTellsOnce)
 {
     writeFile("[A]\nk=1\ngarbage\n");
     EXPECT_EQ(get("A", "k", 7), QStringLiteral("7"));
-    const QString aside = store.takeDamaged();
+    const auto damage = store.takeDamage();
+    ASSERT_TRUE(damage);
+    const QString aside = damage->setAside;
+    EXPECT_TRUE(damage->sentence().contains(aside));
     EXPECT_EQ(aside, store.fileOf(kApp) + QStringLiteral(".damaged-1"));
     EXPECT_TRUE(QFile::exists(aside));
-    EXPECT_TRUE(store.takeDamaged().isEmpty());
+    EXPECT_FALSE(store.takeDamage());
     EXPECT_EQ(get("A", "k", 7), QStringLiteral("7"));
-    EXPECT_TRUE(store.takeDamaged().isEmpty());
+    EXPECT_FALSE(store.takeDamage());
 
     writeFile(QByteArray(100, '\0'));
     EXPECT_TRUE(save("A", "k", 8)) << "a save finds the damage too";
-    EXPECT_EQ(store.takeDamaged(), store.fileOf(kApp) + QStringLiteral(".damaged-2"));
+    const auto again = store.takeDamage();
+    ASSERT_TRUE(again);
+    EXPECT_EQ(again->setAside, store.fileOf(kApp) + QStringLiteral(".damaged-2"));
     EXPECT_EQ(get("A", "k", 7), QStringLiteral("8"));
 }
 
@@ -212,7 +222,7 @@ TEST_F(SettingsStoreTest, StartsFromAFileTruncatedAnywhere)
             const QString value =
                 restarted.GetSetting(kApp, text("Device"), QStringLiteral("value%1").arg(i), QStringLiteral("none"));
             ASSERT_TRUE(value == QStringLiteral("none") || value == QString::number(1000000 + i)) << size;
-            messages += restarted.takeDamaged().isEmpty() ? 0 : 1;
+            messages += restarted.takeDamage() ? 1 : 0;
         }
         ASSERT_LE(messages, 1) << size;
         if (size % 16 != 0)
@@ -229,7 +239,7 @@ TEST_F(SettingsStoreTest, RefusesToSaveWhereItCannotWrite)
     SettingsStore below(occupied.fileName() + QStringLiteral("/marrowick"));
     EXPECT_FALSE(below.SaveSetting(kApp, text("A"), text("k"), 1));
     EXPECT_EQ(below.GetSetting(kApp, text("A"), text("k"), 2), QStringLiteral("2"));
-    EXPECT_TRUE(below.takeDamaged().isEmpty());
+    EXPECT_FALSE(below.takeDamage());
 
     SettingsStore inKernel(QStringLiteral("/proc/marrowick"));
     EXPECT_FALSE(inKernel.SaveSetting(kApp, text("A"), text("k"), 1));
@@ -240,7 +250,7 @@ TEST_F(SettingsStoreTest, LeavesAFileAloneThatItCannotRead)
     ASSERT_TRUE(QDir().mkpath(store.fileOf(kApp))) << "a folder in the place of the file";
     EXPECT_EQ(get("A", "k", 1), QStringLiteral("1"));
     EXPECT_FALSE(save("A", "k", 2));
-    EXPECT_TRUE(store.takeDamaged().isEmpty());
+    EXPECT_FALSE(store.takeDamage());
     EXPECT_TRUE(QFileInfo(store.fileOf(kApp)).isDir());
 }
 
@@ -308,6 +318,72 @@ TEST_F(SettingsStoreTest, IsNotHeldUpByACopyThatDiedWhileSaving)
     QFile lock(store.fileOf(kApp) + QStringLiteral(".lock"));
     ASSERT_TRUE(lock.exists());
     EXPECT_TRUE(save("A", "k", 2)) << "a lock file that nobody holds does not count";
+}
+
+/// Another copy of the program, stopped while it holds the lock of the settings.
+class StoppedCopy
+{
+public:
+    explicit StoppedCopy(const QString& lockFile)
+        : m_lock(::open(QFile::encodeName(lockFile).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600))
+    {
+        EXPECT_EQ(::flock(m_lock, LOCK_EX | LOCK_NB), 0);
+    }
+    ~StoppedCopy() { ::close(m_lock); }
+    StoppedCopy(const StoppedCopy&) = delete;
+    StoppedCopy& operator=(const StoppedCopy&) = delete;
+
+private:
+    int m_lock;
+};
+
+TEST_F(SettingsStoreTest, AStoppedCopyHoldsNobodyUpAndCostsNoChange)
+{
+    ASSERT_TRUE(save("A", "k0", 0));
+    {
+        SettingsStore waiting(store.folder());
+        {
+            const StoppedCopy stopped(store.fileOf(kApp) + QStringLiteral(".lock"));
+            QElapsedTimer timer;
+            timer.start();
+            for (int i = 1; i < 20; ++i)
+                EXPECT_TRUE(waiting.SaveSetting(kApp, text("A"), QStringLiteral("k%1").arg(i), i));
+            EXPECT_LT(timer.elapsed(), 4000) << "all of them together";
+            EXPECT_EQ(waiting.GetSetting(kApp, text("A"), text("k7"), -1), QStringLiteral("7"));
+            EXPECT_EQ(get("A", "k7", -1), QStringLiteral("-1"));
+        }
+        EXPECT_TRUE(waiting.SaveSetting(kApp, text("A"), text("k1"), 100));
+        EXPECT_EQ(get("A", "k7", -1), QStringLiteral("7"));
+        EXPECT_EQ(get("A", "k1", -1), QStringLiteral("100")) << "the later one";
+
+        const StoppedCopy stopped(store.fileOf(kApp) + QStringLiteral(".lock"));
+        EXPECT_TRUE(waiting.SaveSetting(kApp, text("A"), text("last"), 5));
+    }
+    {
+        SettingsStore waiting(store.folder());
+        {
+            const StoppedCopy stopped(store.fileOf(kApp) + QStringLiteral(".lock"));
+            EXPECT_TRUE(waiting.SaveSetting(kApp, text("A"), text("end"), 6));
+        }
+    }
+    EXPECT_EQ(get("A", "end", -1), QStringLiteral("6")) << "written at the end of the store";
+}
+
+TEST_F(SettingsStoreTest, ADamagedFileThatCannotBeMovedIsNotCalledSetAside)
+{
+    writeFile("garbage\n");
+    // Every name for it is taken, which refuses the move to whoever runs the test.
+    for (int number = 1; number < 1000; ++number)
+        ASSERT_TRUE(QDir().mkpath(store.fileOf(kApp) + QStringLiteral(".damaged-%1").arg(number)));
+    EXPECT_EQ(get("A", "k", 7), QStringLiteral("7"));
+    const auto damage = store.takeDamage();
+    ASSERT_TRUE(damage);
+    EXPECT_TRUE(damage->setAside.isEmpty());
+    EXPECT_TRUE(damage->sentence().contains(store.fileOf(kApp)));
+    EXPECT_FALSE(damage->sentence().contains(text("were set aside")));
+    EXPECT_EQ(fileBytes(), "garbage\n");
+    get("A", "k", 7);
+    EXPECT_FALSE(store.takeDamage()) << "told once";
 }
 
 TEST(SettingsStore, LivesInTheUsersConfigurationFolder)

@@ -3,9 +3,7 @@
 
 #include "ui_frmTestSchedule.h"
 
-#include "controls/korvalink/KorvaLink.h"
-#include "prefs/Preferences.h"
-#include "values/Conversions.h"
+#include "link/TestSchedule.h"
 
 frmTestSchedule::frmTestSchedule(KorvaLink& device, Preferences& preferences, QWidget* parent)
     : QDialog(parent)
@@ -14,9 +12,7 @@ frmTestSchedule::frmTestSchedule(KorvaLink& device, Preferences& preferences, QW
     , m_preferences(preferences)
 {
     m_ui->setupUi(this);
-    // Any number but 0 ticks the box here, while other readers take 1 alone for ticked: the text is read as it stands.
-    const double saved = values::tolerantNumber(m_preferences.text(options::kTestSchedule));
-    m_ui->chkTestSchedule->setChecked(saved != 0);
+    m_ui->chkTestSchedule->setChecked(testschedule::isOn(m_preferences));
     connect(m_ui->chkTestSchedule, &QCheckBox::clicked, this, &frmTestSchedule::chkTestSchedule_Click);
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &frmTestSchedule::cmdOK_Click);
 }
@@ -25,9 +21,7 @@ frmTestSchedule::~frmTestSchedule() = default;
 
 void frmTestSchedule::chkTestSchedule_Click()
 {
-    const bool checked = m_ui->chkTestSchedule->isChecked();
-    m_preferences.setValue(options::kTestSchedule, checked);
-    m_device.SetTestMode(checked ? 1 : 0);
+    testschedule::set(m_ui->chkTestSchedule->isChecked(), m_preferences, m_device);
 }
 
 void frmTestSchedule::cmdOK_Click()

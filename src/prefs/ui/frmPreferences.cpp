@@ -33,21 +33,6 @@
 
 using namespace options;
 
-namespace {
-
-void selectIf(bool first, QRadioButton* one, QRadioButton* other)
-{
-    (first ? one : other)->setChecked(true);
-}
-
-/// The first option for exactly the text of true, the other for anything else.
-void selectByText(const QString& text, QRadioButton* one, QRadioButton* other)
-{
-    selectIf(text == values::booleanText(true), one, other);
-}
-
-} // namespace
-
 frmPreferences::frmPreferences(Preferences& preferences, PreferencesHost& host, ProgramState& state,
                                UserMessages& messages, QWidget* parent)
     : QDialog(parent)
@@ -59,6 +44,7 @@ frmPreferences::frmPreferences(Preferences& preferences, PreferencesHost& host, 
     setObjectName(QStringLiteral("frmPreferences"));
     setWindowTitle(tr("Preferences"));
     buildPages();
+    bindOptions();
     {
         // To open the window changes no document; only moving the slider does.
         const QSignalBlocker quiet(sldGraticuleShade);
@@ -88,117 +74,93 @@ QString frmPreferences::documentsFolder()
     return folder;
 }
 
-void frmPreferences::selectPhase(const PhaseOptions& phase, const QString& text)
+void frmPreferences::bindPhase(const Option<Integer>& option, const PhaseOptions& phase)
 {
-    if (text == QString::number(PhaseWholeCycle))
-        phase.wholeCycle->setChecked(true);
-    else if (text == QString::number(PhaseHalfCycle))
-        phase.halfCycle->setChecked(true);
-    else if (text == QString::number(PhaseOff))
-        phase.off->setChecked(true);
+    m_options.add(optionplace::exact(m_preferences, option),
+                  optioncontrol::of({{phase.wholeCycle, QString::number(PhaseWholeCycle)},
+                                     {phase.halfCycle, QString::number(PhaseHalfCycle)},
+                                     {phase.off, QString::number(PhaseOff)}}));
+}
+
+void frmPreferences::bindOptions()
+{
+    Preferences& store = m_preferences;
+    const QString yes = values::booleanText(true);
+    const QString no = values::booleanText(false);
+    for (std::size_t pen = 0; pen < kPens.size(); ++pen)
+        m_options.add(optionplace::of(store, kPens[pen]), optioncontrol::of(lblColour[pen]));
+
+    m_options.add(optionplace::exact(store, kAmplitudeAxisScaleLin),
+                  optioncontrol::flag(optAmplitudeLinear, optAmplitudeLog));
+    m_options.add(optionplace::exact(store, kAmplitudeAxisScaleAuto),
+                  optioncontrol::of({{optAmpScaleAuto, yes}, {optAmpScaleManual, no}}));
+    bindPhase(kAmplitudePhaseGraph, m_amplitudePhase);
+    m_options.add(optionplace::exact(store, kImpedanceAxisScaleLin),
+                  optioncontrol::flag(optImpedanceAdmittanceLinear, optImpedanceAdmittanceLog));
+    m_options.add(optionplace::exact(store, kImpedanceDisplayLimits),
+                  optioncontrol::of({{optAutoZScale, kAutoLimits}, {optManualZScale, kManualLimits}}));
+    bindPhase(kImpedancePhaseGraph, m_impedancePhase);
+
+    using Flags = std::pair<Option<Flag>, OptionControl>;
+    for (const auto& [option, control] : {Flags(kReactanceFreqLog, optioncontrol::flag(optXFreqLog, optXFreqLinear)),
+                                          Flags(kReactanceImpedance, optioncontrol::flag(optImpedance, optAdmittance)),
+                                          Flags(kReactanceReactAuto, optioncontrol::flag(optReactAuto, optReactManual)),
+                                          Flags(kReactanceResAuto, optioncontrol::flag(optResAuto, optResManual))})
+        m_options.add(optionplace::of(store, option), control, OnDefault::Stays);
+
+    m_options.add(optionplace::of(store, kNotifyDevice), optioncontrol::of(chkNotifyDevice));
+    m_options.add(optionplace::of(store, kPromptDevice), optioncontrol::of(chkPromptDevice));
+    m_options.add(optionplace::of(store, kPromptOverwrite), optioncontrol::of(ckhPromptOverwrite));
+    m_options.add(optionplace::of(store, kLockPenAfterPlot), optioncontrol::of(chkLockPenAfterPlot));
+    m_options.add(optionplace::of(store, kSplashScreen), optioncontrol::of(chkDisplaySplash));
+    m_options.add(optionplace::of(store, kOpenSettings), optioncontrol::of(chkOpenSettings));
+
+    for (std::size_t i = 0; i < kFolders.size(); ++i)
+        m_folders.add(optionplace::of(store, kFolders[i], [this] { return m_documentsFolder; }),
+                      optioncontrol::of(txtFilePaths[i]));
+
+    m_looks.add(optionplace::exact(store, kGraticuleShade),
+                {[this](const QString& text) { sldGraticuleShade->setValue(GraticuleShade::stopOf(text)); },
+                 [this] {
+                     return Preferences::textFor<Colour>(
+                         GraticuleShade::colourOf(sldGraticuleShade->value()).value_or(kGraticuleShade.defaultValue));
+                 }},
+                OnDefault::Stays);
+    // Without a selection the stored font is one that this machine lacks: it stays for the day it is installed.
+    OptionControl font = optioncontrol::of(combFontSelection);
+    font.show = [this](const QString& text) { SetCurrentFont(text); };
+    m_looks.add(optionplace::of(store, kDefaultFont), font, OnDefault::Stays);
 }
 
 void frmPreferences::LoadPreferences()
 {
-    for (std::size_t pen = 0; pen < kPens.size(); ++pen)
-        lblColour[pen]->setColour(m_preferences.value(kPens[pen]));
-
-    selectByText(m_preferences.text(kAmplitudeAxisScaleLin), optAmplitudeLinear, optAmplitudeLog);
-    const QString amplitudeAuto = m_preferences.text(kAmplitudeAxisScaleAuto);
-    if (amplitudeAuto == values::booleanText(false))
-        optAmpScaleManual->setChecked(true);
-    else if (amplitudeAuto == values::booleanText(true))
-        optAmpScaleAuto->setChecked(true);
-    selectPhase(m_amplitudePhase, m_preferences.text(kAmplitudePhaseGraph));
-
-    selectByText(m_preferences.text(kImpedanceAxisScaleLin), optImpedanceAdmittanceLinear, optImpedanceAdmittanceLog);
-    const QString limits = m_preferences.text(kImpedanceDisplayLimits);
-    if (limits == kAutoLimits)
-        optAutoZScale->setChecked(true);
-    else if (limits == kManualLimits)
-        optManualZScale->setChecked(true);
-    selectPhase(m_impedancePhase, m_preferences.text(kImpedancePhaseGraph));
-
-    selectIf(m_preferences.value(kReactanceFreqLog), optXFreqLog, optXFreqLinear);
-    selectIf(m_preferences.value(kReactanceImpedance), optImpedance, optAdmittance);
-    selectIf(m_preferences.value(kReactanceReactAuto), optReactAuto, optReactManual);
-    selectIf(m_preferences.value(kReactanceResAuto), optResAuto, optResManual);
-
-    chkNotifyDevice->setChecked(m_preferences.value(kNotifyDevice));
-    chkPromptDevice->setChecked(m_preferences.value(kPromptDevice));
-    ckhPromptOverwrite->setChecked(m_preferences.value(kPromptOverwrite));
-    chkLockPenAfterPlot->setChecked(m_preferences.value(kLockPenAfterPlot));
-    chkDisplaySplash->setChecked(m_preferences.value(kSplashScreen));
-    chkOpenSettings->setChecked(m_preferences.value(kOpenSettings));
-
+    m_options.load();
     const QPointer<frmPreferences> alive(this);
     const QString documents = documentsFolder();
     if (alive.isNull())
         return;
-    for (std::size_t i = 0; i < kFolders.size(); ++i) {
-        const QString fallback = Preferences::defaultFolder(kFolders[i], documents);
-        txtFilePaths[i]->setText(m_preferences.valueOr(kFolders[i].option, fallback));
-    }
-
+    m_documentsFolder = documents;
+    m_folders.load();
     PopulateTheFontSelectWindow();
-    SetCurrentFont(m_preferences.value(kDefaultFont));
-    sldGraticuleShade->setValue(GraticuleShade::stopOf(m_preferences.text(kGraticuleShade)));
+    m_looks.load();
     SSTab1->setCurrentIndex(m_preferences.value(kPreferencesTab));
-}
-
-void frmPreferences::savePhase(const Option<Integer>& option, const PhaseOptions& phase)
-{
-    if (phase.wholeCycle->isChecked())
-        check(m_preferences.setValue(option, PhaseWholeCycle));
-    else if (phase.halfCycle->isChecked())
-        check(m_preferences.setValue(option, PhaseHalfCycle));
-    else if (phase.off->isChecked())
-        check(m_preferences.setValue(option, PhaseOff));
 }
 
 void frmPreferences::SavePreferences()
 {
-    std::optional<SettingsStore::Batch> batch(std::in_place, m_preferences.store());
-    for (std::size_t pen = 0; pen < kPens.size(); ++pen)
-        check(m_preferences.setValue(kPens[pen], lblColour[pen]->colour()));
-
-    check(m_preferences.setValue(kAmplitudeAxisScaleLin, optAmplitudeLinear->isChecked()));
-    check(m_preferences.setValue(kAmplitudeAxisScaleAuto, optAmpScaleAuto->isChecked()));
-    savePhase(kAmplitudePhaseGraph, m_amplitudePhase);
-    check(m_preferences.setValue(kImpedanceAxisScaleLin, optImpedanceAdmittanceLinear->isChecked()));
-    check(m_preferences.setValue(kImpedanceDisplayLimits,
-                                 QString(optAutoZScale->isChecked() ? kAutoLimits : kManualLimits)));
-    savePhase(kImpedancePhaseGraph, m_impedancePhase);
-
-    check(m_preferences.setValue(kReactanceFreqLog, optXFreqLog->isChecked()));
-    check(m_preferences.setValue(kReactanceImpedance, optImpedance->isChecked()));
-    check(m_preferences.setValue(kReactanceReactAuto, optReactAuto->isChecked()));
-    check(m_preferences.setValue(kReactanceResAuto, optResAuto->isChecked()));
-
-    check(m_preferences.setValue(kNotifyDevice, chkNotifyDevice->isChecked()));
-    check(m_preferences.setValue(kPromptDevice, chkPromptDevice->isChecked()));
-    check(m_preferences.setValue(kPromptOverwrite, ckhPromptOverwrite->isChecked()));
-    check(m_preferences.setValue(kLockPenAfterPlot, chkLockPenAfterPlot->isChecked()));
-    check(m_preferences.setValue(kSplashScreen, chkDisplaySplash->isChecked()));
-    check(m_preferences.setValue(kOpenSettings, chkOpenSettings->isChecked()));
-
+    check(m_options.save(m_preferences));
     // Messages may follow, and with them whatever else stores settings.
-    check(batch->commit());
     const QPointer<frmPreferences> alive(this);
     const bool made = MakeDefaultDirectories();
     if (alive.isNull())
         return;
-    batch.emplace(m_preferences.store());
-    if (made) {
-        for (std::size_t i = 0; i < kFolders.size(); ++i)
-            check(m_preferences.setValue(kFolders[i].option, txtFilePaths[i]->text()));
+    {
+        SettingsStore::Batch batch(m_preferences.store());
+        if (made)
+            m_folders.save(m_preferences);
+        m_looks.save(m_preferences);
+        check(batch.commit());
     }
-    if (const auto shade = GraticuleShade::colourOf(sldGraticuleShade->value()))
-        check(m_preferences.setValue(kGraticuleShade, *shade));
-    // Without a selection the stored font is one that this machine lacks: it stays for the day it is installed.
-    if (combFontSelection->currentIndex() >= 0)
-        check(m_preferences.setValue(kDefaultFont, combFontSelection->currentText()));
-    check(batch->commit());
     tellUnlessStored();
 }
 
@@ -220,32 +182,15 @@ void frmPreferences::tellUnlessStored()
 
 void frmPreferences::cmdDefault_Click()
 {
-    std::optional<SettingsStore::Batch> batch(std::in_place, m_preferences.store());
-    for (const auto& pen : kPens)
-        check(m_preferences.setDefault(pen));
-    check(m_preferences.setDefault(kAmplitudeAxisScaleLin));
-    check(m_preferences.setDefault(kAmplitudeAxisScaleAuto));
-    check(m_preferences.setDefault(kAmplitudePhaseGraph));
-    check(m_preferences.setDefault(kImpedanceAxisScaleLin));
-    check(m_preferences.setDefault(kImpedanceDisplayLimits));
-    check(m_preferences.setDefault(kImpedancePhaseGraph));
-    check(m_preferences.setDefault(kNotifyDevice));
-    check(m_preferences.setDefault(kPromptDevice));
-    check(m_preferences.setDefault(kPromptOverwrite));
-    check(m_preferences.setDefault(kLockPenAfterPlot));
-    check(m_preferences.setDefault(kSplashScreen));
-    check(m_preferences.setDefault(kOpenSettings));
-    check(batch->commit());
+    check(m_options.reset(m_preferences));
     m_host.penInitialise();
 
     const QPointer<frmPreferences> alive(this);
     const QString documents = documentsFolder();
     if (alive.isNull())
         return;
-    batch.emplace(m_preferences.store());
-    for (const FolderOption& folder : {kPlotFiles, kExportFiles, kUpdateFiles, kScriptFiles})
-        check(m_preferences.setValue(folder.option, Preferences::defaultFolder(folder, documents)));
-    check(batch->commit());
+    m_documentsFolder = documents;
+    check(m_folders.reset(m_preferences));
     LoadPreferences();
     if (!alive.isNull())
         tellUnlessStored();
@@ -271,7 +216,7 @@ void frmPreferences::lblColour_DblClick(int index)
     label->setColour(lColour);
     m_host.setPenLabelColour(index, lColour, colours::labelTextColour(lColour));
     m_state.glPenColour[static_cast<std::size_t>(index)] = lColour;
-    check(m_preferences.setValue(kPens[static_cast<std::size_t>(index)], lColour));
+    check(m_options[static_cast<std::size_t>(index)].save());
     tellUnlessStored();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "prefs/Options.h"
+#include "prefs/ui/OptionBinding.h"
 
 #include <QDialog>
 
@@ -63,6 +64,8 @@ private:
     };
 
     void buildPages();
+    void bindOptions();
+    void bindPhase(const options::Option<options::Integer>& option, const PhaseOptions& phase);
     QWidget* buildPenPage();
     QWidget* buildAmplitudePage();
     QWidget* buildImpedancePage();
@@ -75,8 +78,6 @@ private:
     void showShade();
 
     QString documentsFolder();
-    void selectPhase(const PhaseOptions& phase, const QString& text);
-    void savePhase(const options::Option<options::Integer>& option, const PhaseOptions& phase);
     void folderFailed(const QString& candidate);
     void unload();
     void place();
@@ -93,6 +94,11 @@ private:
     bool m_placed = false;
     bool m_storeFailed = false;
     bool m_storeFailureTold = false;
+
+    OptionBindings m_options; ///< the pens first, by their index
+    OptionBindings m_folders; ///< stored only when all of them exist
+    OptionBindings m_looks;
+    QString m_documentsFolder;
 
     QTabWidget* SSTab1 = nullptr;
     std::array<ColourLabel*, options::kPenCount> lblColour{};

@@ -135,7 +135,7 @@ QWidget* frmPreferences::buildAmplitudePage()
 
 QWidget* frmPreferences::buildImpedancePage()
 {
-    QGroupBox* const scale = groupOf(tr("Impedance / Admittance axis scale"));
+    QGroupBox* const scale = groupOf(tr("Frequency axis scale"));
     optImpedanceAdmittanceLinear = option(scale, "optImpedanceAdmittanceLinear", tr("Linear"));
     optImpedanceAdmittanceLog = option(scale, "optImpedanceAdmittanceLog", tr("Logarithmic"), true);
     QGroupBox* const limits = groupOf(tr("Impedance / Admittance display limits"));

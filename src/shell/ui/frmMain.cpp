@@ -11,6 +11,7 @@
 #include "link/DeviceModule.h"
 #include "link/TestRun.h"
 #include "prefs/Preferences.h"
+#include "prefs/SettingsStore.h"
 #include "program/CommandLine.h"
 #include "program/ProgramState.h"
 #include "program/UserMessages.h"
@@ -171,6 +172,7 @@ void frmMain::SaveMainWindowPosition()
     if (position.state == windowposition::Minimised)
         return;
     Preferences& preferences = m_context.preferences;
+    const SettingsStore::Batch batch(preferences.store());
     preferences.setValue(options::kWindowState, position.state);
     preferences.setValue(options::kWindowLeft, position.left);
     preferences.setValue(options::kWindowTop, position.top);

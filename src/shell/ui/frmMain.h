@@ -5,7 +5,7 @@
 #include "document/DocumentContext.h"
 #include "link/InstrumentPlotSource.h"
 #include "link/MainWindowPort.h"
-#include "link/SettingsDialogHost.h"
+#include "link/settings/SettingsDialogHost.h"
 #include "prefs/PreferencesHost.h"
 
 #include <QMainWindow>

@@ -6,10 +6,10 @@
 #include "document/ui/frmAddText.h"
 #include "document/ui/frmFileProperties.h"
 #include "link/DeviceModule.h"
+#include "link/settings/ui/frmSettings.h"
 #include "link/ui/frmAbout.h"
 #include "link/ui/frmDevice.h"
 #include "link/ui/frmDeviceProperties.h"
-#include "link/ui/frmSettings.h"
 #include "link/ui/frmTestSchedule.h"
 #include "prefs/DataFolders.h"
 #include "prefs/Preferences.h"
@@ -48,12 +48,10 @@ bool frmMain::boolArePathsSet()
 
 bool frmMain::tellDamagedSettings()
 {
-    const QString damaged = m_context.preferences.store().takeDamaged();
-    if (damaged.isEmpty())
+    const auto damage = m_context.preferences.store().takeDamage();
+    if (!damage)
         return false;
-    showMessage(tr("The settings could not be read and were set aside as %1. The program starts with its defaults.")
-                    .arg(damaged),
-                UserMessages::OkOnly | UserMessages::Exclamation, tr("Settings"));
+    showMessage(damage->sentence(), UserMessages::OkOnly | UserMessages::Exclamation, tr("Settings"));
     return true;
 }
 

@@ -7,6 +7,7 @@
 #include "prefs/ui/frmPreferences.h"
 #include "program/ProgramState.h"
 #include "support/RecordingMessages.h"
+#include "support/WriteCounter.h"
 
 #include <QRadioButton>
 #include <QTabWidget>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/ui/frmAddText.h"
 #include "document/ui/frmFileProperties.h"
+#include "link/settings/ui/frmSettings.h"
 #include "link/ui/frmAbout.h"
 #include "link/ui/frmDevice.h"
 #include "link/ui/frmDeviceProperties.h"
-#include "link/ui/frmSettings.h"
 #include "link/ui/frmTestSchedule.h"
 #include "prefs/ui/frmPreferences.h"
 #include "shell/ui/MainWindowHarness.h"

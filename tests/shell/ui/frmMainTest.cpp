@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/MainWindowHarness.h"
+#include "support/WriteCounter.h"
 #include "widgets/ui/WindowPosition.h"
 
 #include <QDropEvent>
@@ -95,7 +96,9 @@ TEST_F(FrmMainTest, aNormalWindowSavesPlaceSizeAndState)
     main->move(45, 60);
     main->resize(700, 500);
     settle();
+    WriteCounter writes(store.folder());
     main->SaveMainWindowPosition();
+    EXPECT_EQ(writes.take(), 1);
     EXPECT_EQ(stored(options::kWindowState), 0);
     EXPECT_EQ(stored(options::kWindowLeft), 45 * 15);
     EXPECT_EQ(stored(options::kWindowTop), 60 * 15);

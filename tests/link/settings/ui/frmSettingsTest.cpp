@@ -126,8 +126,31 @@ TEST_F(FrmSettings, SamplesStartWithTheInstrumentsOwnSetting)
     EXPECT_EQ(commands(), QStringLiteral("samples 32"));
 }
 
+TEST_F(FrmSettings, SamplesThatNobodyKnowsAreNeitherShownNorSentNorStored)
+{
+    openSampling();
+    EXPECT_EQ(commands(), QString());
+    EXPECT_EQ(control<QComboBox>("lstDT46Samples")->currentIndex(), -1);
+    form->Unload();
+    EXPECT_EQ(saved("S1", "Samples"), QStringLiteral("(none)"));
+}
+
+TEST_F(FrmSettings, SamplesChosenAreStoredAtOnceAndNotRevertedByALateAnswer)
+{
+    setting("S1", "Samples", 64);
+    openSampling();
+    commands();
+    QTest::keyClick(control<QComboBox>("lstDT46Samples"), Qt::Key_Down);
+    EXPECT_EQ(commands(), QStringLiteral("samples 128"));
+    EXPECT_EQ(saved("S1", "Samples"), QStringLiteral("128"));
+    frame(numbers('X', '2', 1000, 2000, 100, -1, 0));
+    EXPECT_TRUE(commands().endsWith(QStringLiteral("|samples 128")));
+    EXPECT_EQ(control<QComboBox>("lstDT46Samples")->currentText(), QStringLiteral("128"));
+}
+
 TEST_F(FrmSettings, SamplesAreNotSentWhileAScriptRuns)
 {
+    mirror.iTestParam2 = 32;
     state.gbfScriptRunning = true;
     openSampling();
     EXPECT_EQ(commands(), QString());
@@ -161,7 +184,7 @@ TEST_F(FrmSettings, TypedMegaAndEnterSendTheFrequency)
 TEST_F(FrmSettings, FrequencyBoxesDiscardOtherKeys)
 {
     open();
-    type("txtLowFreq", "1x2-e,3 k", false);
+    type("txtLowFreq", "1x2-e3 k", false);
     EXPECT_EQ(boxText("txtLowFreq"), QStringLiteral("123k"));
     QTest::keyClick(control<QLineEdit>("txtLowFreq"), Qt::Key_Backspace);
     EXPECT_EQ(boxText("txtLowFreq"), QStringLiteral("123"));
@@ -196,11 +219,132 @@ TEST_F(FrmSettings, ApplySendsTheUserDefinedIdleFrequencyToo)
     EXPECT_EQ(mirror.dblIdleFrequency, 7000);
 }
 
-TEST_F(FrmSettings, TextThatIsNoNumberIsSentAsZero)
+TEST_F(FrmSettings, ACommaIsADecimalPoint)
 {
     open();
-    type("txtLowFreq", "", true);
-    EXPECT_EQ(commands(), QStringLiteral("startfreq 0|endfreq 1000000"));
+    type("txtLowFreq", "38,5k");
+    EXPECT_EQ(boxText("txtLowFreq"), QStringLiteral("38.5k"));
+    EXPECT_EQ(commands(), QStringLiteral("startfreq 38500|endfreq 1000000"));
+    paste("txtHighFreq", " 41,25 kHz\n");
+    EXPECT_EQ(boxText("txtHighFreq"), QStringLiteral("41.25k"));
+    QTest::keyClick(control<QLineEdit>("txtHighFreq"), Qt::Key_Return);
+    EXPECT_EQ(commands(), QStringLiteral("startfreq 38500|endfreq 41250"));
+}
+
+TEST_F(FrmSettings, PastedTextThatCouldMeanAnotherFrequencyLeavesTheBoxAsItIs)
+{
+    open();
+    for (const char* text : {"1e6", "-5000", "about 40k", "inf"}) {
+        paste("txtLowFreq", text);
+        EXPECT_EQ(boxText("txtLowFreq"), QStringLiteral("1000")) << text;
+    }
+    EXPECT_EQ(commands(), QString());
+}
+
+TEST_F(FrmSettings, ATextThatIsNoFrequencyIsRefusedInPlaceWithTheOldOneInSight)
+{
+    mirror.dblIdleFrequency = 5000;
+    open();
+    for (const char* text : {"", "k", ".", "1.2.3", "0", "1k5k"}) {
+        type("txtLowFreq", text);
+        EXPECT_EQ(boxText("txtLowFreq"), QStringLiteral("1000")) << text;
+        EXPECT_TRUE(control<QWidget>("txtLowFreq")->hasFocus()) << text;
+        type("txtParkFrequency", *text == '0' ? "k" : text);
+        EXPECT_EQ(boxText("txtParkFrequency"), QStringLiteral("5000")) << text;
+        type("txtSpotFrequency_0", *text == '0' ? "k" : text);
+        EXPECT_EQ(boxText("txtSpotFrequency_0"), QStringLiteral("400000")) << text;
+        EXPECT_EQ(commands(), QString()) << text;
+    }
+    EXPECT_EQ(mirror.dblStartFrequency, 1000);
+    EXPECT_EQ(mirror.dblIdleFrequency, 5000);
+    // The other box keeps what was typed there, and goes out when both are good.
+    type("txtHighFreq", "2M", false);
+    type("txtLowFreq", "k", false);
+    click("cmdSetFreq");
+    EXPECT_EQ(commands(), QString());
+    EXPECT_EQ(boxText("txtHighFreq"), QStringLiteral("2M"));
+    click("cmdSetFreq");
+    EXPECT_EQ(commands(), QStringLiteral("startfreq 1000|endfreq 2000000|idlefreq 5000"));
+}
+
+TEST_F(FrmSettings, FrequenciesTypedAndConfirmedByOkAreAppliedAsByApply)
+{
+    const auto document = makeDocument(PenDocument::Amplitude);
+    window.active = document.get();
+    mirror.dblIdleFrequency = 5000;
+    open();
+    type("txtLowFreq", "20k", false);
+    type("txtHighFreq", "60k", false);
+    type("txtParkFrequency", "30k", false);
+    click("OKButton");
+    EXPECT_EQ(commands(), QStringLiteral("startfreq 20000|endfreq 60000|idlefreq 30000"));
+    EXPECT_EQ(mirror.dblStartFrequency, 20000);
+    EXPECT_EQ(mirror.dblEndFrequency, 60000);
+    EXPECT_EQ(saved("S1", "txtStartFrequency"), QStringLiteral("20000"));
+    EXPECT_EQ(saved("S1", "dblEndFrequency"), QStringLiteral("60000"));
+    EXPECT_EQ(saved("S1", "dblIdleFrequency"), QStringLiteral("30000"));
+    EXPECT_FALSE(form && form->isVisible());
+}
+
+TEST_F(FrmSettings, OkRefusesATextThatIsNoFrequencyAndStaysOpen)
+{
+    const auto document = makeDocument(PenDocument::Amplitude);
+    window.active = document.get();
+    open();
+    type("txtLowFreq", "k", false);
+    click("OKButton");
+    EXPECT_TRUE(form && form->isVisible());
+    EXPECT_EQ(boxText("txtLowFreq"), QStringLiteral("1000"));
+    EXPECT_EQ(commands(), QString());
+    type("txtLowFreq", "k", false);
+    QTest::keyClick(form, Qt::Key_Escape);
+    EXPECT_FALSE(form && form->isVisible());
+    EXPECT_EQ(commands(), QString());
+    EXPECT_EQ(saved("S1", "dblStartFrequency"), QStringLiteral("1000"));
+}
+
+TEST_F(FrmSettings, WhatIsBeingTypedOutlivesAReportOfTheRange)
+{
+    open();
+    type("txtLowFreq", "12", false);
+    frame(numbers('s', '0', 0, 111, 222));
+    EXPECT_EQ(boxText("txtLowFreq"), QStringLiteral("12"));
+    EXPECT_EQ(boxText("txtHighFreq"), QStringLiteral("222"));
+}
+
+TEST_F(FrmSettings, TheRangeOfATestIsNeverTakenFromATextThatIsNone)
+{
+    open();
+    type("txtLowFreq", "k", false);
+    EXPECT_EQ(form->lowFrequencyText(), QStringLiteral("1000"));
+    type("txtLowFreq", "5k", false);
+    EXPECT_EQ(form->lowFrequencyText(), QStringLiteral("5k"));
+}
+
+TEST_F(FrmSettings, FitsASmallScreenAndScrollsToWhereTheKeyboardIs)
+{
+    for (const bool sampling : {false, true}) {
+        if (sampling)
+            openSampling();
+        else
+            open();
+        form->resize(640, 360);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(form->size(), QSize(640, 360));
+        EXPECT_TRUE(form->rect().contains(control<QWidget>("OKButton")->geometry()));
+        auto* const tabs = control<QTabWidget>("SSTab1");
+        for (int page = 0; page < 2; ++page) {
+            tabs->setCurrentIndex(page);
+            tabs->setFocus();
+            for (int i = 0; i < 40; ++i) {
+                QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+                const QWidget* const reached = QApplication::focusWidget();
+                EXPECT_FALSE(reached->visibleRegion().isEmpty()) << reached->objectName().toStdString();
+                EXPECT_EQ(reached->visibleRegion().boundingRect().height(), reached->height())
+                    << reached->objectName().toStdString();
+            }
+        }
+    }
 }
 
 TEST_F(FrmSettings, AxisExtentsFollowTheActiveGraph)
@@ -307,6 +451,7 @@ TEST_F(FrmSettings, AcquirePhaseSends)
 
 TEST_F(FrmSettings, SamplesListSendsItsChoiceAndSwallowsTyping)
 {
+    mirror.iTestParam2 = 4;
     openSampling();
     commands();
     auto* const list = control<QComboBox>("lstDT46Samples");
@@ -354,7 +499,7 @@ TEST_F(FrmSettings, MonitorAppliesAndPutsOutTheSpotSignal)
 {
     open();
     click("chkMonitor");
-    EXPECT_EQ(commands(), QStringLiteral("startfreq 1000|endfreq 1000000|y|ampspot 1000"));
+    EXPECT_EQ(commands(), QStringLiteral("startfreq 1000|endfreq 1000000|spotfreq 400000|y|ampspot 400000"));
     EXPECT_FALSE(control<QWidget>("optMonitorAmplitude")->isEnabled());
     EXPECT_FALSE(control<QWidget>("optMonitorImpedance")->isEnabled());
     click("chkMonitor");
@@ -364,7 +509,31 @@ TEST_F(FrmSettings, MonitorAppliesAndPutsOutTheSpotSignal)
     click("optMonitorImpedance");
     EXPECT_EQ(saved("S1", "optMonitorAmplitude"), QStringLiteral("False"));
     click("chkMonitor");
-    EXPECT_EQ(commands(), QStringLiteral("startfreq 1000|endfreq 1000000|y|impspot 1000"));
+    EXPECT_EQ(commands(), QStringLiteral("startfreq 1000|endfreq 1000000|spotfreq 400000|y|impspot 400000"));
+}
+
+TEST_F(FrmSettings, MonitorMeasuresAtTheFrequencyThatStandsInTheBox)
+{
+    open();
+    click("optMonFreq_1");
+    type("txtSpotFrequency_1", "3M", false);
+    click("chkMonitor");
+    EXPECT_EQ(commands(), QStringLiteral("startfreq 1000|endfreq 1000000|spotfreq 3000000|y|ampspot 3000000"));
+    EXPECT_EQ(mirror.dblSpotFrequency, 3000000);
+    click("chkMonitor");
+    commands();
+    type("txtSpotFrequency_1", "k", false);
+    click("chkMonitor");
+    EXPECT_FALSE(checked("chkMonitor")) << "there is no frequency to measure at";
+    EXPECT_FALSE(commands().contains(QStringLiteral("ampspot")));
+    EXPECT_TRUE(control<QWidget>("optMonitorAmplitude")->isEnabled());
+}
+
+TEST_F(FrmSettings, MonitorBoxesThatWereStoredAsNonsenseShowTheirDefault)
+{
+    setting("S1", "MonF1", "soon");
+    open();
+    EXPECT_EQ(boxText("txtSpotFrequency_0"), QStringLiteral("400000"));
 }
 
 TEST_F(FrmSettings, MonitorOfAnInstrumentWithOneTestHasNoChoice)
@@ -374,7 +543,7 @@ TEST_F(FrmSettings, MonitorOfAnInstrumentWithOneTestHasNoChoice)
     EXPECT_FALSE(shown("optMonitorAmplitude"));
     EXPECT_FALSE(shown("optMonitorImpedance"));
     click("chkMonitor");
-    EXPECT_TRUE(commands().endsWith(QStringLiteral("y|impspot 1000")));
+    EXPECT_TRUE(commands().endsWith(QStringLiteral("y|impspot 400000")));
     click("chkMonitor");
     EXPECT_FALSE(control<QWidget>("optMonitorImpedance")->isEnabled());
 }
@@ -497,11 +666,12 @@ TEST_F(FrmSettings, ClosingWithADocumentSendsNoRange)
 {
     const auto document = makeDocument(PenDocument::Amplitude);
     window.active = document.get();
+    mirror.iTestParam2 = 16;
     openSampling();
     commands();
     click("OKButton");
     EXPECT_EQ(commands(), QString());
-    EXPECT_EQ(saved("S1", "Samples"), QStringLiteral("1"));
+    EXPECT_EQ(saved("S1", "Samples"), QStringLiteral("16"));
 }
 
 TEST_F(FrmSettings, EscapeClosesAsOkDoes)
@@ -584,8 +754,6 @@ TEST_F(FrmSettings, EveryControlIsReachedByTheKeyboardAndHasAName)
     }
 }
 
-} // namespace
-
 TEST_F(FrmSettings, NothingThatItShowsOfOneInstrumentGoesToTheNext)
 {
     open();
@@ -608,3 +776,32 @@ TEST_F(FrmSettings, NothingThatItShowsOfOneInstrumentGoesToTheNext)
     EXPECT_EQ(saved("S1", "MonF1"), QStringLiteral("77000"));
     EXPECT_EQ(saved("Device", "MonF1"), QStringLiteral("400000"));
 }
+
+TEST_F(FrmSettings, AMonitorEndsWithItsInstrument)
+{
+    open();
+    click("chkMonitor");
+    Terminal other;
+    ASSERT_TRUE(device.OpenTransport(std::make_unique<SerialTransport>(other.path()), QStringLiteral("other")));
+    EXPECT_FALSE(checked("chkMonitor"));
+    device.Write(QStringLiteral("mark\r"));
+    QByteArray heard;
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        heard += other.take();
+        return heard.endsWith("mark\r");
+    }));
+    EXPECT_TRUE(heard.startsWith("phase ")) << heard.constData();
+}
+
+TEST_F(FrmSettings, ClosedBeforeTheStateIsCompleteItStoresNothingUnderTheSerialNumber)
+{
+    state.gbfDeviceReady = false;
+    mirror.strDeviceSerial = QStringLiteral("Device");
+    open();
+    frame(text('V', '0', "S7"));
+    form->Unload();
+    EXPECT_EQ(saved("S7", "dblStartFrequency"), QStringLiteral("(none)"));
+    EXPECT_EQ(saved("S7", "MonF1"), QStringLiteral("(none)"));
+}
+
+} // namespace

@@ -8,9 +8,9 @@
 #include "instrument/InstrumentMirror.h"
 #include "link/DeviceModule.h"
 #include "link/InstrumentPlotSource.h"
-#include "link/SettingsDialogHost.h"
 #include "link/TestRun.h"
-#include "link/ui/frmSettings.h"
+#include "link/settings/SettingsDialogHost.h"
+#include "link/settings/ui/frmSettings.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
 #include "program/ProgramState.h"
@@ -20,6 +20,8 @@
 #include "support/RecordingMessages.h"
 
 #include <QAbstractButton>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QLineEdit>
 #include <QRegularExpression>
 #include <QSlider>
@@ -126,6 +128,16 @@ protected:
         open();
     }
 
+    /// Text from another program, as Ctrl+V puts it in the place of what stands in the box.
+    void paste(const char* name, const char* text)
+    {
+        QGuiApplication::clipboard()->setText(QString::fromUtf8(text));
+        auto* const box = control<QLineEdit>(name);
+        box->setFocus();
+        box->selectAll();
+        QTest::keyClick(box, Qt::Key_V, Qt::ControlModifier);
+    }
+
     /// The commands that arrived at the instrument, joined by "|". A mark written behind them tells that all are there.
     QString commands()
     {
@@ -206,6 +218,7 @@ protected:
         --roomForDocuments;
         documents.push_back(makeDocument(state.giNewDocType));
         window.active = documents.back().get();
+        documents.back()->gbfSendZoom = sendZooms;
         return documents.back().get();
     }
     void showDocument(PenDocument& document) override { shownDocuments.push_back(&document); }
@@ -230,5 +243,6 @@ protected:
     std::vector<PenDocument*> shownDocuments;
     QWidget* functionKeys = nullptr;
     int roomForDocuments = 100;
+    bool sendZooms = false; ///< of new documents
     QPointer<frmSettings> form;
 };

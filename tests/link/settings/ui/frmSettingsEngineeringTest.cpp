@@ -24,7 +24,7 @@ protected:
         else
             open();
         control<QTabWidget>("SSTab1")->setCurrentIndex(1);
-        form->now = [] { return QDateTime(QDate(2021, 3, 2), QTime(14, 5, 9)); };
+        form->setClock([] { return QDateTime(QDate(2021, 3, 2), QTime(14, 5, 9)); });
         commands();
     }
 };
@@ -93,6 +93,8 @@ TEST_F(FrmSettingsEngineering, AmplitudeCalibrationOpensItsDocumentAndSendsTheSt
     EXPECT_FALSE(document.peGraph().ShowLegend());
     EXPECT_EQ(mirror.dblStartFrequency, 20);
     EXPECT_EQ(mirror.dblEndFrequency, 4000000);
+    EXPECT_EQ(document.peGraph().ManualMinX(), 20);
+    EXPECT_EQ(document.peGraph().ManualMaxX(), 4000000);
     EXPECT_EQ(control<QLabel>("lblCalibration")->text(), QStringLiteral("Uncalibrated"));
     EXPECT_TRUE(messages.shown.empty());
 }
@@ -158,6 +160,66 @@ TEST_F(FrmSettingsEngineering, PhaseCalibrationPlotsAgainstTheTrimCode)
     EXPECT_EQ(documents.size(), 1U);
 }
 
+TEST_F(FrmSettingsEngineering, PhaseCalibrationWithTheExtentsTickedLeavesTheUsersRangeAlone)
+{
+    mirror.bfGraphExtents = true;
+    openEngineering();
+    sendZooms = true;
+    click("cmdPhaseCal");
+    EXPECT_EQ(commands(), QStringLiteral("y|phasecal "));
+    // Nor does the graph of trim codes send its extents later.
+    documents[0]->SendGraphExtents();
+    documents[0]->UpdateTestExtents(10, 20);
+    EXPECT_EQ(commands(), QString());
+    EXPECT_EQ(mirror.dblStartFrequency, 1000);
+    EXPECT_EQ(mirror.dblEndFrequency, 1000000);
+}
+
+TEST_F(FrmSettingsEngineering, FramesOfTheInstrumentAreShownOnlyOnceItsStateIsComplete)
+{
+    setting("privilege", "TestSchedule", 1);
+    mirror.iVrefCode = 1;
+    openEngineering();
+    state.gbfDeviceReady = false;
+    const QByteArray frames = numbers('R', '1', 0, 0, 1) + numbers('B', '0', 0, 0, 0, -3) +
+                              numbers('C', '0', 0, 0, 0, 4, 5) + numbers('J', '1') + text('V', '0', "S2") +
+                              numbers('t', '0', 999);
+    frame(frames);
+    EXPECT_EQ(control<QLabel>("lblCalibration")->text(), QStringLiteral("Uncalibrated"));
+    EXPECT_FALSE(checked("chkApplyCal"));
+    EXPECT_FALSE(checked("chkLoopBack"));
+    EXPECT_EQ(boxText("txtSerialNumber"), QStringLiteral("S1"));
+    EXPECT_EQ(control<QLabel>("lblCalSlope")->text(), QStringLiteral("0"));
+    EXPECT_EQ(control<QSlider>("slideVREF")->value(), 2);
+    EXPECT_EQ(boxText("txtFreqComp"), QStringLiteral("0"));
+    state.gbfDeviceReady = true;
+    frame(frames);
+    EXPECT_EQ(control<QLabel>("lblCalibration")->text(), QStringLiteral("Calibrated"));
+    EXPECT_TRUE(checked("chkLoopBack"));
+    EXPECT_EQ(control<QSlider>("slideVREF")->value(), 5);
+}
+
+TEST_F(FrmSettingsEngineering, LoopBackIsShownOnlyWithTheTestSchedule)
+{
+    openEngineering();
+    frame(numbers('J', '1'));
+    EXPECT_FALSE(checked("chkLoopBack"));
+    setting("privilege", "TestSchedule", 1);
+    frame(numbers('J', '1'));
+    EXPECT_TRUE(checked("chkLoopBack"));
+}
+
+TEST_F(FrmSettingsEngineering, OneModelBehindTheOtherShowsItsOwnFrames)
+{
+    openEngineering(true);
+    EXPECT_FALSE(shown("frmCalibrate"));
+    frame(text('l', '6', "T46") + numbers('X', '2', 1000, 2000, 100, -1, 0));
+    for (const char* name : {"fTroubleShoot", "frmCalibrate", "fTrimVREF", "fAuto", "frmDebug", "optVREFTrim"})
+        EXPECT_TRUE(shown(name)) << name;
+    EXPECT_FALSE(shown("lstDT46Samples"));
+    EXPECT_EQ(form->windowTitle(), QStringLiteral("T46 Settings"));
+}
+
 TEST_F(FrmSettingsEngineering, SlopeCalibrationNeedsNoDocument)
 {
     openEngineering();
@@ -178,6 +240,8 @@ TEST_F(FrmSettingsEngineering, DiagnosePreparesADocumentEachTime)
     EXPECT_EQ(document.peGraph().XAxisLabel(), QStringLiteral("Frequency - Hz (Diagnose)"));
     EXPECT_EQ(document.peGraph().ManualMinX(), mirror.dblAmpMinFreq);
     EXPECT_EQ(document.peGraph().ManualMaxX(), mirror.dblAmpMaxFreq);
+    EXPECT_TRUE(document.peGraph().SubTitle().startsWith(QStringLiteral("MarrowickGraph V1.28.0 T46 V")))
+        << document.peGraph().SubTitle().toStdString();
     EXPECT_EQ(mirror.iCurrentPoint, 1006);
     for (int pen = 0; pen < PenDocument::kPens; ++pen)
         EXPECT_EQ(document.GetPenDisplay(pen), pen < 2 ? 0 : 1) << pen;
@@ -214,6 +278,9 @@ TEST_F(FrmSettingsEngineering, FrequencyCompensation)
     type("txtFreqComp", "1M2", false);
     click("cmdSetFreqComp");
     EXPECT_EQ(commands(), QStringLiteral("setfreqcomp 1200000"));
+    type("txtFreqComp", "k");
+    EXPECT_EQ(commands(), QString());
+    EXPECT_EQ(boxText("txtFreqComp"), QStringLiteral("1M2"));
 }
 
 TEST_F(FrmSettingsEngineering, TrimSlidersSendTheirCode)
