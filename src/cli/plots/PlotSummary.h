@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "cli/SweepResult.h"
+#include "cli/plots/SweepResult.h"
 
 #include <QJsonObject>
 #include <QString>

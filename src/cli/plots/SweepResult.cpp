@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/SweepResult.h"
+#include "cli/plots/SweepResult.h"
 
 #include "document/PenDocument.h"
 #include "values/Conversions.h"

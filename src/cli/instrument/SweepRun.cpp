@@ -1,24 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/SweepCommand.h"
+#include "cli/instrument/SweepRun.h"
 
+#include "cli/plots/DrawProgram.h"
 #include "controls/graph/GraphFile.h"
-#include "files/SafeFile.h"
 #include "link/Commands.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
-#include <QJsonDocument>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
 namespace cli {
 using namespace Qt::StringLiterals;
 
-SweepCommand::SweepCommand(const SweepOptions& options, Console& console, PictureWriter writePicture)
+SweepRun::SweepRun(const SweepOptions& options, Console& console)
     : m_options(options)
     , m_console(console)
-    , m_writePicture(std::move(writePicture))
     , m_session(console)
 {
     m_timeout.setSingleShot(true);
@@ -43,7 +42,7 @@ SweepCommand::SweepCommand(const SweepOptions& options, Console& console, Pictur
     window.onEndProgram = [this] { endBy(End::Stopped); };
 }
 
-ExitCode SweepCommand::run()
+ExitCode SweepRun::run()
 {
     if (m_options.timeout > 0)
         m_timeout.start(static_cast<int>(std::min(m_options.timeout * 1000, 2e9)));
@@ -64,56 +63,51 @@ ExitCode SweepCommand::run()
     if (m_results.empty())
         return code;
 
-    const ExitCode written = writeFiles(document);
-    printResults();
+    const ExitCode written = hasPoints() ? writeFiles(document) : ExitCode::Done;
+    if (!m_options.streams())
+        printResults();
     return code == ExitCode::Done ? written : code;
 }
 
-void SweepCommand::stop()
+void SweepRun::stop()
 {
     endBy(End::Stopped);
 }
 
-ExitCode SweepCommand::failed(ExitCode code, const QString& sentence)
-{
-    m_console.problem(sentence);
-    return code;
-}
-
-ExitCode SweepCommand::connectInstrument()
+ExitCode SweepRun::connectInstrument()
 {
     if (!m_options.linkLog.isEmpty()) {
         if (const Outcome log = m_session.device().SetLogFile(m_options.linkLog); !log)
-            return failed(ExitCode::FileError, log.sentence());
+            return m_console.failed(ExitCode::FileError, log.sentence());
     }
     if (const Outcome opened = m_session.open(m_options.device); !opened)
-        return failed(ExitCode::NoInstrument, opened.sentence());
+        return m_console.failed(ExitCode::NoInstrument, opened.sentence());
     if (waitFor([this] { return m_session.state().gbfDeviceReady; }, kAnswerTime))
         return ExitCode::Done;
     if (m_end == End::Stopped || m_end == End::TimeUp)
-        return failed(ExitCode::Stopped, tr("Stopped before the instrument was ready."));
-    return failed(ExitCode::NoInstrument, tr("The device does not answer as an instrument does."));
+        return m_console.failed(ExitCode::Stopped, tr("Stopped before the instrument was ready."));
+    return m_console.failed(ExitCode::NoInstrument, tr("The device does not answer as an instrument does."));
 }
 
-ExitCode SweepCommand::applyOptions()
+ExitCode SweepRun::applyOptions()
 {
     InstrumentMirror& mirror = m_session.mirror();
     int code = 0;
     if (m_options.attenuation > 0) {
         if (!mirror.bfAttenuationAvailable || mirror.dblAttenuationStep <= 0)
-            return failed(ExitCode::Refused, tr("This instrument has no attenuator."));
+            return m_console.failed(ExitCode::Refused, tr("This instrument has no attenuator."));
         const double steps = m_options.attenuation / mirror.dblAttenuationStep;
         code = static_cast<int>(std::lround(std::min(steps, 32767.0)));
         if (std::abs(steps - code) > 1e-6 || code > mirror.iAttenuationSteps)
-            return failed(ExitCode::Refused,
-                          tr("This instrument attenuates in steps of %1 dB, up to %2 dB.")
-                              .arg(values::decimalText(mirror.dblAttenuationStep),
-                                   values::decimalText(mirror.dblAttenuationStep * mirror.iAttenuationSteps)));
+            return m_console.failed(
+                ExitCode::Refused, tr("This instrument attenuates in steps of %1 dB, up to %2 dB.")
+                                       .arg(values::decimalText(mirror.dblAttenuationStep),
+                                            values::decimalText(mirror.dblAttenuationStep * mirror.iAttenuationSteps)));
     }
     if (m_options.from < mirror.dblAmpMinFreq || m_options.to > mirror.dblAmpMaxFreq)
-        return failed(ExitCode::Refused, tr("This instrument measures from %1 to %2.")
-                                             .arg(engineeringText(mirror.dblAmpMinFreq, u"Hz"_s, 6),
-                                                  engineeringText(mirror.dblAmpMaxFreq, u"Hz"_s, 6)));
+        return m_console.failed(ExitCode::Refused, tr("This instrument measures from %1 to %2.")
+                                                       .arg(engineeringText(mirror.dblAmpMinFreq, u"Hz"_s, 6),
+                                                            engineeringText(mirror.dblAmpMaxFreq, u"Hz"_s, 6)));
     mirror.dblStartFrequency = m_options.from;
     mirror.dblEndFrequency = m_options.to;
     mirror.iNumPoints = m_options.points;
@@ -127,7 +121,7 @@ ExitCode SweepCommand::applyOptions()
     return ExitCode::Done;
 }
 
-ExitCode SweepCommand::sweepOnce(int number)
+ExitCode SweepRun::sweepOnce(int number)
 {
     PenDocument& document = *m_session.window().activeDocument();
     const int pen = number - 1;
@@ -139,7 +133,7 @@ ExitCode SweepCommand::sweepOnce(int number)
     if (m_end == End::None && !waitFor([this] { return m_plotting; }, kAnswerTime) && m_end == End::None) {
         if (m_session.messages().takeSaid())
             return ExitCode::Refused; // the sentence has been printed
-        return failed(ExitCode::Refused, tr("The instrument does not start the test."));
+        return m_console.failed(ExitCode::Refused, tr("The instrument does not start the test."));
     }
 
     m_silence.start();
@@ -163,21 +157,22 @@ ExitCode SweepCommand::sweepOnce(int number)
     return judge(result);
 }
 
-ExitCode SweepCommand::judge(const SweepResult& result)
+ExitCode SweepRun::judge(const SweepResult& result)
 {
     const QString reached =
         tr("%1 of %2 points").arg(QString::number(result.points.size()), QString::number(result.wanted));
     switch (m_end) {
     case End::Lost:
-        return failed(ExitCode::Lost, tr("The link to the instrument went down after %1.").arg(reached));
+        return m_console.failed(ExitCode::Lost, tr("The link to the instrument went down after %1.").arg(reached));
     case End::Stopped:
-        return failed(ExitCode::Stopped, tr("Stopped after %1.").arg(reached));
+        return m_console.failed(ExitCode::Stopped, tr("Stopped after %1.").arg(reached));
     case End::TimeUp:
-        return failed(ExitCode::Stopped, tr("Stopped after %1: the time is up.").arg(reached));
+        return m_console.failed(ExitCode::Stopped, tr("Stopped after %1: the time is up.").arg(reached));
     case End::Silent:
         if (result.complete())
             break; // only the report of the end was lost
-        return failed(ExitCode::Stopped, tr("Stopped after %1: the instrument has fallen silent.").arg(reached));
+        return m_console.failed(ExitCode::Stopped,
+                                tr("Stopped after %1: the instrument has fallen silent.").arg(reached));
     case End::None:
     case End::Done:
         break;
@@ -185,10 +180,10 @@ ExitCode SweepCommand::judge(const SweepResult& result)
     m_end = End::None;
     if (result.complete())
         return ExitCode::Done;
-    return failed(ExitCode::Stopped, tr("The instrument ended the sweep after %1.").arg(reached));
+    return m_console.failed(ExitCode::Stopped, tr("The instrument ended the sweep after %1.").arg(reached));
 }
 
-bool SweepCommand::waitFor(const std::function<bool()>& condition, int milliseconds)
+bool SweepRun::waitFor(const std::function<bool()>& condition, int milliseconds)
 {
     QTimer limit;
     limit.setSingleShot(true);
@@ -200,14 +195,14 @@ bool SweepCommand::waitFor(const std::function<bool()>& condition, int milliseco
     return condition();
 }
 
-void SweepCommand::endBy(End reason)
+void SweepRun::endBy(End reason)
 {
     if (m_end == End::None)
         m_end = reason;
     m_loop.quit();
 }
 
-void SweepCommand::stopInstrument()
+void SweepRun::stopInstrument()
 {
     if (!m_session.device().Connected())
         return;
@@ -217,7 +212,7 @@ void SweepCommand::stopInstrument()
     m_end = reason;
 }
 
-void SweepCommand::showProgress()
+void SweepRun::showProgress()
 {
     constexpr int kProgressInterval = 100;
     if (m_options.quiet || !m_plotting || (m_sinceProgress.isValid() && m_sinceProgress.elapsed() < kProgressInterval))
@@ -228,11 +223,23 @@ void SweepCommand::showProgress()
             .arg(QString::number(m_session.mirror().iCurrentPoint + 1), QString::number(m_options.points)));
 }
 
-ExitCode SweepCommand::writeFiles(PenDocument& document)
+bool SweepRun::hasPoints() const
+{
+    return std::any_of(m_results.begin(), m_results.end(),
+                       [](const SweepResult& result) { return !result.points.empty(); });
+}
+
+Outcome SweepRun::writePlot(const GraphModel& graph) const
+{
+    const bool table = m_options.output.name().endsWith(".csv"_L1, Qt::CaseInsensitive);
+    return m_options.output.write(table ? resultTable(m_results) : GraphFile::PEstore(graph));
+}
+
+ExitCode SweepRun::writeFiles(PenDocument& document)
 {
     GraphModel& graph = document.peGraph();
-    const QString named = m_options.output.isEmpty() ? m_options.picture : m_options.output;
-    graph.setMainTitle(QFileInfo(named).completeBaseName());
+    const OutputFile& named = m_options.output.isNamed() ? m_options.output : m_options.picture;
+    graph.setMainTitle(named.isStandardOutput() ? QString() : QFileInfo(named.name()).completeBaseName());
     graph.setTXAxisLabel(document.SetVersion());
     document.setCurrentPen(0);
     graph.PEactions(graph::Reinitialise);
@@ -240,21 +247,18 @@ ExitCode SweepCommand::writeFiles(PenDocument& document)
     ExitCode code = ExitCode::Done;
     const auto note = [this, &code](const Outcome& written) {
         if (!written)
-            code = failed(ExitCode::FileError, written.sentence());
+            code = m_console.failed(ExitCode::FileError, written.sentence());
     };
-    const bool table = m_options.output.endsWith(".csv"_L1, Qt::CaseInsensitive);
-    if (table)
-        note(files::writeFile(m_options.output, resultTable(m_results)));
-    else if (!m_options.output.isEmpty())
-        note(GraphFile::PEsavetofile(graph, m_options.output));
-    if (!m_options.csv.isEmpty())
-        note(files::writeFile(m_options.csv, resultTable(m_results)));
-    if (!m_options.picture.isEmpty())
-        note(m_writePicture(graph, m_options.picture, m_options.pictureSize));
+    if (m_options.output.isNamed())
+        note(writePlot(graph));
+    if (m_options.csv.isNamed())
+        note(m_options.csv.write(resultTable(m_results)));
+    if (m_options.picture.isNamed())
+        note(DrawProgram::draw(graph, m_options.picture, m_options.pictureSize));
     return code;
 }
 
-void SweepCommand::printResults()
+void SweepRun::printResults()
 {
     if (!m_options.json) {
         for (const SweepResult& result : m_results)
@@ -264,8 +268,7 @@ void SweepCommand::printResults()
     QJsonArray sweeps;
     for (const SweepResult& result : m_results)
         sweeps.append(resultObject(result));
-    m_console.result(
-        QString::fromUtf8(QJsonDocument(QJsonObject{{u"sweeps"_s, sweeps}}).toJson(QJsonDocument::Compact)));
+    m_console.result(QJsonObject{{u"sweeps"_s, sweeps}});
 }
 
 } // namespace cli

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/ConsoleWindow.h"
+#include "cli/instrument/ConsoleWindow.h"
 
 #include "document/PenDocument.h"
 

@@ -1,32 +1,25 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "cli/CommandLine.h"
 #include "cli/Console.h"
 #include "cli/ExitCode.h"
-#include "cli/Session.h"
-#include "cli/SweepResult.h"
-#include "values/Outcome.h"
+#include "cli/instrument/Session.h"
+#include "cli/instrument/SweepCommand.h"
+#include "cli/plots/SweepResult.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QObject>
-#include <QSize>
 #include <QTimer>
 
 #include <functional>
 #include <vector>
 
-class GraphModel;
-
 namespace cli {
 
-/// Draws a graph into a picture file. Pictures need a windowing library, so the program brings this along.
-using PictureWriter = std::function<Outcome(const GraphModel& graph, const QString& fileName, const QSize& size)>;
-
-/// "marrowick sweep": one or more sweeps into the pens of one document, then its files and its results. Runs event
-/// loops of its own; what ends it early keeps the points that have arrived.
-class SweepCommand : public QObject
+/// One or more sweeps into the pens of one document, then its files and its results. Runs event loops of its own; what
+/// ends it early keeps the points that have arrived. Without any point no file is written.
+class SweepRun : public QObject
 {
     Q_OBJECT
 
@@ -36,7 +29,7 @@ public:
     /// Time for the instrument to tell its complete state, to report a start, to report an end after a stop.
     static constexpr int kAnswerTime = 5000;
 
-    SweepCommand(const SweepOptions& options, Console& console, PictureWriter writePicture);
+    SweepRun(const SweepOptions& options, Console& console);
 
     ExitCode run();
     /// Ends the sweep in the instrument and then run(), with what has been measured.
@@ -53,12 +46,13 @@ private:
         Silent   ///< no point has come for too long
     };
 
-    ExitCode failed(ExitCode code, const QString& sentence);
     ExitCode connectInstrument();
     ExitCode applyOptions();
     ExitCode sweepOnce(int number);
     ExitCode judge(const SweepResult& result);
+    bool hasPoints() const;
     ExitCode writeFiles(PenDocument& document);
+    Outcome writePlot(const GraphModel& graph) const;
     void printResults();
     /// Runs events until the condition holds, the sweep has ended early or the time is over. The answer is the
     /// condition.
@@ -69,7 +63,6 @@ private:
 
     SweepOptions m_options;
     Console& m_console;
-    PictureWriter m_writePicture;
     Session m_session;
     QTimer m_timeout;
     QTimer m_silence;

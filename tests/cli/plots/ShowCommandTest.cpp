@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/ShowCommand.h"
+#include "cli/plots/ShowCommand.h"
 
-#include "cli/PlotSummary.h"
-#include "cli/Session.h"
+#include "cli/plots/PlotSummary.h"
+#include "cli/plots/Workspace.h"
 #include "controls/graph/GraphFile.h"
 #include "document/GraphTexts.h"
 
@@ -18,19 +18,19 @@ using namespace cli;
 
 namespace {
 
-class ShowCommand : public ::testing::Test
+class ShowPlotsTest : public ::testing::Test
 {
 protected:
     QString path(const char* name) const { return m_folder.filePath(QString::fromUtf8(name)); }
 
     /// A document of that type, as a sweep leaves it.
-    PenDocument& newDocument(PenDocument::TestType type) { return m_session.newDocument(type); }
+    PenDocument& newDocument(PenDocument::TestType type) { return m_workspace.newDocument(type); }
 
-    QString save(PenDocument& document, const char* name)
+    QString save(PenDocument& document, const QByteArray& name)
     {
-        const Outcome saved = GraphFile::PEsavetofile(document.peGraph(), path(name));
+        const Outcome saved = GraphFile::PEsavetofile(document.peGraph(), path(name.constData()));
         EXPECT_TRUE(saved) << saved.sentence().toStdString();
-        return path(name);
+        return path(name.constData());
     }
 
     /// An impedance plot with everything that can be shown.
@@ -70,14 +70,11 @@ protected:
         return save(document, "full.gzd");
     }
 
-    ExitCode show(const QStringList& files, int pen = 0, bool json = false)
+    ExitCode show(const QStringList& files, int pen = 0, bool json = false, int jobs = 1)
     {
         m_results.clear();
         m_problems.clear();
-        const ExitCode code = showPlots({files, pen, json}, m_console);
-        m_resultStream.flush();
-        m_problemStream.flush();
-        return code;
+        return showPlots({files, pen, json, jobs}, m_console);
     }
 
     std::string results() const { return m_results.toStdString(); }
@@ -86,15 +83,14 @@ protected:
 
     QTemporaryDir m_folder;
     QString m_results, m_problems;
-    QTextStream m_resultStream{&m_results};
-    QTextStream m_problemStream{&m_problems};
-    Console m_console{m_resultStream, m_problemStream, false};
-    Session m_session{m_console};
+    Console m_console{QStringLiteral("marrowick"), Console::into(m_results), Console::into(m_problems), false};
+    ConsoleMessages m_messages{m_console};
+    Workspace m_workspace{m_messages};
 };
 
 } // namespace
 
-TEST_F(ShowCommand, ThePlotIsToldInLines)
+TEST_F(ShowPlotsTest, ThePlotIsToldInLines)
 {
     const QString file = fullPlot();
     EXPECT_EQ(show({file}), ExitCode::Done);
@@ -113,7 +109,7 @@ TEST_F(ShowCommand, ThePlotIsToldInLines)
     EXPECT_EQ(problems(), "");
 }
 
-TEST_F(ShowCommand, TheObjectHoldsThePlotAndAllTenPens)
+TEST_F(ShowPlotsTest, TheObjectHoldsThePlotAndAllTenPens)
 {
     const QString file = fullPlot();
     EXPECT_EQ(show({file}, 0, true), ExitCode::Done);
@@ -161,7 +157,7 @@ TEST_F(ShowCommand, TheObjectHoldsThePlotAndAllTenPens)
     EXPECT_FALSE(fifth.contains(QStringLiteral("lowest")));
 }
 
-TEST_F(ShowCommand, WhatAPlotDoesNotHaveIsTold)
+TEST_F(ShowPlotsTest, WhatAPlotDoesNotHaveIsTold)
 {
     PenDocument& document = newDocument(PenDocument::Amplitude);
     document.peGraph().setMainTitle(graphtexts::kNoTitle);
@@ -185,7 +181,7 @@ TEST_F(ShowCommand, WhatAPlotDoesNotHaveIsTold)
     EXPECT_EQ(plot[QStringLiteral("unit")], QStringLiteral("dB"));
 }
 
-TEST_F(ShowCommand, APlotOfANewerFormatIsShownAsViewOnly)
+TEST_F(ShowPlotsTest, APlotOfANewerFormatIsShownAsViewOnly)
 {
     PenDocument& document = newDocument(PenDocument::Impedance);
     GraphModel& graph = document.peGraph();
@@ -197,7 +193,7 @@ TEST_F(ShowCommand, APlotOfANewerFormatIsShownAsViewOnly)
     EXPECT_NE(results().find("\nformat    2, may only be viewed\n"), std::string::npos) << results();
 }
 
-TEST_F(ShowCommand, APlotWithoutAKnownAxisTitleIsOfUnknownType)
+TEST_F(ShowPlotsTest, APlotWithoutAKnownAxisTitleIsOfUnknownType)
 {
     PenDocument& document = newDocument(PenDocument::Impedance);
     document.AddImpedancePoint(1000, 5, 0, 1, 0);
@@ -211,7 +207,7 @@ TEST_F(ShowCommand, APlotWithoutAKnownAxisTitleIsOfUnknownType)
     EXPECT_EQ(results(), "frequency_Hz,value\n1000,5\n");
 }
 
-TEST_F(ShowCommand, ThePointsOfAPenAreATableThatEndsWhereThePenEnds)
+TEST_F(ShowPlotsTest, ThePointsOfAPenAreATableThatEndsWhereThePenEnds)
 {
     const QString file = fullPlot();
     EXPECT_EQ(show({file}, 2), ExitCode::Done);
@@ -227,7 +223,7 @@ TEST_F(ShowCommand, ThePointsOfAPenAreATableThatEndsWhereThePenEnds)
               "frequency_Hz,reactance_Ohm,resistance_Ohm,susceptance_S,conductance_S\n1000,-4,3,0.25,0.125\n");
 }
 
-TEST_F(ShowCommand, AnUnmeasuredPhaseIsNoColumn)
+TEST_F(ShowPlotsTest, AnUnmeasuredPhaseIsNoColumn)
 {
     PenDocument& document = newDocument(PenDocument::Impedance);
     document.AddImpedancePoint(1000, 5, 65536, 1, 0);
@@ -235,7 +231,7 @@ TEST_F(ShowCommand, AnUnmeasuredPhaseIsNoColumn)
     EXPECT_EQ(results(), "frequency_Hz,impedance_Ohm\n1000,5\n");
 }
 
-TEST_F(ShowCommand, NumbersThatAreNotFiniteDoNotCountAsExtremes)
+TEST_F(ShowPlotsTest, NumbersThatAreNotFiniteDoNotCountAsExtremes)
 {
     PenDocument& document = newDocument(PenDocument::Impedance);
     GraphModel& graph = document.peGraph();
@@ -251,7 +247,7 @@ TEST_F(ShowCommand, NumbersThatAreNotFiniteDoNotCountAsExtremes)
     EXPECT_NE(results().find("1 points, none of them a finite number\n"), std::string::npos) << results();
 }
 
-TEST_F(ShowCommand, ControlCharactersOfAFileDoNotReachTheTerminal)
+TEST_F(ShowPlotsTest, ControlCharactersOfAFileDoNotReachTheTerminal)
 {
     PenDocument& document = newDocument(PenDocument::Impedance);
     document.peGraph().setMainTitle(QStringLiteral("a\x1b[2Jb\nc"));
@@ -262,7 +258,7 @@ TEST_F(ShowCommand, ControlCharactersOfAFileDoNotReachTheTerminal)
     EXPECT_NE(results().find("\npen 1      bell, "), std::string::npos) << results();
 }
 
-TEST_F(ShowCommand, AFileThatCannotBeReadIsToldAndTheOthersAreShown)
+TEST_F(ShowPlotsTest, AFileThatCannotBeReadIsToldAndTheOthersAreShown)
 {
     const QString good = fullPlot();
     QFile damaged(path("damaged.gzd"));
@@ -279,7 +275,7 @@ TEST_F(ShowCommand, AFileThatCannotBeReadIsToldAndTheOthersAreShown)
     EXPECT_EQ(results(), "{\"plots\":[]}\n");
 }
 
-TEST_F(ShowCommand, ThePlotFileStaysAsItWas)
+TEST_F(ShowPlotsTest, ThePlotFileStaysAsItWas)
 {
     const QString name = fullPlot();
     QFile file(name);
@@ -289,4 +285,34 @@ TEST_F(ShowCommand, ThePlotFileStaysAsItWas)
     show({name});
     ASSERT_TRUE(file.open(QFile::ReadOnly));
     EXPECT_EQ(file.readAll(), before);
+}
+
+TEST_F(ShowPlotsTest, ManyFilesReadAtOnceAreShownInTheirOrder)
+{
+    QStringList files;
+    constexpr int kFiles = 40;
+    for (int number = 0; number < kFiles; ++number) {
+        PenDocument& document = newDocument(number % 2 == 0 ? PenDocument::Impedance : PenDocument::Amplitude);
+        document.peGraph().setMainTitle(QString::number(number));
+        files += save(document, QByteArray::number(number) + ".plot");
+        if (number % 10 == 3)
+            files += path((QByteArray::number(number) + ".none").constData());
+    }
+    EXPECT_EQ(show(files), ExitCode::FileError);
+    const QString results = m_results, problems = m_problems;
+    EXPECT_EQ(results.count(QStringLiteral("\ntitle ")), kFiles);
+    EXPECT_EQ(problems.count(u'\n'), 4);
+    EXPECT_EQ(show(files, 0, false, 8), ExitCode::FileError);
+    EXPECT_EQ(m_results, results);
+    EXPECT_EQ(m_problems, problems);
+}
+
+TEST_F(ShowPlotsTest, AMistypedFileNameIsToldWithTheNearestInItsFolder)
+{
+    fullPlot();
+    EXPECT_EQ(show({path("fall.gzd")}), ExitCode::FileError);
+    EXPECT_EQ(problems(), "marrowick: " + path("fall.gzd").toStdString() + ": there is no such file; did you mean " +
+                              path("full.gzd").toStdString() + "?\n");
+    EXPECT_EQ(show({path("other")}), ExitCode::FileError);
+    EXPECT_EQ(problems(), "marrowick: " + path("other").toStdString() + ": there is no such file.\n");
 }

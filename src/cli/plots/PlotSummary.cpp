@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/PlotSummary.h"
+#include "cli/plots/PlotSummary.h"
 
 #include "document/GraphScope.h"
 #include "document/GraphTexts.h"

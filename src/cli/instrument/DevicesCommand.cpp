@@ -1,18 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/DevicesCommand.h"
+#include "cli/instrument/DevicesCommand.h"
 
 #include "controls/korvalink/DeviceList.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 namespace cli {
 
 using namespace Qt::StringLiterals;
 
-ExitCode listDevices(DeviceList& devices, const DevicesOptions& options, Console& console)
+ExitCode listDevices(DeviceList& devices, const CommonOptions& options, Console& console)
 {
     devices.refresh();
     QJsonArray list;
@@ -30,12 +29,31 @@ ExitCode listDevices(DeviceList& devices, const DevicesOptions& options, Console
         list.append(object);
     }
     if (options.json)
-        console.result(
-            QString::fromUtf8(QJsonDocument(QJsonObject{{u"devices"_s, list}}).toJson(QJsonDocument::Compact)));
+        console.result(QJsonObject{{u"devices"_s, list}});
     if (devices.count() > 0)
         return ExitCode::Done;
-    console.problem(QCoreApplication::translate("cli", "No instrument was found."));
-    return ExitCode::NoInstrument;
+    return console.failed(ExitCode::NoInstrument, QCoreApplication::translate("cli", "No instrument was found."));
+}
+
+QString DevicesCommand::name() const
+{
+    return u"devices"_s;
+}
+
+QString DevicesCommand::summary() const
+{
+    return QCoreApplication::translate("cli", "lists the instruments found");
+}
+
+QString DevicesCommand::description() const
+{
+    return QCoreApplication::translate("cli", "Lists the instruments found, one a line: serial number and place.");
+}
+
+ExitCode DevicesCommand::run(Arguments& arguments, Console& console)
+{
+    DeviceList devices;
+    return listDevices(devices, arguments.common(), console);
 }
 
 } // namespace cli
