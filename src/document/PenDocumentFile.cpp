@@ -119,7 +119,7 @@ bool PenDocument::fileSavePlot(QString& sFileName)
 
 Outcome PenDocument::fileLoadPlot(const QString& sFileName)
 {
-    if (const Outcome loaded = GraphFile::PEloadfromfile(m_graph, sFileName); !loaded)
+    if (Outcome loaded = GraphFile::PEloadfromfile(m_graph, sFileName); !loaded)
         return loaded;
     gcolZooms.RemoveStoredZooms(0);
     const QPointer<PenDocument> self(this);

@@ -18,10 +18,10 @@ std::string nearest(const char* word)
 
 TEST(NearestWord, ALetterWrongMissingTooManyOrSwappedIsForgiven)
 {
-    EXPECT_EQ(nearest("outbut"), "output");
+    EXPECT_EQ(nearest("outqut"), "output");
     EXPECT_EQ(nearest("outpt"), "output");
     EXPECT_EQ(nearest("outpuut"), "output");
-    EXPECT_EQ(nearest("ouptut"), "output");
+    EXPECT_EQ(nearest("outptu"), "output");
     EXPECT_EQ(nearest("OUTPUT"), "output");
     EXPECT_EQ(nearest("cvs"), "csv");
     EXPECT_EQ(nearest("picturesize"), "picture-size");

@@ -74,7 +74,7 @@ frmSettings::frmSettings(DeviceModule& device, SettingsDialogHost& host, QWidget
     m_host.addFunctionKeys(*this);
     m_device.setSettingsDialog(this);
     ClearLevelDisplay();
-    RefreshDialog();
+    frmSettings::RefreshDialog();
     applyPosition();
 }
 
