@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Switching the views of a full document, ten pens of 1024 points each, until the new view stands on the screen.
-#include "cli/Session.h"
+#include "cli/instrument/Session.h"
 #include "controls/graph/ui/GraphPlot.h"
 #include "controls/graph/ui/GraphView.h"
 
 #include <QApplication>
-#include <QTextStream>
 
 #include <algorithm>
 #include <cmath>
@@ -110,8 +109,7 @@ int main(int argc, char** argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("LC_ALL", "C.UTF-8");
     const QApplication application(argc, argv);
-    QTextStream results(stdout), problems(stderr);
-    cli::Console console(results, problems, false);
+    cli::Console console = cli::Console::ofProgram(QStringLiteral("bench_views"));
     cli::Session session(console);
     bool good = true;
     for (const double width : {1.0, 2.0}) {

@@ -48,7 +48,7 @@ Moment Station::clock()
 
 Outcome Station::plugIn()
 {
-    if (const Outcome opened = m_port.open(); !opened)
+    if (Outcome opened = m_port.open(); !opened)
         return opened;
     m_line.plugIn();
     return m_entry.publish(m_port.devicePath());
@@ -191,7 +191,7 @@ Outcome Station::run(int endDescriptor)
         const Moment now = clock();
         if (m_plugInDue && now >= *m_plugInDue) {
             m_plugInDue.reset();
-            if (const Outcome plugged = plugIn(); !plugged)
+            if (Outcome plugged = plugIn(); !plugged)
                 return plugged;
         }
         if (m_port.isOpen())

@@ -224,7 +224,7 @@ bool PenDocument::fileSavePlot(QString& sFileName)
 
 Outcome PenDocument::fileLoadPlot(const QString& sFileName)
 {
-    if (const Outcome loaded = GraphFile::PEloadfromfile(m_graph, sFileName); !loaded)
+    if (Outcome loaded = GraphFile::PEloadfromfile(m_graph, sFileName); !loaded)
         return loaded;
     m_ownFile = sFileName;
     forgetZooms();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/Console.h"
 
+#include <QJsonObject>
+
 #include <gtest/gtest.h>
 
 using namespace cli;
@@ -14,15 +16,17 @@ protected:
     std::string problems() { return m_problems.toStdString(); }
 
     QString m_results, m_problems;
-    QTextStream m_resultStream{&m_results};
-    QTextStream m_problemStream{&m_problems};
+    Console console(bool interactive = false)
+    {
+        return Console(QStringLiteral("marrowick"), Console::into(m_results), Console::into(m_problems), interactive);
+    }
 };
 
 } // namespace
 
 TEST_F(ConsoleTest, ResultsAndProblemsGoTheirOwnWays)
 {
-    Console console(m_resultStream, m_problemStream, false);
+    Console console = this->console();
     console.result(QStringLiteral("3 points"));
     console.progress(QStringLiteral("1 of 3 points"));
     console.problem(QStringLiteral("No instrument was found."));
@@ -32,7 +36,7 @@ TEST_F(ConsoleTest, ResultsAndProblemsGoTheirOwnWays)
 
 TEST_F(ConsoleTest, ProgressIsTakenAwayBeforeALine)
 {
-    Console console(m_resultStream, m_problemStream, true);
+    Console console = this->console(true);
     console.progress(QStringLiteral("1 of 3 points"));
     console.result(QStringLiteral("3 points"));
     console.endProgress();
@@ -42,7 +46,7 @@ TEST_F(ConsoleTest, ProgressIsTakenAwayBeforeALine)
 
 TEST_F(ConsoleTest, MessagesArePrintedWithTheirTitle)
 {
-    Console console(m_resultStream, m_problemStream, false);
+    Console console = this->console();
     ConsoleMessages messages(console);
     EXPECT_FALSE(messages.takeSaid());
     messages.message(QStringLiteral("All pens are locked!"), UserMessages::Information, QStringLiteral("Information"));
@@ -53,7 +57,7 @@ TEST_F(ConsoleTest, MessagesArePrintedWithTheirTitle)
 
 TEST_F(ConsoleTest, QuestionsAreAnsweredSoThatAnUnattendedRunGoesOn)
 {
-    Console console(m_resultStream, m_problemStream, false);
+    Console console = this->console();
     ConsoleMessages messages(console);
     const auto reply = [&messages](int style) { return messages.message(QStringLiteral("?"), style, QString()); };
     EXPECT_EQ(reply(UserMessages::OkOnly | UserMessages::Stop), UserMessages::ReplyOk);
@@ -62,4 +66,29 @@ TEST_F(ConsoleTest, QuestionsAreAnsweredSoThatAnUnattendedRunGoesOn)
     EXPECT_EQ(reply(UserMessages::YesNoCancel), UserMessages::ReplyYes);
     EXPECT_EQ(reply(UserMessages::AbortRetryIgnore), UserMessages::ReplyIgnore);
     EXPECT_EQ(reply(UserMessages::RetryCancel), UserMessages::ReplyCancel);
+}
+
+TEST_F(ConsoleTest, ResultsThatCannotBeWrittenAreToldOnceAndRemembered)
+{
+    int tries = 0;
+    Console console(
+        QStringLiteral("marrowick"),
+        [&tries](const QByteArray&) {
+            return ++tries == 1 ? Outcome::success() : Outcome::failure(QStringLiteral("The disk is full."));
+        },
+        Console::into(m_problems), false);
+    console.result(QStringLiteral("first"));
+    EXPECT_FALSE(console.resultsLost());
+    console.result(QStringLiteral("second"));
+    console.result(QJsonObject());
+    EXPECT_TRUE(console.resultsLost());
+    EXPECT_EQ(tries, 2);
+    EXPECT_EQ(problems(), "marrowick: The disk is full.\n");
+}
+
+TEST_F(ConsoleTest, AnObjectIsOneLine)
+{
+    Console console = this->console();
+    console.result(QJsonObject{{QStringLiteral("a"), 1}, {QStringLiteral("b"), QStringLiteral("x\ny")}});
+    EXPECT_EQ(results(), "{\"a\":1,\"b\":\"x\\ny\"}\n");
 }

@@ -2,11 +2,10 @@
 // What a bad cable and a bad instrument can do to a sweep: it ends in viewing, and no point is stored that was not
 // sent.
 #include "cli/Console.h"
-#include "cli/Session.h"
+#include "cli/instrument/Session.h"
 #include "e2e/EndToEnd.h"
 
 #include <QElapsedTimer>
-#include <QTextStream>
 
 #include <algorithm>
 #include <map>
@@ -46,8 +45,8 @@ protected:
                                                   QStringLiteral("--seed"), QString::number(seed)});
         ASSERT_TRUE(simulator.started());
         QString results, problems;
-        QTextStream resultStream(&results), problemStream(&problems);
-        cli::Console console(resultStream, problemStream, false);
+        cli::Console console(QStringLiteral("marrowick"), cli::Console::into(results), cli::Console::into(problems),
+                             false);
         cli::Session session(console);
         ASSERT_TRUE(session.device().SetLogFile(log));
         ASSERT_TRUE(session.open(simulator.serial()));

@@ -199,22 +199,6 @@ TEST_F(MarrowickTest, WhatTheInstrumentCannotDoIsRefused)
     EXPECT_THAT(attenuation.errors.toStdString(), StartsWith("marrowick: This instrument "));
 }
 
-TEST_F(MarrowickTest, AFileThatCannotBeWrittenIsToldAndTheResultsArePrinted)
-{
-    const Simulator simulator(freshSerial(), {QStringLiteral("--fast")});
-    for (const char* option : {"--output", "--csv", "--picture"}) {
-        const Ended ended =
-            runProgram(kProgram, sweep(simulator, "--points 10") +
-                                     QStringList{QLatin1String(option), path(QStringLiteral("none/sweep.png"))});
-        EXPECT_EQ(ended.exitCode, 5) << option;
-        EXPECT_THAT(ended.errors.toStdString(), HasSubstr("none/sweep.png")) << option;
-        EXPECT_THAT(ended.output.toStdString(), StartsWith("10 points from ")) << option;
-    }
-    const Ended log = runProgram(kProgram, {QStringLiteral("sweep"), QStringLiteral("--device"), simulator.serial(),
-                                            QStringLiteral("--link-log"), path(QStringLiteral("none/link.log"))});
-    EXPECT_EQ(log.exitCode, 5);
-}
-
 TEST_F(MarrowickTest, AnInterruptStopsTheInstrumentAndKeepsThePoints)
 {
     const Simulator simulator(freshSerial(), {QStringLiteral("--rate"), QStringLiteral("200")});

@@ -2,10 +2,8 @@
 // What was drawn equals what was sent: the points in the document against the frames of the link log, which are read
 // here by means of their own.
 #include "cli/Console.h"
-#include "cli/Session.h"
+#include "cli/instrument/Session.h"
 #include "e2e/EndToEnd.h"
-
-#include <QTextStream>
 
 #include <bit>
 #include <cmath>
@@ -57,8 +55,7 @@ TEST_P(SweepDataTest, EveryPointSentStandsBitForBitInAllFourViews)
     ASSERT_TRUE(simulator.started());
 
     QString results, problems;
-    QTextStream resultStream(&results), problemStream(&problems);
-    cli::Console console(resultStream, problemStream, false);
+    cli::Console console(QStringLiteral("marrowick"), cli::Console::into(results), cli::Console::into(problems), false);
     cli::Session session(console);
     const QString log = path(QStringLiteral("link.log"));
     ASSERT_TRUE(session.device().SetLogFile(log));

@@ -119,8 +119,8 @@ bool KorvaLink::OpenTransport(std::unique_ptr<Transport> transport, const QStrin
     connect(d->transport.get(), &Transport::received, this,
             [this](const char* data, qint64 size) { d->takeBytes(data, size); });
     connect(d->transport.get(), &Transport::bytesWritten, this, [this] {
-        const QPointer<KorvaLink> self(this);
         ++d->inTransportSignal;
+        const QPointer<KorvaLink> self(this);
         d->handOver();
         if (self)
             --d->inTransportSignal;
@@ -478,7 +478,7 @@ Outcome KorvaLink::SetLogFile(const QString& fileName)
         d->logFile.close();
         return Outcome::success();
     }
-    const Outcome opened = d->logFile.open(fileName);
+    Outcome opened = d->logFile.open(fileName);
     if (opened && Connected())
         d->log(linklog::Entry::Remark, QByteArray("connected ") + d->name.toUtf8());
     return opened;

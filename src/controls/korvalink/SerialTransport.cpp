@@ -30,7 +30,7 @@ SerialTransport::SerialTransport(QString path, QObject* parent)
 
 SerialTransport::~SerialTransport()
 {
-    close();
+    SerialTransport::close();
 }
 
 Outcome SerialTransport::open()
@@ -40,7 +40,7 @@ Outcome SerialTransport::open()
     const QString device = QFileInfo(m_path).canonicalFilePath();
     if (device.isEmpty())
         return Outcome::failure(tr("The device %1 is not there any more.").arg(m_path));
-    if (const Outcome access = portAccess(device); !access)
+    if (Outcome access = portAccess(device); !access)
         return access;
 
     auto port = std::make_unique<QSerialPort>();

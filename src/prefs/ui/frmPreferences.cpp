@@ -68,7 +68,7 @@ void frmPreferences::selectPage(int page)
 
 QString frmPreferences::documentsFolder()
 {
-    const QString folder = m_host.documentsFolder();
+    QString folder = m_host.documentsFolder();
     if (folder.isEmpty())
         m_messages.message(tr("Error getting the 'My Documents' path"), UserMessages::Stop, tr("File Path Error"));
     return folder;

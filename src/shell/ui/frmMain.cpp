@@ -91,7 +91,7 @@ frmMain::frmMain(const ShellContext& context)
     });
     m_statusBar->setPanel(1, tr("Disconnected").toStdString());
     m_statusBar->setPanel(2, "1");
-    defaultToolBars();
+    frmMain::defaultToolBars();
 }
 
 frmMain::~frmMain()

@@ -87,7 +87,7 @@ QImage pictureImage(const GraphModel& model, int width, int height)
     return image;
 }
 
-Outcome savePicture(const GraphModel& model, const QString& fileName, PictureFormat format, int width, int height)
+ValueOr<QByteArray> pictureBytes(const GraphModel& model, PictureFormat format, int width, int height)
 {
     if (!isUsableSize(width, height))
         return Outcome::failure(tr("A picture of %1 by %2 pixels cannot be made").arg(width).arg(height));
@@ -122,7 +122,13 @@ Outcome savePicture(const GraphModel& model, const QString& fileName, PictureFor
         if (Outcome encoded = encodeImage(image, format, content); !encoded)
             return encoded;
     }
-    return files::writeFile(fileName, content);
+    return content;
+}
+
+Outcome savePicture(const GraphModel& model, const QString& fileName, PictureFormat format, int width, int height)
+{
+    const ValueOr<QByteArray> content = pictureBytes(model, format, width, height);
+    return content ? files::writeFile(fileName, content.value()) : Outcome::failure(content.sentence());
 }
 
 // The library paints with a painter of its own class, so the graph is recorded and played into the caller's.

@@ -3,6 +3,7 @@
 
 #include "values/Outcome.h"
 
+#include <QByteArray>
 #include <QRectF>
 #include <QSize>
 #include <QString>
@@ -27,8 +28,11 @@ enum class PictureFormat
 /// Sizes beyond this are refused, as is a side below 16.
 inline constexpr int kMaxPictureSide = 20000;
 
-/// Writes a picture of width x height pixels (for the vector formats units of 1/96 inch) through a temporary file: the
-/// old file or the whole new one is there. Texts and lines grow with the picture.
+/// A picture of width x height pixels (for the vector formats units of 1/96 inch) as the bytes of its file. Texts and
+/// lines grow with the picture.
+ValueOr<QByteArray> pictureBytes(const GraphModel& model, PictureFormat format, int width, int height);
+
+/// Writes those bytes to a file: the old file or the whole new one is there.
 Outcome savePicture(const GraphModel& model, const QString& fileName, PictureFormat format, int width, int height);
 
 /// The same as an image, for the clipboard; null when the size is refused.

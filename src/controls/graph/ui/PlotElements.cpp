@@ -189,7 +189,11 @@ void TableStrip::setTables(const graph::Properties& properties, const PlotStyle&
         for (int column = 0; column < content.TAColumns; ++column) {
             int width = 0;
             for (int row = 0; row < content.TARows; ++row) {
-                const QString& text = content.cells[static_cast<std::size_t>(row * content.TAColumns + column)].TAText;
+                const QString& text =
+                    content
+                        .cells[static_cast<std::size_t>(row) * static_cast<std::size_t>(content.TAColumns) +
+                               static_cast<std::size_t>(column)]
+                        .TAText;
                 const bool isHeader = column == 0 && content.TAHeaderColumn;
                 width = std::max(width, (isHeader ? headerMetrics : metrics).horizontalAdvance(text));
             }
@@ -270,7 +274,9 @@ void TableStrip::drawTable(QCPPainter* painter, const Table& table, const QRect&
         painter->setFont(font);
         const QFontMetrics metrics(font);
         for (int row = 0; row < content.TARows; ++row) {
-            const graph::TableCell& cell = content.cells[static_cast<std::size_t>(row * content.TAColumns + column)];
+            const graph::TableCell& cell =
+                content.cells[static_cast<std::size_t>(row) * static_cast<std::size_t>(content.TAColumns) +
+                              static_cast<std::size_t>(column)];
             const QRectF place(x + kCellPadding, rect.top() + row * table.rowHeight, width - 2 * kCellPadding,
                                table.rowHeight);
             const Qt::Alignment alignment = cell.TAJustification == 1   ? Qt::AlignHCenter

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "cli/Arguments.h"
+#include "cli/Console.h"
+#include "cli/ExitCode.h"
+
+#include <QCommandLineOption>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <vector>
+
+namespace cli {
+
+/// One sub-command of marrowick. The program's table of commands gives help, parsing and refusals alike, so a new one
+/// is a class of this kind and a line in that table (and its paragraph in the manual page, which a test compares).
+class Command
+{
+public:
+    enum class Files
+    {
+        None,
+        One,
+        Many ///< --jobs is understood
+    };
+
+    virtual ~Command() = default;
+
+    /// The word on the command line.
+    virtual QString name() const = 0;
+    /// For the list of commands: "lists the instruments found".
+    virtual QString summary() const = 0;
+    /// A sentence or two for the command's own help.
+    virtual QString description() const = 0;
+    /// Its own options, in the order of the help; the common ones come behind them.
+    virtual QList<QCommandLineOption> options() const { return {}; }
+    /// The files it reads, each "-" for standard input. At least one is asked for where any are taken.
+    virtual Files files() const { return Files::None; }
+    /// Reads its options and does its work; problems have been told on the console when it returns.
+    virtual ExitCode run(Arguments& arguments, Console& console) = 0;
+};
+
+using CommandTable = std::vector<std::unique_ptr<Command>>;
+
+/// Does what the arguments ask for (the first is the program's name) and gives the program's exit code. Needs a
+/// QCoreApplication for name and version. Results that get lost make FileError of Done.
+ExitCode runCommandLine(const CommandTable& commands, const QStringList& arguments, Console& console);
+
+} // namespace cli

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/ExitCode.h"
+
+#include <QCoreApplication>
+
+#include <array>
+
+namespace cli {
+namespace {
+
+constexpr std::array<ExitCodeText, 7> kTexts = {{
+    {ExitCode::Done, QT_TRANSLATE_NOOP("cli", "done"), "Done."},
+    {ExitCode::Usage, QT_TRANSLATE_NOOP("cli", "usage"), "The command line cannot be carried out as it stands."},
+    {ExitCode::NoInstrument, QT_TRANSLATE_NOOP("cli", "no instrument"),
+     "No instrument was found, there is none of that name, or it does not open or answer."},
+    {ExitCode::Lost, QT_TRANSLATE_NOOP("cli", "link lost in mid-sweep"), "The link went down in mid-sweep."},
+    {ExitCode::Refused, QT_TRANSLATE_NOOP("cli", "refused"),
+     "The instrument cannot do what was asked, or does not start the test."},
+    {ExitCode::FileError, QT_TRANSLATE_NOOP("cli", "not written or not read"),
+     "A result could not be written, or a file not read."},
+    {ExitCode::Stopped, QT_TRANSLATE_NOOP("cli", "stopped before the last point"),
+     "The sweep ended before its last point."},
+}};
+
+} // namespace
+
+std::span<const ExitCodeText> exitCodeTexts()
+{
+    return kTexts;
+}
+
+QString exitCodeHelp()
+{
+    constexpr qsizetype kWidth = 100;
+    QString text = QCoreApplication::translate("cli", "Exit codes:");
+    qsizetype lineStart = 0;
+    for (const ExitCodeText& row : kTexts) {
+        const QString entry = QStringLiteral(" %1 %2%3")
+                                  .arg(static_cast<int>(row.code))
+                                  .arg(QCoreApplication::translate("cli", row.name),
+                                       row.code == kTexts.back().code ? QStringLiteral(".\n") : QStringLiteral(","));
+        if (text.size() - lineStart + entry.trimmed().size() + 1 > kWidth) {
+            text += QLatin1Char('\n');
+            lineStart = text.size();
+            text += QStringLiteral("           ");
+        }
+        text += entry;
+    }
+    return text;
+}
+
+} // namespace cli

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the built programs load when they start.
+#include <QProcess>
+#include <QString>
+
+#include <gmock/gmock.h>
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+namespace {
+
+/// Every library that the program needs, those needed by others among them.
+std::string librariesOf(const char* program)
+{
+    QProcess ldd;
+    ldd.start(QStringLiteral("ldd"), {QStringLiteral(MG_PROGRAM_DIR "/") + QLatin1String(program)});
+    EXPECT_TRUE(ldd.waitForFinished() && ldd.exitCode() == 0) << program;
+    return ldd.readAllStandardOutput().toStdString();
+}
+
+} // namespace
+
+TEST(Linkage, ProgramsWithoutWindowsLoadNeitherWidgetsNorPrintSupport)
+{
+    for (const char* program : {"marrowick", "marrowick-sim"}) {
+        const std::string libraries = librariesOf(program);
+        EXPECT_THAT(libraries, HasSubstr("libQt6Core.so")) << program;
+        EXPECT_THAT(libraries, Not(HasSubstr("libQt6Widgets"))) << program;
+        EXPECT_THAT(libraries, Not(HasSubstr("libQt6PrintSupport"))) << program;
+        EXPECT_THAT(libraries, Not(HasSubstr("libQCustomPlot"))) << program;
+    }
+}
+
+TEST(Linkage, TheProgramThatDrawsDoes)
+{
+    // Otherwise the test above looks at the wrong names.
+    const std::string libraries = librariesOf("marrowick-draw");
+    EXPECT_THAT(libraries, HasSubstr("libQt6Widgets"));
+    EXPECT_THAT(libraries, HasSubstr("libQt6PrintSupport"));
+    EXPECT_THAT(libraries, HasSubstr("libQCustomPlot"));
+}
