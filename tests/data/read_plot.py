@@ -1,6 +1,9 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Prints format, title and the first curve of a plot file, with a stock CBOR library and nothing of this project."""
+"""Prints format, title and the first curve of a plot file, with a stock CBOR library and nothing of this project.
+
+With --all behind the file's name: every point of every subset, one a line: subset, number of the point, X, Y.
+"""
 import struct
 import sys
 import zlib
@@ -25,7 +28,16 @@ def floats(entry):
 
 
 points = content["Points"]
+xs, ys = floats(content["XData"]), floats(content["YData"])
+if "--all" in sys.argv[2:]:
+    for subset in range(content["Subsets"]):
+        for point in range(points):
+            x, y = xs[subset * points + point], ys[subset * points + point]
+            if x == 0 or y == -65536:  # the end of a pen
+                break
+            print(subset, point, repr(x), repr(y))
+    sys.exit()
 print(envelope["format"], envelope["version"])
 print(content["MainTitle"])
-for x, y in zip(floats(content["XData"])[:points], floats(content["YData"])[:points]):
+for x, y in zip(xs[:points], ys[:points]):
     print(repr(x), repr(y))
