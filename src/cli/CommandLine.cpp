@@ -71,7 +71,7 @@ struct Options
 QString exitCodes()
 {
     return tr("Exit codes: 0 done, 1 usage, 2 no instrument, 3 link lost in mid-sweep, 4 refused, 5 file not written\n"
-              "or not read, 6 stopped before the last point.\n");
+              "or not read, 6 stopped before the last point, 7 the instrument swept something else than asked.\n");
 }
 
 QString overview()

@@ -36,8 +36,16 @@ SweepCommand::SweepCommand(const SweepOptions& options, Console& console, Pictur
         showProgress();
         m_loop.quit();
     });
+    DeviceModule& module = m_session.deviceModule();
+    connect(&module.answers(), &AnswerWatch::completed, &m_loop, &QEventLoop::quit);
+    connect(&module.events(), &InstrumentEvents::changed, this,
+            [this](MirrorPart part) { m_pinTaken = m_pinTaken || part == MirrorPart::Options; });
     ConsoleWindow& window = m_session.window();
-    window.onPlotting = [this] { m_plotting = true; };
+    window.onPlotting = [this] {
+        m_plotting = true;
+        const InstrumentMirror& mirror = m_session.mirror();
+        m_swept = {static_cast<float>(mirror.dblStartFrequency), static_cast<float>(mirror.dblEndFrequency)};
+    };
     window.onViewing = [this] { m_viewing = m_plotting; };
     window.onNextPen = [this] { m_penMoved = m_plotting; };
     window.onEndProgram = [this] { endBy(End::Stopped); };
@@ -88,16 +96,22 @@ ExitCode SweepCommand::connectInstrument()
     }
     if (const Outcome opened = m_session.open(m_options.device); !opened)
         return failed(ExitCode::NoInstrument, opened.sentence());
-    if (waitFor([this] { return m_session.state().gbfDeviceReady; }, kAnswerTime))
-        return ExitCode::Done;
+    if (waitFor([this] { return m_session.state().gbfDeviceReady; }, kAnswerTime)) {
+        // The answer comes twice, and the second one is older than what would be set behind the first.
+        waitFor([this] { return m_session.deviceModule().answers().complete(); }, -1);
+        if (m_end == End::None)
+            return ExitCode::Done;
+    }
     if (m_end == End::Stopped || m_end == End::TimeUp)
         return failed(ExitCode::Stopped, tr("Stopped before the instrument was ready."));
+    if (m_end == End::Lost)
+        return failed(ExitCode::Lost, tr("The link to the instrument went down before the sweep."));
     return failed(ExitCode::NoInstrument, tr("The device does not answer as an instrument does."));
 }
 
 ExitCode SweepCommand::applyOptions()
 {
-    InstrumentMirror& mirror = m_session.mirror();
+    const InstrumentMirror& mirror = m_session.mirror();
     int code = 0;
     if (m_options.attenuation > 0) {
         if (!mirror.bfAttenuationAvailable || mirror.dblAttenuationStep <= 0)
@@ -114,17 +128,32 @@ ExitCode SweepCommand::applyOptions()
         return failed(ExitCode::Refused, tr("This instrument measures from %1 to %2.")
                                              .arg(engineeringText(mirror.dblAmpMinFreq, u"Hz"_s, 6),
                                                   engineeringText(mirror.dblAmpMaxFreq, u"Hz"_s, 6)));
+    m_attenuationCode = static_cast<std::int16_t>(code);
+    wantSweep();
+    m_session.deviceModule().DeviceSendSettings();
+    return ExitCode::Done;
+}
+
+void SweepCommand::wantSweep()
+{
+    InstrumentMirror& mirror = m_session.mirror();
     mirror.dblStartFrequency = m_options.from;
     mirror.dblEndFrequency = m_options.to;
     mirror.iNumPoints = m_options.points;
     mirror.iTestPeriod = m_options.period;
-    mirror.iAttenuationCode = static_cast<std::int16_t>(code);
+    mirror.iAttenuationCode = m_attenuationCode;
     mirror.iSweepMode = m_options.direction;
     mirror.bfPhaseOn = m_options.phase || m_options.type == PenDocument::Reactance;
     mirror.bfRepeat = false;
     mirror.bfGraphExtents = false;
-    m_session.deviceModule().DeviceSendSettings();
-    return ExitCode::Done;
+}
+
+void SweepCommand::selectPin(int pen)
+{
+    m_pinTaken = false;
+    m_session.testRun().writePinCommand(pen + 1);
+    waitFor([this] { return m_pinTaken; }, kCommandTime);
+    wantSweep();
 }
 
 ExitCode SweepCommand::sweepOnce(int number)
@@ -132,6 +161,7 @@ ExitCode SweepCommand::sweepOnce(int number)
     PenDocument& document = *m_session.window().activeDocument();
     const int pen = number - 1;
     document.setCurrentPen(pen);
+    selectPin(pen);
     m_plotting = m_viewing = m_penMoved = false;
     m_lastPoint = -1;
     m_session.messages().takeSaid();
@@ -184,8 +214,16 @@ ExitCode SweepCommand::judge(const SweepResult& result)
     }
     m_end = End::None;
     if (result.complete())
-        return ExitCode::Done;
+        return compare(result);
     return failed(ExitCode::Stopped, tr("The instrument ended the sweep after %1.").arg(reached));
+}
+
+ExitCode SweepCommand::compare(const SweepResult& result)
+{
+    const AskedSweep asked{m_options.from, m_options.to, m_options.points, m_options.direction == SweepOptions::Down};
+    if (const QString difference = differenceFrom(asked, m_swept, result); !difference.isEmpty())
+        return failed(ExitCode::Different, difference);
+    return ExitCode::Done;
 }
 
 bool SweepCommand::waitFor(const std::function<bool()>& condition, int milliseconds)

@@ -140,6 +140,7 @@ void DeviceModule::DeviceReset()
 void DeviceModule::deviceConnected()
 {
     m_rxBegin = m_rxEnd = 0;
+    m_settingsGivenTo.reset();
     if (m_context.mirror.strDeviceSerial != InstrumentMirror().strDeviceSerial) {
         // Another instrument was opened without the first having been unplugged: nothing of the first goes to it.
         if (m_context.state.gbfDeviceReady) {

@@ -109,8 +109,10 @@ bool DeviceModule::attenuation(const Frame& frame)
     InstrumentMirror& mirror = m_context.mirror;
     mirror.bfAttenuationAvailable = available != 0;
     mirror.dblAttenuationStep = frame.number(3);
-    mirror.iAttenuationCode = values::roundToInt16(frame.number(4));
-    m_panels.ShowAttenuation(mirror.iAttenuationCode, mirror.dblAttenuationStep);
+    const std::int16_t code = values::roundToInt16(frame.number(4));
+    m_panels.ShowAttenuation(code, mirror.dblAttenuationStep);
+    if (!m_answers.late())
+        mirror.iAttenuationCode = code;
     mirror.iAttenuationSteps = toInt16(steps);
     Q_EMIT m_events.changed(MirrorPart::Attenuation);
     return true;
@@ -305,10 +307,12 @@ bool DeviceModule::sweep(const Frame& frame)
     InstrumentMirror& mirror = m_context.mirror;
     mirror.iSweepDirection = toInt16(direction);
     m_panels.ShowSweepMode(direction);
-    mirror.dblIdleFrequency = frame.number(1);
-    m_panels.ShowIdleFrequency(mirror.dblIdleFrequency);
-    mirror.dblStartFrequency = frame.number(2);
-    mirror.dblEndFrequency = frame.number(3);
+    m_panels.ShowIdleFrequency(frame.number(1));
+    if (!m_answers.late()) {
+        mirror.dblIdleFrequency = frame.number(1);
+        mirror.dblStartFrequency = frame.number(2);
+        mirror.dblEndFrequency = frame.number(3);
+    }
     Q_EMIT m_events.changed(MirrorPart::SweepMode);
     Q_EMIT m_events.changed(MirrorPart::IdleFrequency);
     Q_EMIT m_events.changed(MirrorPart::SweepRange);
@@ -465,23 +469,28 @@ bool DeviceModule::completeState(const Frame& frame)
     if (!frame.ParseF(mode) || !frame.ParseI(parameter))
         return false;
     InstrumentMirror& mirror = m_context.mirror;
-    if (mode >= 0 && mode <= 2)
-        mirror.iSweepMode = toInt16(mode);
     m_panels.ShowSweepMode(mode);
-    mirror.dblStartFrequency = frame.number(1);
-    m_panels.showFrequency(StatusPanels::StartFrequency, mirror.dblStartFrequency);
-    mirror.dblEndFrequency = frame.number(2);
-    m_panels.showFrequency(StatusPanels::EndFrequency, mirror.dblEndFrequency);
+    m_panels.showFrequency(StatusPanels::StartFrequency, frame.number(1));
+    m_panels.showFrequency(StatusPanels::EndFrequency, frame.number(2));
     mirror.iPointsInTest = values::roundToInt16(frame.number(3));
     showTestPoints();
-    mirror.dblIdleFrequency = frame.number(4);
-    m_panels.ShowIdleFrequency(mirror.dblIdleFrequency);
+    m_panels.ShowIdleFrequency(frame.number(4));
     mirror.iTestParam7 = parameter;
 
-    m_context.state.gbfDeviceReady = true;
-    DeviceLoadSettings();
-    DeviceSendSettings();
-    m_dialog->RefreshDialog();
+    // Behind the first answer the instrument is told what to do, and the user may be setting it: a second one is older
+    // than that.
+    if (m_settingsGivenTo != mirror.strDeviceSerial) {
+        if (mode >= 0 && mode <= 2)
+            mirror.iSweepMode = toInt16(mode);
+        mirror.dblStartFrequency = frame.number(1);
+        mirror.dblEndFrequency = frame.number(2);
+        mirror.dblIdleFrequency = frame.number(4);
+        m_settingsGivenTo = mirror.strDeviceSerial;
+        m_context.state.gbfDeviceReady = true;
+        DeviceLoadSettings();
+        DeviceSendSettings();
+        m_dialog->RefreshDialog();
+    }
     Q_EMIT m_events.stateComplete();
     return true;
 }
@@ -562,11 +571,13 @@ bool DeviceModule::stateText(const Frame& frame)
 bool DeviceModule::sweepRange(const Frame& frame)
 {
     InstrumentMirror& mirror = m_context.mirror;
-    mirror.dblStartFrequency = frame.number(2);
-    m_panels.showFrequency(StatusPanels::StartFrequency, mirror.dblStartFrequency);
-    mirror.dblEndFrequency = frame.number(3);
-    m_panels.showFrequency(StatusPanels::EndFrequency, mirror.dblEndFrequency);
-    m_dialog->showSweepRange(mirror.dblStartFrequency, mirror.dblEndFrequency);
+    m_panels.showFrequency(StatusPanels::StartFrequency, frame.number(2));
+    m_panels.showFrequency(StatusPanels::EndFrequency, frame.number(3));
+    if (!m_answers.late()) {
+        mirror.dblStartFrequency = frame.number(2);
+        mirror.dblEndFrequency = frame.number(3);
+        m_dialog->showSweepRange(mirror.dblStartFrequency, mirror.dblEndFrequency);
+    }
     Q_EMIT m_events.changed(MirrorPart::SweepRangeConfirmed);
     return true;
 }

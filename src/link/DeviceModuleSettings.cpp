@@ -7,6 +7,7 @@
 #include "link/MainWindowPort.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
+#include "program/ProgramState.h"
 
 #include <limits>
 
@@ -15,6 +16,9 @@ void DeviceModule::DeviceSaveSettings()
     const InstrumentMirror& mirror = m_context.mirror;
     const QString& serial = mirror.strDeviceSerial;
     if (serial.isEmpty())
+        return;
+    const bool isInstrument = serial != InstrumentMirror().strDeviceSerial;
+    if (isInstrument && m_context.device.Connected() && !m_context.state.gbfDeviceReady)
         return;
     Preferences& preferences = m_context.preferences;
     const SettingsStore::Batch batch(preferences.store());

@@ -31,11 +31,12 @@ points = content["Points"]
 xs, ys = floats(content["XData"]), floats(content["YData"])
 if "--all" in sys.argv[2:]:
     for subset in range(content["Subsets"]):
+        pen = subset % 10  # its first subset tells where it ends: a phase of -65536 is one that was not measured
         for point in range(points):
-            x, y = xs[subset * points + point], ys[subset * points + point]
-            if x == 0 or y == -65536:  # the end of a pen
+            if xs[pen * points + point] == 0 or ys[pen * points + point] == -65536:
                 break
-            print(subset, point, repr(x), repr(y))
+            at = subset * points + point
+            print(subset, point, repr(xs[at]), repr(ys[at]))
     sys.exit()
 print(envelope["format"], envelope["version"])
 print(content["MainTitle"])

@@ -4,6 +4,8 @@
 #include "e2e/EndToEnd.h"
 #include "e2e/SweepJudge.h"
 
+#include <QFileInfo>
+
 #include <gmock/gmock.h>
 
 using namespace e2e;
@@ -217,4 +219,19 @@ TEST_F(JudgedSweepTest, ASamplingInstrumentKeepsItsCountOfSamples)
     sampling.settings.attenuation = 0;
     sampling.settings.samples = 64;
     sweep({}, {}, sampling);
+}
+
+TEST_F(JudgedSweepTest, AnInstrumentThatSweepsSomethingElseIsToldOn)
+{
+    // Somebody turns the range at the instrument between the commands and the start.
+    played::ScriptedInstrument instrument(freshSerial());
+    instrument.onStart([](played::Settings& settings) { settings.end = 43000; });
+    const QString csv = path(QStringLiteral("sweep.csv"));
+    const Ended ended =
+        runProgram(QStringLiteral("marrowick"), QStringList{QStringLiteral("sweep"), QStringLiteral("--device"),
+                                                            instrument.serial(), QStringLiteral("--csv"), csv} +
+                                                    farFromDefaults().options());
+    EXPECT_EQ(ended.exitCode, 7);
+    EXPECT_EQ(ended.errors.toStdString(), "marrowick: The instrument swept 38 kHz to 43 kHz, not 38 kHz to 42 kHz.\n");
+    EXPECT_GT(QFileInfo(csv).size(), 0) << "what was measured is kept";
 }

@@ -426,9 +426,9 @@ TEST_F(DeviceDispatch, SerialNumberVNamesTheSectionOfTheSettings)
     send(text('V', '0', "T46-0815"));
     EXPECT_EQ(mirror.strDeviceSerial, QStringLiteral("T46-0815"));
     EXPECT_TRUE(dialog.calls.isEmpty());
+    live();
     module.DeviceSaveSettings();
     EXPECT_EQ(saved(QStringLiteral("T46-0815"), "iNumPoints"), QStringLiteral("100"));
-    live();
     send(text('V', '0', "T46-0816"));
     EXPECT_EQ(dialog.calls, QStringList{QStringLiteral("showSerialNumber T46-0816")});
 }

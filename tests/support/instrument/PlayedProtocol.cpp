@@ -372,6 +372,8 @@ Frames Protocol::level() const
 Frames Protocol::beginTest(bool amplitude)
 {
     m_lastTest = amplitude ? 1 : 2;
+    if (m_onStart)
+        m_onStart(m_settings);
     Pass pass{Kind::Test, amplitude, m_settings.start, m_settings.end, m_settings.points, m_settings.linear};
     pass.backward = m_settings.mode == 1;
     return begin(pass);

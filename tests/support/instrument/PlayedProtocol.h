@@ -86,6 +86,9 @@ public:
     Frames endScript();
     const std::string& script() const { return m_script; }
 
+    /// What happens to the settings by themselves when a test begins.
+    void setOnStart(std::function<void(Settings&)> change) { m_onStart = std::move(change); }
+
     /// The host is gone: what runs ends without a word.
     void hostGone();
 
@@ -149,6 +152,7 @@ private:
     std::string m_serial;
     Traits m_traits;
     Settings m_settings;
+    std::function<void(Settings&)> m_onStart;
     std::map<std::string, Answer, std::less<>> m_answers;
 
     std::optional<Pass> m_pass;

@@ -128,6 +128,12 @@ void ScriptedInstrument::onCommand(const std::string& word, int nth, std::functi
     m_triggers.push_back({true, word, nth, std::move(action)});
 }
 
+void ScriptedInstrument::onStart(std::function<void(Settings&)> change)
+{
+    const std::lock_guard lock(m_mutex);
+    m_protocol.setOnStart(std::move(change));
+}
+
 void ScriptedInstrument::endScript()
 {
     const std::lock_guard lock(m_mutex);

@@ -74,6 +74,8 @@ public:
     /// another one does; or when the n-th command beginning with that word has been taken.
     void afterFrame(char code, int nth, std::function<void()> action);
     void onCommand(const std::string& word, int nth, std::function<void()> action);
+    /// The settings are changed behind the host's back at the start of every test.
+    void onStart(std::function<void(Settings&)> change);
     /// The running script is over.
     void endScript();
 
