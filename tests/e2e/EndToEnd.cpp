@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "e2e/EndToEnd.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QEventLoop>
@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QTimer>
+#include <QWidget>
 
 #include <cstdlib>
 
@@ -174,6 +175,12 @@ void EndToEndTest::TearDown()
     QDir().mkpath(kept);
     for (const QString& file : QDir(m_folder.path()).entryList(QDir::Files))
         QFile::copy(path(file), kept + u'/' + file);
+    // Windows of this process still stand: what they show tells more than what they wrote.
+    int shots = 0;
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        if (window->isVisible())
+            window->grab().save(kept + QStringLiteral("/screen-%1.png").arg(++shots));
+    }
     RecordProperty("kept", kept.toStdString());
     std::fprintf(stderr, "what the test wrote is kept in %s\n", qPrintable(kept));
 }

@@ -74,7 +74,8 @@ std::vector<LoggedFrame> loggedFrames(const QString& linkLog);
 /// refuse, for a wrong length or for a flag or point number that is none, are left out.
 std::vector<LoggedFrame> pointsOfLastTest(const QString& linkLog);
 
-/// A folder for what a test writes. When the test fails it is kept in the build folder under the test's name.
+/// A folder for what a test writes. When the test fails it is kept in the build folder under the test's name, with
+/// pictures of the windows that this process shows.
 class EndToEndTest : public ::testing::Test
 {
 protected:

@@ -2,14 +2,11 @@
 // The second player of the instrument, held against the protocol page: what judges must be right itself.
 #include "support/instrument/ScriptedInstrument.h"
 
+#include "support/Pty.h"
+
 #include <QFileInfo>
 
-#include <cerrno>
-#include <fcntl.h>
 #include <gmock/gmock.h>
-#include <poll.h>
-#include <termios.h>
-#include <unistd.h>
 
 using namespace played;
 using namespace std::chrono_literals;
@@ -20,54 +17,12 @@ namespace {
 
 constexpr auto kPatience = 20s;
 
-/// A host that opens the terminal, writes, and keeps every byte that comes.
-class Host
+/// A host that counts frames.
+class Host : public PtyHost
 {
 public:
-    explicit Host(const QString& path)
-        : m_file(::open(path.toLocal8Bit().constData(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC))
-    {
-        EXPECT_GE(m_file, 0);
-        termios mode{};
-        ::tcgetattr(m_file, &mode);
-        ::cfmakeraw(&mode);
-        ::tcsetattr(m_file, TCSANOW, &mode);
-    }
-    ~Host() { close(); }
-    Host(const Host&) = delete;
-    Host& operator=(const Host&) = delete;
+    using PtyHost::PtyHost;
 
-    void close()
-    {
-        if (m_file >= 0)
-            ::close(m_file);
-        m_file = -1;
-    }
-    void write(const std::string& text) const
-    {
-        ASSERT_EQ(::write(m_file, text.data(), text.size()), static_cast<ssize_t>(text.size()));
-    }
-    template <typename Condition>
-    bool readUntil(Condition condition)
-    {
-        const auto end = std::chrono::steady_clock::now() + kPatience;
-        while (!condition()) {
-            pollfd watched{m_file, POLLIN, 0};
-            ::poll(&watched, 1, 10);
-            std::array<char, 4096> chunk;
-            const ssize_t count = ::read(m_file, chunk.data(), chunk.size());
-            if (count > 0) {
-                bytes.append(chunk.data(), static_cast<std::size_t>(count));
-                reads.push_back(static_cast<std::size_t>(count));
-            } else if (count == 0 || errno == EIO) {
-                lost = true;
-                return condition();
-            }
-            if (std::chrono::steady_clock::now() > end)
-                return false;
-        }
-        return true;
-    }
     std::vector<std::string> frames() const
     {
         std::vector<std::string> frames;
@@ -90,13 +45,6 @@ public:
     {
         return readUntil([&] { return codes().find(code) != std::string::npos; });
     }
-
-    std::string bytes;
-    std::vector<std::size_t> reads;
-    bool lost = false;
-
-private:
-    int m_file;
 };
 
 const std::string kAnswer = "OVlllllllLMNABCJKPQRSstX";
@@ -129,7 +77,7 @@ TEST_F(ScriptedInstrumentTest, ItStandsInTheRegistryUntilItIsUnplugged)
     EXPECT_EQ(QFileInfo(instrument.entryPath()).symLinkTarget(), instrument.devicePath());
     instrument.hangUp();
     EXPECT_FALSE(QFileInfo(instrument.entryPath()).isSymLink());
-    EXPECT_TRUE(host.readUntil([this] { return host.lost; }));
+    EXPECT_TRUE(host.readUntil([this] { return host.lost(); }));
 }
 
 TEST_F(ScriptedInstrumentTest, AnEnquiryIsAnsweredInTheOrderOfThePage)
@@ -367,7 +315,7 @@ TEST_F(ScriptedInstrumentTest, FramesOfTheTestsChoiceAndAHangUpComeAtTheMomentIt
     instrument.afterFrame('F', 2, [this] { instrument.send(textFrame('r', '0', "now")); });
     instrument.afterFrame('F', 4, [this] { instrument.hangUp(); });
     host.write(fivePoints("imptest\r"));
-    EXPECT_TRUE(host.readUntil([this] { return host.lost; }));
+    EXPECT_TRUE(host.readUntil([this] { return host.lost(); }));
     // What the host had not read yet is lost with the cable, so the instrument's own log is asked.
     std::string sent;
     for (const LogEntry& entry : instrument.log())
