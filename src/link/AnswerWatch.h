@@ -22,6 +22,9 @@ public:
 
     explicit AnswerWatch(InstrumentEvents& events, QObject* parent = nullptr);
 
+    /// Milliseconds in place of kQuiet.
+    void setQuiet(int milliseconds) { m_quiet.setInterval(milliseconds); }
+
     /// No answer is awaited: all are in, the instrument has fallen quiet, or there is none.
     bool complete() const { return m_awaited == 0; }
     /// An answer is in and another one is awaited: what comes now is older than what the user sets now.

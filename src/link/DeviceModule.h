@@ -39,7 +39,7 @@ public:
     /// What the instrument's side tells the rest of the program.
     InstrumentEvents& events() { return m_events; }
     /// Whether the instrument has told all of its state.
-    const AnswerWatch& answers() const { return m_answers; }
+    AnswerWatch& answers() { return m_answers; }
 
     /// The settings dialog that frames write to; null when it is closed. Not owned.
     void setSettingsDialog(SettingsDialogPort* dialog);

@@ -14,6 +14,7 @@ protected:
     void SetUp() override
     {
         module.setSettingsDialog(&dialog);
+        module.answers().setQuiet(AnswerWatch::kQuiet);
         setting("S1", "iNumPoints", 256);
         setting("S1", "dblStartFrequency", 2000);
         connectDevice();
@@ -102,6 +103,30 @@ TEST_F(LateAnswer, AnInstrumentWithoutASerialNumberIsGivenItsSettingsToo)
     send(text('V', '0', "") + numbers('X', '2', 7000, 9000, 33, 50, 1));
     EXPECT_TRUE(state.gbfDeviceReady);
     EXPECT_TRUE(written().contains(QStringLiteral("startfreq 7000")));
+}
+
+TEST_F(LateAnswer, AStartWaitsForTheSecondAndSendsWhatTheUserSet)
+{
+    const auto document = makeDocument(PenDocument::Impedance);
+    activate(document);
+    send(answer());
+    userSets();
+    written();
+    int rounds = 0;
+    window.onProcessEvents = [&] {
+        // Long behind the told rounds, and directly behind it what the instrument was given by the first.
+        if (++rounds == 3 * TestRun::kAnswerRounds)
+            peer().send(answer() + numbers('A', '1', 0, 30, 10, 0, 3) + numbers('K', '2', 50, 2000, 9000) +
+                        numbers('s', '0', 0, 2000, 9000));
+        EXPECT_FALSE(written().contains(QStringLiteral("imptest")));
+        if (rounds > 3 * TestRun::kAnswerRounds)
+            QCoreApplication::processEvents();
+    };
+    run.mnuTestStart_Click();
+    EXPECT_GT(rounds, 3 * TestRun::kAnswerRounds);
+    EXPECT_EQ(written(),
+              QString("idlefreq 0|points 500|atten 2|repeat 0|sweepmode 1|period 0|phase 0|y|imptest").split(u'|'));
+    EXPECT_EQ(saved(QStringLiteral("S1"), "iNumPoints"), QStringLiteral("500"));
 }
 
 TEST_F(LateAnswer, TheNextConnectionBeginsAnew)

@@ -93,6 +93,7 @@ protected:
     {
         plug();
         run.setAnswerWait(0);
+        module.answers().setQuiet(0);
     }
 
     /// One more instrument to be found.
