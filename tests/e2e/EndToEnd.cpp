@@ -143,10 +143,16 @@ std::vector<LoggedFrame> loggedFrames(const QString& linkLog)
         if (frame.size() != kFrameLength || frame[1] != ':' || frame[65] != '\r')
             continue;
         const auto number = [&frame](int column, int width) { return leadingNumber(frame.mid(column - 1, width)); };
+        bool whole = true;
+        for (const int column : {5, 19, 33, 47}) {
+            bool isNumber = false;
+            frame.mid(column - 1, 13).trimmed().toDouble(&isNumber);
+            whole = whole && isNumber;
+        }
         bool flagIsNumber = false, pointIsNumber = false;
         const int flag = frame.mid(2, 1).toInt(&flagIsNumber), point = frame.mid(60, 5).trimmed().toInt(&pointIsNumber);
         frames.push_back({frame[0], flag, number(5, 13), number(19, 13), number(33, 13), number(47, 13), point,
-                          flagIsNumber && pointIsNumber});
+                          flagIsNumber && pointIsNumber, whole});
     }
     return frames;
 }

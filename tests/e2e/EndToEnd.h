@@ -65,6 +65,7 @@ struct LoggedFrame
     double n1 = 0, n2 = 0, n3 = 0, n4 = 0;
     int point = 0;
     bool readable = true; ///< false: flag or point number is none
+    bool whole = true;    ///< false: one of the four numbers was spoilt on its way
 };
 
 /// The frames of a link log, those of the right length only.
