@@ -38,8 +38,12 @@ SweepCommand::SweepCommand(const SweepOptions& options, Console& console, Pictur
     });
     DeviceModule& module = m_session.deviceModule();
     connect(&module.answers(), &AnswerWatch::completed, &m_loop, &QEventLoop::quit);
-    connect(&module.events(), &InstrumentEvents::changed, this,
-            [this](MirrorPart part) { m_pinTaken = m_pinTaken || part == MirrorPart::Options; });
+    connect(&module.events(), &InstrumentEvents::changed, this, [this](MirrorPart part) {
+        m_pinTaken = m_pinTaken || part == MirrorPart::Options;
+        // However old what the instrument tells here may be, the start says what is asked for.
+        if (m_starting)
+            wantSweep();
+    });
     ConsoleWindow& window = m_session.window();
     window.onPlotting = [this] {
         m_plotting = true;
@@ -161,11 +165,13 @@ ExitCode SweepCommand::sweepOnce(int number)
     PenDocument& document = *m_session.window().activeDocument();
     const int pen = number - 1;
     document.setCurrentPen(pen);
+    m_starting = true;
     selectPin(pen);
     m_plotting = m_viewing = m_penMoved = false;
     m_lastPoint = -1;
     m_session.messages().takeSaid();
     m_session.testRun().mnuTestStart_Click();
+    m_starting = false;
     if (m_end == End::None && !waitFor([this] { return m_plotting; }, kAnswerTime) && m_end == End::None) {
         if (m_session.messages().takeSaid())
             return ExitCode::Refused; // the sentence has been printed

@@ -87,6 +87,7 @@ private:
     bool m_plotting = false; ///< the instrument has reported the start of the present sweep
     bool m_viewing = false;  ///< and its end
     bool m_penMoved = false; ///< and that all points have been sent
+    bool m_starting = false; ///< commands of the present sweep are on their way to the instrument
     bool m_pinTaken = false; ///< the instrument has answered to the selection of the pin
     FrequencyRange m_swept;  ///< as the instrument told it at the start of the present sweep
     std::int16_t m_attenuationCode = 0;

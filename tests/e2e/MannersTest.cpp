@@ -86,15 +86,16 @@ protected:
     {
         SCOPED_TRACE("seed " + std::to_string(seed));
         Dice dice(seed);
-        const AskedSweep asked = someSweep(dice);
+        AskedSweep asked = someSweep(dice);
         played::ScriptedInstrument instrument(freshSerial(), {}, someManners(dice));
         const bool hangsUp = dice.oneIn(5), loses = !hangsUp && dice.oneIn(5), garbles = dice.oneIn(4);
         const char point = asked.type == QLatin1String("amplitude") ? 'H' : 'F';
         if (hangsUp)
             instrument.afterFrame(point, dice.number(1, asked.points), [&] { instrument.hangUp(); });
         if (loses) {
-            // A point whose carriage return has been lost takes the next one with it.
-            const int at = dice.number(1, std::max(1, asked.points - 1));
+            // Bytes that do not belong there spoil one of the points behind them.
+            asked.points = std::max(asked.points, 4);
+            const int at = dice.number(1, asked.points - 3);
             instrument.afterFrame(point, at, [&] { instrument.send(std::string(20, '7')); });
         }
         if (garbles)

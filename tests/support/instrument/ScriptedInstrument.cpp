@@ -430,7 +430,9 @@ std::string ScriptedInstrument::nextBytes() const
     std::string bytes = m_output.front().substr(m_written);
     if (m_manners.piece == 0)
         return bytes;
-    for (auto frame = m_output.begin() + 1; frame != m_output.end() && bytes.size() < m_manners.piece; ++frame)
+    const bool others = m_written == 0 || m_urgent.empty(); // what is urgent comes behind this frame
+    for (auto frame = m_output.begin() + 1; others && frame != m_output.end() && bytes.size() < m_manners.piece;
+         ++frame)
         bytes += *frame;
     bytes.resize(std::min(bytes.size(), m_manners.piece));
     return bytes;

@@ -71,7 +71,8 @@ public:
     /// The cable is pulled. There is no way back: the next one is another object.
     void hangUp();
     /// The action runs once, on the instrument's thread: when the n-th (from 1) frame of that code has gone out, before
-    /// another one does; or when the n-th command beginning with that word has been taken.
+    /// another one does (where pieces are written: before the next but one does); or when the n-th command beginning
+    /// with that word has been taken.
     void afterFrame(char code, int nth, std::function<void()> action);
     void onCommand(const std::string& word, int nth, std::function<void()> action);
     /// The settings are changed behind the host's back at the start of every test.
