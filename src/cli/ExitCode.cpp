@@ -8,7 +8,7 @@
 namespace cli {
 namespace {
 
-constexpr std::array<ExitCodeText, 7> kTexts = {{
+constexpr std::array<ExitCodeText, 8> kTexts = {{
     {ExitCode::Done, QT_TRANSLATE_NOOP("cli", "done"), "Done."},
     {ExitCode::Usage, QT_TRANSLATE_NOOP("cli", "usage"), "The command line cannot be carried out as it stands."},
     {ExitCode::NoInstrument, QT_TRANSLATE_NOOP("cli", "no instrument"),
@@ -20,6 +20,9 @@ constexpr std::array<ExitCodeText, 7> kTexts = {{
      "A result could not be written, or a file not read."},
     {ExitCode::Stopped, QT_TRANSLATE_NOOP("cli", "stopped before the last point"),
      "The sweep ended before its last point."},
+    {ExitCode::Different, QT_TRANSLATE_NOOP("cli", "another sweep than asked"),
+     "The sweep is complete, but the instrument swept another range, in another direction or with another number of "
+     "points than asked."},
 }};
 
 } // namespace

@@ -16,7 +16,8 @@ enum class ExitCode
     Lost = 3,         ///< the link went down in mid-sweep
     Refused = 4,      ///< the instrument or a rule of the program refused the test
     FileError = 5,    ///< a result could not be written, or a file not read
-    Stopped = 6       ///< ended before the last point: Ctrl-C, --timeout, or by the instrument
+    Stopped = 6,      ///< ended before the last point: Ctrl-C, --timeout, or by the instrument
+    Different = 7     ///< complete, but not the sweep that was asked for
 };
 
 struct ExitCodeText

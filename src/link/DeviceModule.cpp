@@ -144,16 +144,22 @@ void DeviceModule::DeviceReset()
 void DeviceModule::answerComplete()
 {
     showTestPoints();
-    m_context.state.gbfDeviceReady = true;
-    DeviceLoadSettings();
-    DeviceSendSettings();
-    DeviceSendSamples();
+    // Behind the first answer the instrument is told what to do, and the user may be setting it: a second one is older
+    // than that.
+    if (m_settingsGivenTo != m_context.mirror.strDeviceSerial) {
+        m_settingsGivenTo = m_context.mirror.strDeviceSerial;
+        m_context.state.gbfDeviceReady = true;
+        DeviceLoadSettings();
+        DeviceSendSettings();
+        DeviceSendSamples();
+    }
     Q_EMIT m_events.stateComplete();
 }
 
 void DeviceModule::deviceConnected()
 {
     m_rxBegin = m_rxEnd = 0;
+    m_settingsGivenTo.reset();
     if (m_context.mirror.strDeviceSerial != InstrumentMirror().strDeviceSerial) {
         // Another instrument was opened without the first having been unplugged: nothing of the first goes to it.
         if (m_context.state.gbfDeviceReady) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "instrument/InstrumentEvents.h"
+#include "link/AnswerWatch.h"
 #include "link/Frame.h"
 #include "link/LinkContext.h"
 #include "link/StatusFrames.h"
@@ -40,6 +41,8 @@ public:
     StatusPanels& panels() { return m_panels; }
     /// What the instrument's side tells the rest of the program.
     InstrumentEvents& events() { return m_events; }
+    /// Whether the instrument has told all of its state.
+    AnswerWatch& answers() { return m_answers; }
 
     /// The settings dialog that is asked; null when it is closed. Not owned.
     void setSettingsDialog(SettingsDialogPort* dialog);
@@ -68,7 +71,8 @@ public:
     /// Close and DeviceInitialise.
     void DeviceReset();
 
-    /// Under the section named by the serial number; nothing while that is empty.
+    /// Under the section named by the serial number; nothing while that is empty, or while the instrument of that
+    /// number has not told its complete state: what the mirror holds is not yet its own.
     void DeviceSaveSettings();
     /// A key that is missing or unreadable, or whose value no instrument can have, keeps the value in hand.
     void DeviceLoadSettings();
@@ -115,6 +119,9 @@ private:
 
     LinkContext m_context;
     InstrumentEvents m_events;
+    AnswerWatch m_answers{m_events};
+    /// Serial number of the instrument that has been given its settings over this connection.
+    std::optional<QString> m_settingsGivenTo;
     StatusPanels m_panels;
     SettingsDialogPort* m_dialog;
     std::array<Handler, 256> m_handlers;

@@ -19,6 +19,9 @@ void DeviceModule::DeviceSaveSettings()
     const QString& serial = mirror.strDeviceSerial;
     if (serial.isEmpty())
         return;
+    const bool isInstrument = serial != InstrumentMirror().strDeviceSerial;
+    if (isInstrument && m_context.device.Connected() && !m_context.state.gbfDeviceReady)
+        return;
     Preferences& preferences = m_context.preferences;
     const SettingsStore::Batch batch(preferences.store());
     preferences.setValue(serial, options::kIdleFrequency, mirror.dblIdleFrequency);

@@ -69,13 +69,17 @@ StatusFrames::StatusFrames(DeviceModule& device)
 
 void StatusFrames::takeSweepRange(double start, double end)
 {
+    // What is set now is newer than an answer that is still on its way.
+    if (m_device.answers().late())
+        return;
     takeIf(instrumentranges::isFrequency(m_mirror, start), m_mirror.dblStartFrequency, start);
     takeIf(instrumentranges::isFrequency(m_mirror, end), m_mirror.dblEndFrequency, end);
 }
 
 void StatusFrames::takeIdleFrequency(double hertz)
 {
-    takeIf(instrumentranges::isIdleFrequency(m_mirror, hertz), m_mirror.dblIdleFrequency, hertz);
+    takeIf(!m_device.answers().late() && instrumentranges::isIdleFrequency(m_mirror, hertz), m_mirror.dblIdleFrequency,
+           hertz);
     Q_EMIT m_events.changed(MirrorPart::IdleFrequency);
 }
 
@@ -87,7 +91,8 @@ bool StatusFrames::attenuation(const Frame& frame)
     m_mirror.bfAttenuationAvailable = available != 0;
     m_mirror.dblAttenuationStep = frame.number(3);
     m_mirror.iAttenuationSteps = values::roundToInt16(steps);
-    m_mirror.iAttenuationCode = values::roundToInt16(frame.number(4));
+    if (!m_device.answers().late())
+        m_mirror.iAttenuationCode = values::roundToInt16(frame.number(4));
     Q_EMIT m_events.changed(MirrorPart::Attenuation);
     return true;
 }
@@ -150,7 +155,7 @@ bool StatusFrames::completeState(const Frame& frame)
     std::int32_t mode = 0, parameter = 0;
     if (!frame.ParseF(mode) || !frame.ParseI(parameter))
         return false;
-    if (instrumentranges::isSweepMode(mode))
+    if (instrumentranges::isSweepMode(mode) && !m_device.answers().late())
         m_mirror.iSweepMode = values::roundToInt16(mode);
     takeSweepRange(frame.number(1), frame.number(2));
     m_mirror.iPointsInTest = values::roundToInt16(frame.number(3));

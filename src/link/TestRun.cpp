@@ -39,11 +39,30 @@ bool TestRun::ensureConnected()
 {
     if (!m_context.device.Connected())
         m_context.port.mnuTestDevice_Click();
-    for (int i = 0; i < kAnswerRounds && m_context.device.Connected(); ++i) {
+    const AnswerWatch& answers = m_device.answers();
+    const bool late = answers.late();
+    const InstrumentMirror wanted = m_context.mirror;
+    for (int i = 0; (i < kAnswerRounds || !answers.complete()) && m_context.device.Connected(); ++i) {
         m_context.device.Wait(m_answerWait);
         m_context.port.processEvents();
     }
-    return m_context.device.Connected();
+    if (!m_context.device.Connected())
+        return false;
+    if (late)
+        restoreWanted(wanted);
+    return true;
+}
+
+void TestRun::restoreWanted(const InstrumentMirror& wanted)
+{
+    // Behind the second answer the instrument has told what it was given by the first, which may be older than what the
+    // user has set meanwhile.
+    InstrumentMirror& mirror = m_context.mirror;
+    mirror.dblStartFrequency = wanted.dblStartFrequency;
+    mirror.dblEndFrequency = wanted.dblEndFrequency;
+    mirror.dblIdleFrequency = wanted.dblIdleFrequency;
+    mirror.iAttenuationCode = wanted.iAttenuationCode;
+    mirror.iSweepMode = wanted.iSweepMode;
 }
 
 void TestRun::mnuTestStart_Click()

@@ -7,6 +7,7 @@
 
 class DeviceModule;
 class PenDocument;
+struct InstrumentMirror;
 
 /// The user's side of a test: start, stop, repeat, and the questions before them. It only commands; the instrument's
 /// messages change the state. frmMain forwards its commands to it.
@@ -35,13 +36,15 @@ public:
     /// Sends the limits of the settings dialog that differ from the instrument's, if the sweep follows the graph's
     /// extents.
     void SendSweepRange();
-    /// Milliseconds of each of the kAnswerRounds waits that a start gives the answer to "enquire"; 5 unless set.
+    /// Milliseconds of each of the waits that a start gives the answer to "enquire", at least kAnswerRounds and as long
+    /// as AnswerWatch has one to come; 5 unless set.
     void setAnswerWait(int milliseconds) { m_answerWait = milliseconds; }
     static constexpr int kAnswerRounds = 51;
 
 private:
-    /// Connects if needed and gives the enquire answer time to land. False: no link.
+    /// Connects if needed and waits until the instrument has told its state. False: no link.
     bool ensureConnected();
+    void restoreWanted(const InstrumentMirror& wanted);
     bool QuestionOverwritePen(PenDocument& document);
     void startTest();
     void endMonitor();

@@ -1,6 +1,9 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Prints format, title and the first curve of a plot file, with a stock CBOR library and nothing of this project."""
+"""Prints format, title and the first curve of a plot file, with a stock CBOR library and nothing of this project.
+
+With --all behind the file's name: every point of every subset, one a line: subset, number of the point, X, Y.
+"""
 import struct
 import sys
 import zlib
@@ -25,7 +28,17 @@ def floats(entry):
 
 
 points = content["Points"]
+xs, ys = floats(content["XData"]), floats(content["YData"])
+if "--all" in sys.argv[2:]:
+    for subset in range(content["Subsets"]):
+        pen = subset % 10  # its first subset tells where it ends: a phase of -65536 is one that was not measured
+        for point in range(points):
+            if xs[pen * points + point] == 0 or ys[pen * points + point] == -65536:
+                break
+            at = subset * points + point
+            print(subset, point, repr(xs[at]), repr(ys[at]))
+    sys.exit()
 print(envelope["format"], envelope["version"])
 print(content["MainTitle"])
-for x, y in zip(floats(content["XData"])[:points], floats(content["YData"])[:points]):
+for x, y in zip(xs[:points], ys[:points]):
     print(repr(x), repr(y))

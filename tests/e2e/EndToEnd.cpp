@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "e2e/EndToEnd.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QEventLoop>
@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QTimer>
+#include <QWidget>
 
 #include <cstdlib>
 
@@ -142,10 +143,16 @@ std::vector<LoggedFrame> loggedFrames(const QString& linkLog)
         if (frame.size() != kFrameLength || frame[1] != ':' || frame[65] != '\r')
             continue;
         const auto number = [&frame](int column, int width) { return leadingNumber(frame.mid(column - 1, width)); };
+        bool whole = true;
+        for (const int column : {5, 19, 33, 47}) {
+            bool isNumber = false;
+            frame.mid(column - 1, 13).trimmed().toDouble(&isNumber);
+            whole = whole && isNumber;
+        }
         bool flagIsNumber = false, pointIsNumber = false;
         const int flag = frame.mid(2, 1).toInt(&flagIsNumber), point = frame.mid(60, 5).trimmed().toInt(&pointIsNumber);
         frames.push_back({frame[0], flag, number(5, 13), number(19, 13), number(33, 13), number(47, 13), point,
-                          flagIsNumber && pointIsNumber});
+                          flagIsNumber && pointIsNumber, whole});
     }
     return frames;
 }
@@ -174,6 +181,12 @@ void EndToEndTest::TearDown()
     QDir().mkpath(kept);
     for (const QString& file : QDir(m_folder.path()).entryList(QDir::Files))
         QFile::copy(path(file), kept + u'/' + file);
+    // Windows of this process still stand: what they show tells more than what they wrote.
+    int shots = 0;
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        if (window->isVisible())
+            window->grab().save(kept + QStringLiteral("/screen-%1.png").arg(++shots));
+    }
     RecordProperty("kept", kept.toStdString());
     std::fprintf(stderr, "what the test wrote is kept in %s\n", qPrintable(kept));
 }

@@ -65,6 +65,7 @@ struct LoggedFrame
     double n1 = 0, n2 = 0, n3 = 0, n4 = 0;
     int point = 0;
     bool readable = true; ///< false: flag or point number is none
+    bool whole = true;    ///< false: one of the four numbers was spoilt on its way
 };
 
 /// The frames of a link log, those of the right length only.
@@ -74,7 +75,8 @@ std::vector<LoggedFrame> loggedFrames(const QString& linkLog);
 /// refuse, for a wrong length or for a flag or point number that is none, are left out.
 std::vector<LoggedFrame> pointsOfLastTest(const QString& linkLog);
 
-/// A folder for what a test writes. When the test fails it is kept in the build folder under the test's name.
+/// A folder for what a test writes. When the test fails it is kept in the build folder under the test's name, with
+/// pictures of the windows that this process shows.
 class EndToEndTest : public ::testing::Test
 {
 protected:

@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 
 using namespace e2e;
@@ -15,6 +16,7 @@ using namespace e2e;
 namespace {
 
 constexpr int kPoints = 256;
+constexpr double kFrom = 35000, kTo = 45000;
 constexpr int kSeeds = 6;
 /// More seeds a kind than the suite has time for: MARROWICK_FAULT_SEEDS=200 build/dev/bin/test_e2e
 /// --gtest_filter='*FaultTest*/split'. A number below kSeeds, or none, leaves it at those.
@@ -51,9 +53,9 @@ protected:
         ASSERT_TRUE(session.device().SetLogFile(log));
         ASSERT_TRUE(session.open(simulator.serial()));
         // The complete state may be lost on this line; the test can be started all the same.
-        waitWhileHeard(session, [&] { return session.state().gbfDeviceReady; });
-        session.mirror().dblStartFrequency = 35000;
-        session.mirror().dblEndFrequency = 45000;
+        waitWhileHeard(session, [&] { return session.deviceModule().answers().complete(); });
+        session.mirror().dblStartFrequency = kFrom;
+        session.mirror().dblEndFrequency = kTo;
         session.mirror().iNumPoints = kPoints;
         session.mirror().iSweepMode = 0;
         session.mirror().bfRepeat = false;
@@ -78,6 +80,19 @@ protected:
         (void)session.device().SetLogFile({});
 
         expectOnlySentPoints(document, log);
+        expectAskedFrequencies(log);
+    }
+
+    /// Whatever arrived of the sweep belongs to the one that was asked for: a point stands at its place in the range.
+    static void expectAskedFrequencies(const QString& log)
+    {
+        for (const LoggedFrame& frame : pointsOfLastTest(log)) {
+            SCOPED_TRACE(frame.point);
+            if (!frame.whole)
+                continue; // spoilt on the line, so it says nothing of what was swept
+            const double asked = kFrom * std::pow(kTo / kFrom, double(frame.point) / (kPoints - 1));
+            ASSERT_NEAR(frame.n1, asked, 1e-6 * asked);
+        }
     }
 
     static void expectOnlySentPoints(const PenDocument& document, const QString& log)

@@ -10,15 +10,13 @@
 #include "shell/ui/StartUp.h"
 #include "shell/ui/frmMain.h"
 #include "support/FrameText.h"
+#include "support/Pty.h"
 
-#include <QDir>
 #include <QFile>
 #include <QSocketNotifier>
 
 #include <array>
-#include <fcntl.h>
 #include <memory>
-#include <termios.h>
 #include <unistd.h>
 
 using namespace e2e;
@@ -53,71 +51,52 @@ QByteArray enquireAnswer(const QByteArray& serial)
            numbers('s', '0', 0, 35000, 45000) + numbers('t', '0', 0) + numbers('X', '2', 35000, 45000, 100, -1, 1);
 }
 
-/// The far end of a cable: a pseudo-terminal of its own that answers each enquiry. Its end is the unplugging.
+/// The far end of a cable that answers each enquiry. Its end is the unplugging.
 class FarEnd
 {
 public:
     explicit FarEnd(QByteArray answer)
         : m_answer(std::move(answer))
-        , m_master(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC))
     {
-        EXPECT_GE(m_master, 0);
-        EXPECT_EQ(::grantpt(m_master), 0);
-        EXPECT_EQ(::unlockpt(m_master), 0);
-        termios settings{};
-        ::tcgetattr(m_master, &settings);
-        ::cfmakeraw(&settings);
-        ::tcsetattr(m_master, TCSANOW, &settings);
+        EXPECT_TRUE(m_terminal.isValid());
     }
     ~FarEnd()
     {
         m_readable.reset();
-        ::close(m_master);
+        m_terminal.unplug();
     }
     FarEnd(const FarEnd&) = delete;
     FarEnd& operator=(const FarEnd&) = delete;
 
-    QString path() const { return QString::fromLocal8Bit(::ptsname(m_master)); }
+    QString path() const { return m_terminal.slavePath(); }
     int enquiries() const { return m_enquiries; }
 
     /// Call when the host has opened the other side: before that, there is nobody to read from.
     void serve()
     {
-        m_readable = std::make_unique<QSocketNotifier>(m_master, QSocketNotifier::Read);
+        m_readable = std::make_unique<QSocketNotifier>(m_terminal.master(), QSocketNotifier::Read);
         QObject::connect(m_readable.get(), &QSocketNotifier::activated, m_readable.get(), [this] { read(); });
     }
 
 private:
     void read()
     {
-        std::array<char, 4096> chunk;
-        const ssize_t count = ::read(m_master, chunk.data(), chunk.size());
-        if (count <= 0)
-            return;
-        m_heard.append(chunk.data(), static_cast<qsizetype>(count));
+        m_heard += m_terminal.receive();
         for (qsizetype end = m_heard.indexOf('\r'); end >= 0; end = m_heard.indexOf('\r')) {
             if (m_heard.startsWith("enquire ")) {
                 ++m_enquiries;
-                EXPECT_EQ(::write(m_master, m_answer.constData(), static_cast<std::size_t>(m_answer.size())),
-                          m_answer.size());
+                EXPECT_EQ(m_terminal.send(m_answer), m_answer.size());
             }
             m_heard.remove(0, end + 1);
         }
     }
 
     const QByteArray m_answer;
-    int m_master;
+    Pty m_terminal;
     QByteArray m_heard;
     int m_enquiries = 0;
     std::unique_ptr<QSocketNotifier> m_readable;
 };
-
-qsizetype openFiles()
-{
-    return QDir(QStringLiteral("/proc/self/fd"))
-        .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)
-        .size();
-}
 
 double residentMegabytes()
 {
@@ -171,7 +150,7 @@ protected:
     void expectNoGrowth(int count)
     {
         cycles(kWarmUp);
-        const qsizetype filesBefore = openFiles();
+        const int filesBefore = openFiles();
         const double memoryBefore = residentMegabytes();
         ASSERT_GT(filesBefore, 0);
         ASSERT_GT(memoryBefore, 0);

@@ -78,6 +78,7 @@ protected:
         QObject::connect(&module.events(), &InstrumentEvents::loopViewWanted, [this](bool shown) {
             window.calls << (shown ? QStringLiteral("loop view wanted") : QStringLiteral("loop view ended"));
         });
+        module.answers().setQuiet(0);
     }
 
     /// One more instrument to be found.

@@ -95,6 +95,7 @@ TEST_F(TestRunTest, StartSavesTheSettings)
 {
     const auto document = activeDocument(PenDocument::Impedance);
     mirror.strDeviceSerial = QStringLiteral("S1");
+    state.gbfDeviceReady = true;
     mirror.iNumPoints = 42;
     startAndRead();
     EXPECT_EQ(saved(QStringLiteral("S1"), "iNumPoints"), QStringLiteral("42"));
@@ -396,6 +397,7 @@ TEST_F(TestRunTest, StopWithoutALinkOpensTheFirstInstrumentFound)
 TEST_F(TestRunTest, RepeatTogglesSavesAndShows)
 {
     mirror.strDeviceSerial = QStringLiteral("S1");
+    state.gbfDeviceReady = true;
     run.mnuTestRepeat_Click(false);
     EXPECT_EQ(written(), QStringList{QStringLiteral("repeat 1")});
     EXPECT_TRUE(mirror.bfRepeat);

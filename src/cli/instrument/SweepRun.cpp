@@ -36,11 +36,23 @@ SweepRun::SweepRun(const SweepOptions& options, Console& console)
         showProgress();
         m_loop.quit();
     });
+    DeviceModule& module = m_session.deviceModule();
+    connect(&module.answers(), &AnswerWatch::completed, &m_loop, &QEventLoop::quit);
+    connect(&module.events(), &InstrumentEvents::changed, this, [this](MirrorPart part) {
+        m_pinTaken = m_pinTaken || part == MirrorPart::Options;
+        // However old what the instrument tells here may be, the start says what is asked for.
+        if (m_starting)
+            wantSweep();
+    });
     ConsoleWindow& window = m_session.window();
-    const InstrumentEvents& events = m_session.deviceModule().events();
+    const InstrumentEvents& events = module.events();
     connect(&events, &InstrumentEvents::plottingChanged, this, [this](bool plotting) {
         m_viewing = !plotting && m_plotting;
-        m_plotting = m_plotting || plotting;
+        if (!plotting)
+            return;
+        m_plotting = true;
+        const InstrumentMirror& mirror = m_session.mirror();
+        m_swept = {static_cast<float>(mirror.dblStartFrequency), static_cast<float>(mirror.dblEndFrequency)};
     });
     connect(&events, &InstrumentEvents::pointsFinished, this, [this] { m_penMoved = m_plotting; });
     window.onEndProgram = [this] { endBy(End::Stopped); };
@@ -86,16 +98,22 @@ ExitCode SweepRun::connectInstrument()
     }
     if (const Outcome opened = m_session.open(m_options.device); !opened)
         return m_console.failed(ExitCode::NoInstrument, opened.sentence());
-    if (waitFor([this] { return m_session.state().gbfDeviceReady; }, kAnswerTime))
-        return ExitCode::Done;
+    if (waitFor([this] { return m_session.state().gbfDeviceReady; }, kAnswerTime)) {
+        // The answer comes twice, and the second one is older than what would be set behind the first.
+        waitFor([this] { return m_session.deviceModule().answers().complete(); }, -1);
+        if (m_end == End::None)
+            return ExitCode::Done;
+    }
     if (m_end == End::Stopped || m_end == End::TimeUp)
         return m_console.failed(ExitCode::Stopped, tr("Stopped before the instrument was ready."));
+    if (m_end == End::Lost)
+        return m_console.failed(ExitCode::Lost, tr("The link to the instrument went down before the sweep."));
     return m_console.failed(ExitCode::NoInstrument, tr("The device does not answer as an instrument does."));
 }
 
 ExitCode SweepRun::applyOptions()
 {
-    InstrumentMirror& mirror = m_session.mirror();
+    const InstrumentMirror& mirror = m_session.mirror();
     int code = 0;
     if (m_options.attenuation > 0) {
         if (!mirror.bfAttenuationAvailable || mirror.dblAttenuationStep <= 0)
@@ -110,19 +128,34 @@ ExitCode SweepRun::applyOptions()
     }
     if (m_options.from < mirror.dblAmpMinFreq || m_options.to > mirror.dblAmpMaxFreq)
         return m_console.failed(ExitCode::Refused, tr("This instrument measures from %1 to %2.")
-                                                       .arg(values::engineeringText(mirror.dblAmpMinFreq, u"Hz"_s, 6),
-                                                            values::engineeringText(mirror.dblAmpMaxFreq, u"Hz"_s, 6)));
+                                             .arg(values::engineeringText(mirror.dblAmpMinFreq, u"Hz"_s, 6),
+                                                  values::engineeringText(mirror.dblAmpMaxFreq, u"Hz"_s, 6)));
+    m_attenuationCode = static_cast<std::int16_t>(code);
+    wantSweep();
+    m_session.deviceModule().DeviceSendSettings();
+    return ExitCode::Done;
+}
+
+void SweepRun::wantSweep()
+{
+    InstrumentMirror& mirror = m_session.mirror();
     mirror.dblStartFrequency = m_options.from;
     mirror.dblEndFrequency = m_options.to;
     mirror.iNumPoints = m_options.points;
     mirror.iTestPeriod = m_options.period;
-    mirror.iAttenuationCode = static_cast<std::int16_t>(code);
+    mirror.iAttenuationCode = m_attenuationCode;
     mirror.iSweepMode = m_options.direction;
     mirror.bfPhaseOn = m_options.phase || m_options.type == PenDocument::Reactance;
     mirror.bfRepeat = false;
     mirror.bfGraphExtents = false;
-    m_session.deviceModule().DeviceSendSettings();
-    return ExitCode::Done;
+}
+
+void SweepRun::selectPin()
+{
+    m_pinTaken = false;
+    m_session.deviceModule().follower().selectPin();
+    waitFor([this] { return m_pinTaken; }, kCommandTime);
+    wantSweep();
 }
 
 ExitCode SweepRun::sweepOnce(int number)
@@ -130,10 +163,13 @@ ExitCode SweepRun::sweepOnce(int number)
     PenDocument& document = m_session.document();
     const int pen = number - 1;
     document.setCurrentPen(pen);
+    m_starting = true;
+    selectPin();
     m_plotting = m_viewing = m_penMoved = false;
     m_lastPoint = -1;
     m_session.messages().takeSaid();
     m_session.testRun().mnuTestStart_Click();
+    m_starting = false;
     if (m_end == End::None && !waitFor([this] { return m_plotting; }, kAnswerTime) && m_end == End::None) {
         if (m_session.messages().takeSaid())
             return ExitCode::Refused; // the sentence has been printed
@@ -183,8 +219,16 @@ ExitCode SweepRun::judge(const SweepResult& result)
     }
     m_end = End::None;
     if (result.complete())
-        return ExitCode::Done;
+        return compare(result);
     return m_console.failed(ExitCode::Stopped, tr("The instrument ended the sweep after %1.").arg(reached));
+}
+
+ExitCode SweepRun::compare(const SweepResult& result)
+{
+    const AskedSweep asked{m_options.from, m_options.to, m_options.points, m_options.direction == SweepOptions::Down};
+    if (const QString difference = differenceFrom(asked, m_swept, result); !difference.isEmpty())
+        return m_console.failed(ExitCode::Different, difference);
+    return ExitCode::Done;
 }
 
 bool SweepRun::waitFor(const std::function<bool()>& condition, int milliseconds)

@@ -28,6 +28,8 @@ public:
     static constexpr int kLongestSilence = 30000;
     /// Time for the instrument to tell its complete state, to report a start, to report an end after a stop.
     static constexpr int kAnswerTime = 5000;
+    /// Time for the instrument to answer to a command; one that does not is commanded all the same.
+    static constexpr int kCommandTime = 1000;
 
     SweepRun(const SweepOptions& options, Console& console);
 
@@ -48,9 +50,15 @@ private:
 
     ExitCode connectInstrument();
     ExitCode applyOptions();
+    /// The sweep that is asked for stands in the mirror, whatever the instrument has told meanwhile.
+    void wantSweep();
+    /// Selects the output pin and waits until the instrument has taken it, and with it all that was sent before.
+    void selectPin();
     ExitCode sweepOnce(int number);
     ExitCode judge(const SweepResult& result);
     bool hasPoints() const;
+    /// What was measured is held against what was asked.
+    ExitCode compare(const SweepResult& result);
     ExitCode writeFiles(PenDocument& document);
     Outcome writePlot(const GraphModel& graph) const;
     void printResults();
@@ -72,7 +80,11 @@ private:
     bool m_plotting = false; ///< the instrument has reported the start of the present sweep
     bool m_viewing = false;  ///< and its end
     bool m_penMoved = false; ///< and that all points have been sent
-    int m_lastPoint = -1;    ///< number of the last point seen; -1 before the first
+    bool m_starting = false; ///< commands of the present sweep are on their way to the instrument
+    bool m_pinTaken = false; ///< the instrument has answered to the selection of the pin
+    FrequencyRange m_swept;  ///< as the instrument told it at the start of the present sweep
+    std::int16_t m_attenuationCode = 0;
+    int m_lastPoint = -1; ///< number of the last point seen; -1 before the first
     std::vector<SweepResult> m_results;
 };
 

@@ -75,6 +75,29 @@ QByteArray tableRow(const SweepResult& result, const MeasuredPoint& point)
 
 } // namespace
 
+QString differenceFrom(const AskedSweep& asked, const FrequencyRange& swept, const SweepResult& result)
+{
+    // An instrument may set a frequency only in steps of its own; no two sweeps that a user tells apart are that near.
+    constexpr double kSame = 1e-4;
+    const auto same = [](double one, double other) { return std::abs(one - other) <= kSame * std::abs(other); };
+    const auto rangeText = [](double from, double to) {
+        return tr("%1 to %2").arg(engineeringText(from, u"Hz"_s, 6), engineeringText(to, u"Hz"_s, 6));
+    };
+    const auto [low, high] = std::minmax(swept.from, swept.to);
+    if (!same(low, asked.from) || !same(high, asked.to))
+        return tr("The instrument swept %1, not %2.").arg(rangeText(low, high), rangeText(asked.from, asked.to));
+    const auto count = static_cast<int>(result.points.size());
+    if (count != asked.points)
+        return tr("The instrument measured %1 points, not %2.").arg(count).arg(asked.points);
+    if (result.points.empty())
+        return {};
+    const double first = result.points.front().frequency, last = result.points.back().frequency;
+    const double from = asked.down ? asked.to : asked.from, to = asked.down ? asked.from : asked.to;
+    if (!same(first, from) || !same(last, to))
+        return tr("The instrument measured from %1, not %2.").arg(rangeText(first, last), rangeText(from, to));
+    return {};
+}
+
 QJsonObject extremeObject(const SweepResult& result, const MeasuredPoint& point)
 {
     return {{u"frequency"_s, static_cast<double>(point.frequency)}, {u"value"_s, point.modulus(result.testType)}};

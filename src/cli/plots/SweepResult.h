@@ -52,6 +52,17 @@ struct FrequencyRange
 };
 std::optional<FrequencyRange> frequencyRangeOf(const SweepResult& result);
 
+/// A sweep as it was asked for, in Hz.
+struct AskedSweep
+{
+    double from = 0, to = 0; ///< from is below to
+    int points = 0;
+    bool down = false; ///< measured from the upper end
+};
+/// A sentence on what the instrument did otherwise: swept is the range that it told at the start, the order of its two
+/// ends without meaning. Empty when a complete sweep is the one asked for.
+QString differenceFrom(const AskedSweep& asked, const FrequencyRange& swept, const SweepResult& result);
+
 /// "amplitude", "impedance", "reactance"; "unknown" for any other type.
 QString typeName(std::int16_t testType);
 /// "dB" or "Ohm"; empty for an unknown type.

@@ -83,3 +83,27 @@ TEST(SweepResult, TheObjectHoldsExtremesAndPoints)
     EXPECT_EQ(resultObject(partial)[QStringLiteral("complete")], false);
     EXPECT_FALSE(resultObject(SweepResult()).contains(QStringLiteral("lowest")));
 }
+
+TEST(SweepDifference, TheSweepThatWasAskedForIsNone)
+{
+    SweepResult result = impedance();
+    result.points = {{38000, 1, 0}, {40000, 1, 0}, {42000, 1, 0}};
+    EXPECT_EQ(differenceFrom({38000, 42000, 3, false}, {38000, 42000}, result), QString());
+    std::reverse(result.points.begin(), result.points.end());
+    EXPECT_EQ(differenceFrom({38000, 42000, 3, true}, {38000, 42000}, result), QString());
+    EXPECT_EQ(differenceFrom({38000, 42000, 3, true}, {42000, 38000}, result), QString());
+    EXPECT_EQ(differenceFrom({38000.5, 42000, 3, true}, {42000, 38000}, result), QString()) << "steps of an instrument";
+}
+
+TEST(SweepDifference, AnotherRangeDirectionOrNumberOfPointsIsTold)
+{
+    SweepResult result = impedance();
+    result.points = {{38000, 1, 0}, {40000, 1, 0}, {42000, 1, 0}};
+    EXPECT_EQ(differenceFrom({38000, 42000, 3, false}, {1000, 1000000}, result).toStdString(),
+              "The instrument swept 1 kHz to 1 MHz, not 38 kHz to 42 kHz.");
+    EXPECT_EQ(differenceFrom({38000, 42000, 3, true}, {38000, 42000}, result).toStdString(),
+              "The instrument measured from 38 kHz to 42 kHz, not 42 kHz to 38 kHz.");
+    EXPECT_EQ(differenceFrom({38000, 42000, 2, false}, {38000, 42000}, result).toStdString(),
+              "The instrument measured 3 points, not 2.");
+    EXPECT_NE(differenceFrom({38000, 42010, 3, false}, {38000, 42000}, result), QString());
+}

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/korvalink/DeviceList.h"
 
-#include "Pty.h"
-
 #include "controls/korvalink/KorvaLink.h"
 #include "controls/korvalink/MemoryTransport.h"
 #include "controls/korvalink/RuntimeDeviceSource.h"
 #include "controls/korvalink/UsbDeviceSource.h"
+#include "support/Pty.h"
 
 #include <QDir>
 #include <QFile>

@@ -2,10 +2,10 @@
 #include "controls/korvalink/SerialTransport.h"
 
 #include "FrameText.h"
-#include "Pty.h"
 
 #include "controls/korvalink/DeviceList.h"
 #include "controls/korvalink/KorvaLink.h"
+#include "support/Pty.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "controls/graph/ui/GraphView.h"
 #include "controls/korvalink/DeviceList.h"
 #include "controls/korvalink/KorvaLink.h"
 #include "controls/korvalink/MemoryTransport.h"
@@ -20,6 +21,7 @@
 #include "shell/ui/StatusBar.h"
 #include "shell/ui/frmMain.h"
 #include "support/FrameText.h"
+#include "support/Press.h"
 #include "support/RecordingMessages.h"
 
 #include <QApplication>
@@ -114,6 +116,17 @@ protected:
     {
         action(name).trigger();
         settle();
+    }
+    /// Pressed by mouse or keyboard in the window itself.
+    testing::AssertionResult pressMenu(const char* name) { return press::menu(*main, QLatin1String(name)); }
+    testing::AssertionResult pressShortcut(const char* keys)
+    {
+        return press::shortcut(*main, QKeySequence(QLatin1String(keys)));
+    }
+    testing::AssertionResult pressPopup(PenDocument* document, const QStringList& path)
+    {
+        GraphView& view = windowOf(document)->view();
+        return press::popup(view, path, view.plotArea().center());
     }
     frmDocument* windowOf(PenDocument* document) { return main->documentArea().windowOf(*document); }
 
