@@ -455,7 +455,8 @@ void GraphView::contextMenuEvent(QContextMenuEvent* event)
     openMenu(event->reason() == QContextMenuEvent::Keyboard ? mapToGlobal(plotArea().center()) : event->globalPos());
 }
 
-// The menu runs without an event loop of its own: whatever a handler does, nothing here waits on the stack.
+// The menu runs without an event loop of its own, and an entry is told of from the loop, when the menu has gone:
+// whatever a handler does, nothing here waits on the stack.
 void GraphView::openMenu(const QPoint& globalPosition)
 {
     const std::vector<graph::MenuItem>& items = m_model.properties().CustomMenu;
@@ -475,8 +476,9 @@ void GraphView::openMenu(const QPoint& globalPosition)
             action->setEnabled(m_model.CustomMenuState(item, sub) == graph::MenuNormal);
             action->setCheckable(m_model.properties().CustomMenu[static_cast<std::size_t>(item)].checked.contains(sub));
             action->setChecked(m_model.CustomMenuChecked(item, sub));
-            connect(action, &QAction::triggered, &m_model,
-                    [this, item, sub] { Q_EMIT m_model.CustomMenuClicked(item, sub); });
+            connect(
+                action, &QAction::triggered, &m_model,
+                [model = &m_model, item, sub] { Q_EMIT model->CustomMenuClicked(item, sub); }, Qt::QueuedConnection);
         };
         if (texts.size() == 1) {
             addAction(*menu, texts.constFirst(), 0);
