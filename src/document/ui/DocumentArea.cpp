@@ -55,6 +55,9 @@ void DocumentArea::showDocument(PenDocument& document)
         window->showNormal();
     }
     setActiveSubWindow(window);
+    // While another program has the keyboard the area changes its document without a word.
+    if (currentSubWindow() == window)
+        windowActivated(window);
     window->view().setFocus();
 }
 

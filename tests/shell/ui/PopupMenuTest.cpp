@@ -176,10 +176,34 @@ TEST_F(PopupMenuTest, aDialogOfThePopupOpensWhenTheMenuHasGone)
     EXPECT_TRUE(waitFor([&] { return seen; }));
 }
 
+TEST_F(PopupMenuTest, aQuickFileEntryOutlivesTheOpeningOfItsFile)
+{
+    QString one = folder.filePath(QStringLiteral("one.gzd"));
+    QString two = folder.filePath(QStringLiteral("two.gzd"));
+    ASSERT_TRUE(document->fileSavePlot(one));
+    ASSERT_TRUE(document->fileSavePlot(two));
+    document->SetFileName({});
+    main->UpdateQuickFileList(one);
+    main->UpdateQuickFileList(two);
+    settle();
+    const QPointer<QAction> entry = main->findChild<QAction*>(QStringLiteral("mnuFileMRU_1"));
+    int ended = 0;
+    QObject::connect(entry, &QAction::triggered, [&ended] { ++ended; });
+    pressMenu("&File", QStringLiteral("mnuFileMRU_1"));
+    EXPECT_TRUE(entry) << "the entry died under its own handler";
+    EXPECT_EQ(ended, 1);
+    ASSERT_EQ(main->gcolDocuments().count(), 2);
+    EXPECT_EQ(main->activeDocument()->GetFileName(), one);
+    pressMenu("&File", QStringLiteral("mnuFileMRU_1"));
+    ASSERT_EQ(main->gcolDocuments().count(), 3);
+    EXPECT_EQ(main->activeDocument()->GetFileName(), two);
+}
+
 TEST_F(PopupMenuTest, anEntryOfTheWindowMenuGoesToItsDocument)
 {
     newDocument(PenDocument::Amplitude);
     newDocument(PenDocument::Reactance);
+    ASSERT_EQ(main->gcolDocuments().count(), 3);
     pressMenu("&Window", QStringLiteral("mnuWindowDocument_1"));
     EXPECT_EQ(main->activeDocument(), document);
     pressMenu("&Window", QStringLiteral("mnuWindowDocument_3"));
