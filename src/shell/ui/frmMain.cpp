@@ -2,36 +2,14 @@
 #include "shell/ui/frmMain.h"
 
 #include "controls/korvalink/KorvaLink.h"
-#include "document/DocumentContext.h"
-#include "document/DocumentList.h"
 #include "document/PenDocument.h"
-#include "document/SystemClipboard.h"
-#include "document/ui/DocumentArea.h"
 #include "instrument/InstrumentEvents.h"
-#include "link/DeviceModule.h"
-#include "link/TestRun.h"
-#include "link/ui/DeviceWindows.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
-#include "program/CommandLine.h"
-#include "program/CommandRegistry.h"
 #include "program/ProgramState.h"
 #include "program/UserMessages.h"
-#include "shell/commands/ui/CommandSet.h"
-#include "shell/commands/ui/EditCommands.h"
-#include "shell/commands/ui/FileCommands.h"
-#include "shell/commands/ui/FileDialogs.h"
-#include "shell/commands/ui/FileOpener.h"
-#include "shell/commands/ui/HelpCommands.h"
-#include "shell/commands/ui/PenCommands.h"
-#include "shell/commands/ui/PreferencesCommands.h"
-#include "shell/commands/ui/QuickFileMenu.h"
-#include "shell/commands/ui/TestCommands.h"
-#include "shell/commands/ui/WindowCommands.h"
-#include "shell/ui/DocumentBars.h"
-#include "shell/ui/PenBar.h"
 #include "shell/ui/PopupTable.h"
-#include "shell/ui/StatusBar.h"
+#include "shell/ui/WindowParts.h"
 #include "widgets/ui/TintedIcon.h"
 #include "widgets/ui/WindowPosition.h"
 
@@ -40,8 +18,6 @@
 #include <QCloseEvent>
 #include <QDialog>
 #include <QDragEnterEvent>
-#include <QMenu>
-#include <QMenuBar>
 #include <QMimeData>
 #include <QStatusTipEvent>
 #include <QTimer>
@@ -52,81 +28,11 @@ namespace {
 constexpr int kSplashMilliseconds = 2200;
 constexpr int kPlaceOfBars = 900; // in the View menu
 
-FileOpener::Reader plotReader(DocumentList& documents)
-{
-    // What every plot file of ours begins with: the tag of self-described CBOR.
-    static const QByteArray kPlot("\xd9\xd9\xf7", 3);
-    return {[](const QByteArray& head) { return head.startsWith(kPlot); }, FileKind::isPlotFile,
-            [&documents](const QString& file) { return documents.LoadExistingDocument(file); }};
-}
-
 } // namespace
-
-/// What the window is made of, in the order in which one thing needs another.
-struct frmMain::Parts
-{
-    Parts(frmMain& window, const ShellContext& context);
-
-    CommandRegistry registry;
-    SystemClipboard clipboard;
-    FileDialogs fileDialogs;
-    DocumentContext documentContext;
-    DocumentArea& area;
-    PenBar& penBar;
-    StatusBar& statusBar;
-    QToolBar& toolBar;
-    DocumentList documents;
-    DeviceModule deviceModule;
-    TestRun testRun;
-    DeviceWindows deviceWindows;
-    DocumentBars bars;
-    FileOpener opener;
-
-    CommandContext commandContext;
-    FileCommands file;
-    EditCommands edit;
-    PenCommands pens;
-    TestCommands test;
-    WindowCommands windows;
-    HelpCommands help;
-    PreferencesCommands preferences;
-
-    CommandSet commands;
-    QuickFileMenu quickFiles;
-};
-
-frmMain::Parts::Parts(frmMain& window, const ShellContext& context)
-    : fileDialogs(window)
-    , documentContext{context.device,   context.mirror, context.state, context.preferences,
-                      context.messages, window,         &clipboard,    &fileDialogs}
-    , area(*new DocumentArea(documentContext, &window))
-    , penBar(*new PenBar(&window))
-    , statusBar(*new StatusBar(&window))
-    , toolBar(*new QToolBar(tr("Toolbar"), &window))
-    , documents(documentContext, area)
-    , deviceModule({context.device, context.mirror, context.state, context.preferences, context.messages, window})
-    , testRun(deviceModule)
-    , deviceWindows(window, deviceModule, window, registry)
-    , bars(registry, penBar, statusBar, context.device, context.state)
-    , commandContext{context, window, registry, area, documents, testRun, deviceWindows, fileDialogs, clipboard}
-    , file(commandContext, opener)
-    , edit(commandContext)
-    , pens(commandContext)
-    , test(commandContext)
-    , windows(commandContext)
-    , help(commandContext)
-    , preferences(commandContext, window)
-    , commands(window, registry, *window.menuBar(), toolBar, penBar)
-    , quickFiles(window, commands, context.preferences,
-                 [this](const QString& fileName) { documents.LoadExistingDocument(fileName); })
-{
-    opener.add(plotReader(documents));
-    windows.listDocuments(commands);
-}
 
 frmMain::frmMain(const ShellContext& context)
     : m_context(context)
-    , m_parts(std::make_unique<Parts>(*this, context))
+    , m_parts(std::make_unique<WindowParts>(*this, context))
 {
     layOut();
     followDocuments();

@@ -17,6 +17,7 @@ class PenBar;
 class PreferencesCommands;
 class StatusBar;
 class TestCommands;
+struct WindowParts;
 
 /// The main window: menu bar, toolbar, pen bar, status bar and the windows of the open documents, made of what the
 /// command classes have registered. It carries the instrument's side (DeviceModule, TestRun), whose port to the program
@@ -109,8 +110,6 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
-    struct Parts;
-
     void layOut();
     void followDocuments();
     void followInstrument();
@@ -121,7 +120,7 @@ private:
     void unload();
 
     ShellContext m_context;
-    std::unique_ptr<Parts> m_parts;
+    std::unique_ptr<WindowParts> m_parts;
     bool m_ending = false; ///< the instrument has ended the program
     bool m_unloaded = false;
 };

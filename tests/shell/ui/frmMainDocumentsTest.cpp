@@ -219,6 +219,35 @@ TEST_F(FrmMainDocumentsTest, documentsOfANewerFormatAreGuardedUnderEachCommandsT
     }
 }
 
+TEST_F(FrmMainDocumentsTest, saveAllSavesWhatItCanAndLeavesANewerFormatAlone)
+{
+    QString newer = folder.filePath(QStringLiteral("newer.gzd"));
+    QString present = folder.filePath(QStringLiteral("present.gzd"));
+    PenDocument* first = newDocument(PenDocument::Impedance);
+    ASSERT_TRUE(first->fileSavePlot(newer));
+    first->SetFileName(newer);
+    PenDocument* second = newDocument(PenDocument::Impedance);
+    ASSERT_TRUE(second->fileSavePlot(present));
+    second->SetFileName(present);
+    for (PenDocument* document : {first, second}) {
+        document->AddImpedancePoint(1000, 47, 12, 1, 0);
+        document->SetModified();
+    }
+    first->giDocumentVersion = 2;
+    QFile file(newer);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray before = file.readAll();
+    trigger("mnuFileSaveAll");
+    ASSERT_EQ(messages.shown.size(), 1U);
+    EXPECT_EQ(messages.shown[0].title, QStringLiteral("File save not possible"));
+    EXPECT_TRUE(first->gbfModified);
+    EXPECT_FALSE(second->gbfModified);
+    file.close();
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), before);
+    first->gbfModified = false;
+}
+
 TEST_F(FrmMainDocumentsTest, theQuickFileListShowsItsSeparatorOnlyWithEntries)
 {
     const auto shown = [this](const char* name) {
