@@ -299,6 +299,25 @@ TEST_F(CommandSetTest, statesAreRightWhenADocumentArrivesWhileAnotherWindowHasTh
     EXPECT_TRUE(main->tbPenBar().lblPen(0).isCurrent());
 }
 
+TEST_F(CommandSetTest, statesAreRightWhenAWindowIsActivatedBeforeItsPlotIsLoaded)
+{
+    load();
+    QString file = folder.filePath(QStringLiteral("plot.gzd"));
+    ASSERT_TRUE(newDocument(PenDocument::Impedance)->fileSavePlot(file));
+    trigger("mnuFileClose");
+    QApplication::clipboard()->clear();
+    PenDocument* document = main->gcolDocuments().LoadNewCleanDoc();
+    ASSERT_NE(document, nullptr);
+    Q_EMIT main->documentArea().subWindowActivated(windowOf(document));
+    ASSERT_TRUE(document->fileLoadPlot(file));
+    main->documentArea().showDocument(*document);
+    settle();
+    EXPECT_TRUE(action("mnuFileSave").isEnabled());
+    for (const char* name : {"mnuEditUndo", "mnuEditRedo", "mnuEditPaste"})
+        EXPECT_FALSE(action(name).isEnabled()) << name;
+    EXPECT_TRUE(action("mnuPenView").isChecked());
+}
+
 TEST_F(CommandSetTest, theKeyOfFileCloseClosesTheActiveDocument)
 {
     load();
