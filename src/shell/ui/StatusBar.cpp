@@ -22,11 +22,11 @@ struct Role
 
 constexpr std::array<Role, StatusBar::kPanels> kRoles{{
     {QT_TRANSLATE_NOOP("StatusBar", "Link or test state"), "Disconnected", true},
-    {QT_TRANSLATE_NOOP("StatusBar", "Current pen"), "10"},
+    {QT_TRANSLATE_NOOP("StatusBar", "Current pen"), "10", true},
     {QT_TRANSLATE_NOOP("StatusBar", "Start frequency"), "50000000 Hz"},
     {QT_TRANSLATE_NOOP("StatusBar", "End frequency"), "50000000 Hz"},
     {QT_TRANSLATE_NOOP("StatusBar", "Points"), "1024/1024 pts"},
-    {QT_TRANSLATE_NOOP("StatusBar", "Phase"), "Off"},
+    {QT_TRANSLATE_NOOP("StatusBar", "Phase"), "Off", true},
     {QT_TRANSLATE_NOOP("StatusBar", "Test period"), "1000 mS"},
     {QT_TRANSLATE_NOOP("StatusBar", "Idle frequency"), "1000000 Hz"},
     {QT_TRANSLATE_NOOP("StatusBar", "Sweep mode"), "Alternate"},

@@ -15,7 +15,7 @@ class QLabel;
 /// frequency, 5 points, 6 phase, 7 period, 8 idle frequency, 9 sweep mode, 10 attenuation, 11 and 12 cursor read-out.
 ///
 /// A panel's text is taken at once and shown at most once per display frame, however often it is set. In a narrow
-/// window state and read-out keep their width, the other panels end in an ellipsis. Tips have what room is
+/// window state, pen, phase and read-out keep their width, the other panels end in an ellipsis. Tips have what room is
 /// left.
 class StatusBar : public QStatusBar
 {

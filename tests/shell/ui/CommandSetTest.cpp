@@ -68,6 +68,7 @@ TEST_F(CommandSetTest, everyCommandHasTextTipHandlerAndAPlaceOfItsOwn)
         EXPECT_FALSE(command->statusTip.isEmpty()) << name;
         EXPECT_FALSE(command->statusTip.endsWith(QLatin1Char('.'))) << name;
         EXPECT_TRUE(command->handler) << name;
+        EXPECT_TRUE(action(name.c_str()).toolTip().endsWith(QLatin1Char('\n') + command->statusTip)) << name;
         const std::pair place(static_cast<int>(command->menu), command->place);
         EXPECT_FALSE(places.contains(place)) << name << " stands where another command does";
         places.insert(place);

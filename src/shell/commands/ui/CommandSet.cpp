@@ -52,13 +52,14 @@ int placeOfLine(int place)
     return place / kHundred * kHundred - 1;
 }
 
+/// Name and key, and what the command does: a narrow window has no room for that at its foot.
 QString toolTipOf(const QAction& action)
 {
-    QString plain = action.text();
-    plain.remove(QLatin1Char('&')).remove(QLatin1String("..."));
-    return action.shortcut().isEmpty()
-               ? plain
-               : QStringLiteral("%1 (%2)").arg(plain, action.shortcut().toString(QKeySequence::NativeText));
+    QString name = action.text();
+    name.remove(QLatin1Char('&')).remove(QLatin1String("..."));
+    if (!action.shortcut().isEmpty())
+        name = QStringLiteral("%1 (%2)").arg(name, action.shortcut().toString(QKeySequence::NativeText));
+    return name + QLatin1Char('\n') + action.statusTip();
 }
 
 } // namespace
