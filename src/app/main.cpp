@@ -12,6 +12,12 @@
 
 namespace {
 
+int refuse(const QString& problem)
+{
+    std::fprintf(stderr, "marrowickgraph: %s\n", qPrintable(problem));
+    return 2;
+}
+
 /// Answers what needs no display; -1 when the program shall start.
 int answerWithoutWindow(int argc, char** argv)
 {
@@ -19,10 +25,8 @@ int answerWithoutWindow(int argc, char** argv)
     for (int i = 1; i < argc; ++i)
         arguments.append(QString::fromLocal8Bit(argv[i]));
     const StartUpOptions options = StartUpOptions::parse(arguments);
-    if (!options.problem.isEmpty()) {
-        std::fprintf(stderr, "marrowickgraph: %s\n", qPrintable(options.problem));
-        return 2;
-    }
+    if (!options.problem.isEmpty())
+        return refuse(options.problem);
     if (options.help) {
         std::fputs(qPrintable(StartUpOptions::helpText()), stdout);
         return 0;
@@ -47,9 +51,14 @@ int main(int argc, char** argv)
     QApplication::setDesktopFileName(QStringLiteral("marrowickgraph"));
     QApplication::setWindowIcon(programIcon());
 
+    // The toolkit has taken its own options by now.
+    const StartUpOptions options = StartUpOptions::parse(QApplication::arguments().mid(1));
+    if (const QString unknown = options.unknownOption(); !unknown.isEmpty())
+        return refuse(unknown);
+
     FirstPaintMark mark;
     StartUp startUp;
-    startUp.run(StartUpOptions::parse(QApplication::arguments().mid(1)));
+    startUp.run(options);
     // The window may have been closed already, from a question at the start: then there is no loop to wait in.
     if (startUp.mainWindow()->isUnloaded())
         return 0;

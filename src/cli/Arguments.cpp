@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/Arguments.h"
 
-#include "program/MainModule.h"
 #include "values/Conversions.h"
 
 #include <QCoreApplication>
@@ -138,7 +137,7 @@ std::optional<double> frequencyOf(const QString& text)
     if (number.endsWith("Hz"_L1))
         number = number.chopped(2).remove(u' ');
     if (suffixed.match(number).hasMatch())
-        number = MainModule::ParseEngineeringValue(number);
+        number = values::ParseEngineeringValue(number);
     return values::strictNumber(number);
 }
 

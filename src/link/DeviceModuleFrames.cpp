@@ -4,13 +4,14 @@
 #include "controls/korvalink/KorvaLink.h"
 #include "document/ActiveDocument.h"
 #include "document/PenDocument.h"
+#include "link/SweepRecorder.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/DeviceModule.h"
 #include "link/NoticeRules.h"
 #include "prefs/Preferences.h"
-#include "program/MainModule.h"
 #include "program/ProgramState.h"
 #include "program/UserMessages.h"
+#include "program/Version.h"
 
 #include <QCoreApplication>
 #include <QPointer>
@@ -19,19 +20,6 @@
 #include <limits>
 
 namespace {
-
-
-bool flag(double number)
-{
-    return number != 0;
-}
-
-std::int16_t toInt16(std::int32_t value)
-{
-    return static_cast<std::int16_t>(std::clamp<std::int32_t>(value, std::numeric_limits<std::int16_t>::min(),
-                                                              std::numeric_limits<std::int16_t>::max()));
-}
-
 } // namespace
 
 void DeviceModule::registerOwnHandlers()
@@ -66,8 +54,8 @@ bool DeviceModule::notice(const Frame& frame)
         return false;
     const InstrumentMirror& mirror = m_context.mirror;
     const QString text = frame.text();
-    if (noticerules::isDiscarded(text, severity, mirror.dblFirmwareMajor, mirror.dblFirmwareMinor, MG_VERSION_MAJOR,
-                                 MG_VERSION_MINOR))
+    if (noticerules::isDiscarded(text, severity, mirror.dblFirmwareMajor, mirror.dblFirmwareMinor, version::majorNumber(),
+                                 version::minorNumber()))
         return true;
     if (severity == 1)
         m_context.messages.systemBox(text, UserMessages::OkOnly | UserMessages::Stop, tr("**Error"));

@@ -22,7 +22,7 @@ std::optional<QString> filteredFrequency(QStringView text);
 
 /// The frequency meant by a text: digits with at most one decimal point or comma, and at most one suffix letter, which
 /// may stand in the place of the point ("4k7", "38,5k", "2M2"). Whole hertz of 32 bits, rounded half to even, at most
-/// MainModule::kLargestParsedValue. Nothing for any other text, an empty one included.
+/// values::kLargestParsedValue. Nothing for any other text, an empty one included.
 std::optional<std::int32_t> wholeHertz(const QString& text);
 
 /// The value held between the two limits; the lower one wins where they are crossed.

@@ -8,7 +8,6 @@
 #include "link/DeviceModule.h"
 #include "link/FirmwareVersion.h"
 #include "link/Frame.h"
-#include "link/MainWindowPort.h"
 #include "values/Conversions.h"
 
 namespace {
@@ -240,9 +239,6 @@ bool StatusFrames::firmwareVersion(const Frame& frame)
     m_mirror.dblFirmwareBuild = frame.number(3);
     m_mirror.dblFirmwareBoard = frame.number(4);
     m_mirror.dblFirmwareVersion = firmwareVersionNumber(m_mirror.dblFirmwareMajor, m_mirror.dblFirmwareMinor);
-    MainWindowPort& port = m_device.context().port;
-    if (port.firmwareWizardReadsVersion())
-        port.showWizardVersion(firmwareVersionText(m_mirror));
     Q_EMIT m_events.changed(MirrorPart::Firmware);
     return true;
 }

@@ -44,6 +44,7 @@ public:
     /// The plain system message box, used for the instrument's own notices and prompts.
     virtual int systemBox(const QString& strMessage, int style, const QString& strTitle) = 0;
 
-    /// Takes down the program's own message dialogs that are on the screen; each answers as on Escape.
+    /// Takes down the program's own message dialogs that are on the screen; each gives its harmless
+    /// answer: Cancel where there is one, the second button otherwise.
     virtual void dismiss() {}
 };

@@ -141,3 +141,13 @@ TEST_F(DesktopTest, ATestAskedForOnTheCommandLineRunsToItsEnd)
     program.kill();
     program.waitForFinished(kPatience);
 }
+
+TEST_F(DesktopTest, AnOptionThatNobodyKnowsEndsItBeforeAnythingOpens)
+{
+    QProcess program;
+    start(program, {QStringLiteral("--frobnicate")}, QStringLiteral("desktop.log"));
+    ASSERT_TRUE(program.waitForFinished(10000));
+    EXPECT_EQ(program.exitCode(), 2);
+    const QByteArray said = program.readAllStandardError() + program.readAllStandardOutput();
+    EXPECT_TRUE(said.contains("There is no option --frobnicate")) << said.toStdString();
+}

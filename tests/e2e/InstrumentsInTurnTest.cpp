@@ -9,7 +9,7 @@
 #include "link/settings/ui/frmSettings.h"
 #include "prefs/SettingsStore.h"
 #include "program/ProgramState.h"
-#include "shell/ui/Commands.h"
+#include "shell/commands/ui/CommandSet.h"
 #include "shell/ui/StartUp.h"
 #include "shell/ui/frmMain.h"
 #include "support/FindControl.h"

@@ -29,8 +29,13 @@ PenDocument* DocumentArea::createDocument()
         auto* window = new frmDocument(m_context, m_state, this);
         addSubWindow(window);
         window->hide();
+        // Told from the loop, when the window may have gone by another way.
         connect(
-            window, &frmDocument::closeWanted, this, [this, window] { Q_EMIT closeWanted(&window->document()); },
+            window, &frmDocument::closeWanted, this,
+            [this, guard = QPointer<frmDocument>(window)] {
+                if (guard)
+                    Q_EMIT closeWanted(&guard->document());
+            },
             Qt::QueuedConnection);
         PenDocument* document = &window->document();
         connect(document, &PenDocument::popupCommand, this,

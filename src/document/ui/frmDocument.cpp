@@ -6,6 +6,7 @@
 
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QPointer>
 
 frmDocument::frmDocument(const DocumentContext& context, const ProgramState& state, QWidget* parent)
@@ -21,6 +22,12 @@ frmDocument::frmDocument(const DocumentContext& context, const ProgramState& sta
     m_view->installEventFilter(this);
     setWidget(m_view);
     setFocusProxy(m_view);
+    // The main window's File Close has the other key; two owners would leave it to none.
+    const auto entries = systemMenu()->actions();
+    for (QAction* entry : entries) {
+        if (entry->shortcuts().contains(QKeySequence(Qt::CTRL | Qt::Key_W)))
+            entry->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_F4));
+    }
     connect(&m_document, &PenDocument::captionChanged, this, &QWidget::setWindowTitle);
 }
 

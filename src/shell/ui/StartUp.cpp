@@ -5,7 +5,6 @@
 #include "controls/korvalink/KorvaLink.h"
 #include "document/DocumentList.h"
 #include "document/PenDocument.h"
-#include "instrument/Commands.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/TestRun.h"
 #include "prefs/Preferences.h"
@@ -14,67 +13,17 @@
 #include "program/EventSounds.h"
 #include "program/InstanceTitle.h"
 #include "program/ProgramState.h"
+#include "shell/commands/ui/FileOpener.h"
+#include "shell/commands/ui/PreferencesCommands.h"
+#include "shell/commands/ui/TestCommands.h"
 #include "shell/ui/frmMain.h"
 #include "shell/ui/frmQuorrelMessage.h"
 #include "shell/ui/frmSplash.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QPointer>
 
-StartUpOptions StartUpOptions::parse(const QStringList& arguments)
-{
-    StartUpOptions options;
-    for (qsizetype i = 0; i < arguments.size(); ++i) {
-        const QString& argument = arguments[i];
-        if (argument == QLatin1String("--help") || argument == QLatin1String("-h")) {
-            options.help = true;
-        } else if (argument == QLatin1String("--version")) {
-            options.version = true;
-        } else if (argument.startsWith(QLatin1String("--link-log="))) {
-            options.linkLogFile = argument.section(QLatin1Char('='), 1);
-        } else if (argument == QLatin1String("--link-log")) {
-            if (i + 1 == arguments.size())
-                options.problem = QCoreApplication::translate("StartUp", "--link-log needs the name of a file.");
-            else
-                options.linkLogFile = arguments[++i];
-        } else if (argument == QLatin1String("--test") || argument.startsWith(QLatin1String("--test="))) {
-            const bool apart = !argument.contains(QLatin1Char('='));
-            const QString type = !apart                     ? argument.section(QLatin1Char('='), 1)
-                                 : i + 1 < arguments.size() ? arguments[++i]
-                                                            : QString();
-            static const QStringList types{QStringLiteral("amplitude"), QStringLiteral("impedance"),
-                                           QStringLiteral("reactance")};
-            options.testType = static_cast<int>(types.indexOf(type)) + 1;
-            if (options.testType == 0)
-                options.problem =
-                    QCoreApplication::translate("StartUp", "--test needs one of amplitude, impedance, reactance.");
-        } else {
-            options.arguments.append(argument);
-        }
-    }
-    return options;
-}
-
-QString StartUpOptions::helpText()
-{
-    return QCoreApplication::translate("StartUp",
-                                       "Usage: marrowickgraph [PLOT FILE] [-rerun] [--test TYPE] [--link-log FILE]\n"
-                                       "\n"
-                                       "Draws what a T46 or DT46 analyser measures.\n"
-                                       "\n"
-                                       "  PLOT FILE         opened at the start: .gad amplitude, .gzd impedance, "
-                                       ".gxd reactance\n"
-                                       "  -rerun            the instrument runs the script that it holds\n"
-                                       "  --test TYPE       a new graph and a test into it as soon as the "
-                                       "instrument has answered:\n"
-                                       "                    amplitude, impedance or reactance\n"
-                                       "  --link-log FILE   log everything that passes the link to the instrument\n"
-                                       "  --version         print the version and end\n"
-                                       "  -h, --help        print this text and end\n"
-                                       "\n"
-                                       "The toolkit's own options, such as -style and -platform, work too.\n");
-}
+#include <cstdio>
 
 struct StartUp::Program
 {
@@ -120,13 +69,13 @@ void StartUp::run(const StartUpOptions& options)
         program.splash->showAndRefresh();
     }
 
-    const CommandLine request = CommandLine::parse(options.arguments);
-
     state.gstrInstanceTitle = settleInstanceTitle(state.gstrAppTitle, program.titles);
     program.preferences.setInstanceTitle(state.gstrInstanceTitle);
 
     state.giNewDocType = 1;
+    state.giDocumentCounter = 0;
     state.gbfPlotting = false;
+    state.gbfSuppressPrompts = false;
     state.gbfSweepActive = false;
     state.gbfScriptRunning = false;
 
@@ -144,12 +93,12 @@ void StartUp::run(const StartUpOptions& options)
     window->show();
     window->setWindowTitle(state.gstrInstanceTitle);
 
-    window->tellDamagedSettings();
+    window->preferencesCommands().tellDamagedSettings();
     if (!log)
         program.messages.message(log.sentence(), UserMessages::OkOnly | UserMessages::Exclamation,
                                  frmMain::tr("Link log"));
     if (!window->isUnloaded())
-        actOnCommandLine(request);
+        actOnCommandLine(options.arguments);
     if (window && !window->isUnloaded() && options.testType != 0)
         startTest(options.testType);
 }
@@ -157,10 +106,12 @@ void StartUp::run(const StartUpOptions& options)
 void StartUp::startTest(int testType)
 {
     constexpr int kRounds = 400; // two seconds at most for the instrument's answer
-    ProgramState& state = m_program->state;
-    const QPointer<frmMain> window = m_program->main.get();
+    Program& program = *m_program;
+    ProgramState& state = program.state;
+    const QPointer<frmMain> window = program.main.get();
     for (int round = 0; round < kRounds && !state.gbfDeviceReady; ++round) {
-        window->waitRounds(1, 5);
+        program.device.Wait(5);
+        window->processEvents();
         if (!window || window->isUnloaded())
             return;
     }
@@ -173,37 +124,38 @@ void StartUp::startTest(int testType)
     window->testRun().mnuTestStart_Click();
 }
 
-void StartUp::actOnCommandLine(const CommandLine& request)
+void StartUp::actOnCommandLine(const QStringList& arguments)
 {
     const QPointer<frmMain> window = m_program->main.get();
-    if (request.plotFile) {
-        for (const QString& file : filesToOpen(request)) {
-            window->gcolDocuments().LoadExistingDocument(file);
-            if (window->isUnloaded())
-                return;
-        }
+    const auto files = filesToOpen(arguments, window->fileOpener());
+    for (const QString& file : files) {
+        // A word that is no file and looks like none asks for nothing; who typed it may see why nothing happens.
+        if (!window->fileOpener().isKnown(file))
+            std::fprintf(stderr, "marrowickgraph: there is no file %s\n", qPrintable(file));
+        window->fileOpener().open(file);
+        if (!window || window->isUnloaded())
+            return;
     }
-    if (request.rerun) {
-        KorvaLink& device = m_program->device;
-        if (!device.Connected()) {
-            window->mnuTestDevice_Click();
-            window->waitRounds(50, 5);
-        }
-        window->waitRounds(50, 5);
-        window->unloadSettings();
-        m_program->state.gbfScriptRunning = true;
-        device.Write(command::run());
-        window->processEvents();
-    }
+    if (CommandLine::parse(arguments).rerun)
+        window->testCommands().reRunAtStart();
 }
 
-QStringList StartUp::filesToOpen(const CommandLine& request)
+QStringList StartUp::filesToOpen(const QStringList& arguments, const FileOpener& opener)
 {
+    QStringList names;
+    for (const QString& argument : arguments) {
+        if (argument.compare(QLatin1String("-rerun"), Qt::CaseInsensitive) != 0)
+            names.append(QString(argument).remove(QLatin1Char('"')));
+    }
     // The line as a whole is the name, blanks and all. Only where there is no such file the words are names of their
     // own.
-    QStringList names{request.strFileName};
-    if (!QFileInfo::exists(request.strFileName) && request.files.size() > 1)
-        names = request.files;
+    const QString whole = names.join(QLatin1Char(' '));
+    const bool oneIsThere =
+        std::any_of(names.cbegin(), names.cend(), [](const QString& name) { return QFileInfo(name).isFile(); });
+    const bool allAreFiles =
+        std::all_of(names.cbegin(), names.cend(), [&opener](const QString& name) { return opener.isKnown(name); });
+    if (QFileInfo::exists(whole) || (!oneIsThere && !allAreFiles && !whole.isEmpty()))
+        names = {whole};
     // A relative name means the folder that the program was started from; a document keeps the full path.
     for (QString& name : names) {
         if (const QFileInfo file(name); file.exists())

@@ -17,30 +17,32 @@ struct Role
 {
     const char* name;
     const char* widest; ///< a text that the panel should show without cutting
+    bool keepsWidth = false;
 };
 
 constexpr std::array<Role, StatusBar::kPanels> kRoles{{
-    {QT_TRANSLATE_NOOP("StatusBar", "Link or test state"), "Disconnected"},
-    {QT_TRANSLATE_NOOP("StatusBar", "Current pen"), "10"},
+    {QT_TRANSLATE_NOOP("StatusBar", "Link or test state"), "Disconnected", true},
+    {QT_TRANSLATE_NOOP("StatusBar", "Current pen"), "10", true},
     {QT_TRANSLATE_NOOP("StatusBar", "Start frequency"), "50000000 Hz"},
     {QT_TRANSLATE_NOOP("StatusBar", "End frequency"), "50000000 Hz"},
     {QT_TRANSLATE_NOOP("StatusBar", "Points"), "1024/1024 pts"},
-    {QT_TRANSLATE_NOOP("StatusBar", "Phase"), "Off"},
+    {QT_TRANSLATE_NOOP("StatusBar", "Phase"), "Off", true},
     {QT_TRANSLATE_NOOP("StatusBar", "Test period"), "1000 mS"},
     {QT_TRANSLATE_NOOP("StatusBar", "Idle frequency"), "1000000 Hz"},
     {QT_TRANSLATE_NOOP("StatusBar", "Sweep mode"), "Alternate"},
     {QT_TRANSLATE_NOOP("StatusBar", "Attenuation"), "-60 dB"},
-    {QT_TRANSLATE_NOOP("StatusBar", "Cursor X"), "X: 1000000.5 Hz"},
-    {QT_TRANSLATE_NOOP("StatusBar", "Cursor Y"), "Y: -123.45678 Ohms"},
+    {QT_TRANSLATE_NOOP("StatusBar", "Cursor X"), "X: 1000000.5 Hz", true},
+    {QT_TRANSLATE_NOOP("StatusBar", "Cursor Y"), "Y: -123.45678 Ohms", true},
 }};
 
 /// A sunken field that keeps its width whatever it shows, and ends a text that does not fit with an ellipsis.
 class Panel : public QLabel
 {
 public:
-    Panel(QString widest, QWidget* parent)
+    Panel(QString widest, bool keepsWidth, QWidget* parent)
         : QLabel(parent)
         , m_widest(std::move(widest))
+        , m_keepsWidth(keepsWidth)
     {
         setTextFormat(Qt::PlainText);
         setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
@@ -54,7 +56,6 @@ public:
     {
         return {m_keepsWidth ? sizeHint().width() : fontMetrics().averageCharWidth() * 2, sizeHint().height()};
     }
-    void setKeepsWidth() { m_keepsWidth = true; }
 
 protected:
     void paintEvent(QPaintEvent*) override
@@ -73,27 +74,56 @@ protected:
 private:
     static constexpr int kMargin = 8;
     QString m_widest;
-    bool m_keepsWidth = false;
+    bool m_keepsWidth;
+};
+
+/// Takes the room that is left, however long its text.
+class Tip : public QLabel
+{
+public:
+    explicit Tip(QWidget* parent)
+        : QLabel(parent)
+    {
+        setObjectName(QStringLiteral("tip"));
+        setTextFormat(Qt::PlainText);
+        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    }
+    QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        painter.setPen(palette().color(QPalette::Active, QPalette::WindowText));
+        const QRect field = rect().adjusted(4, 0, -4, 0);
+        painter.drawText(field, Qt::AlignVCenter | Qt::AlignLeft,
+                         fontMetrics().elidedText(text(), Qt::ElideRight, field.width()));
+    }
 };
 
 } // namespace
 
 StatusBar::StatusBar(QWidget* parent)
     : QStatusBar(parent)
+    , m_tip(new Tip(this))
 {
     setObjectName(QStringLiteral("sbStatusBar"));
     for (int i = 0; i < kPanels; ++i) {
         const Role& role = kRoles[static_cast<std::size_t>(i)];
-        auto* panel = new Panel(QLatin1String(role.widest), this);
+        auto* panel = new Panel(QLatin1String(role.widest), role.keepsWidth, this);
         const QString name = QCoreApplication::translate("StatusBar", role.name);
         panel->setObjectName(QStringLiteral("panel_%1").arg(i + 1));
         panel->setToolTip(name);
         panel->setAccessibleName(name);
-        if (i == 0)
-            panel->setKeepsWidth(); // in a small window the state of the link is what must stay readable
-        addWidget(panel, i == 0 || i >= 10 ? 1 : 0);
+        addWidget(panel, i >= 10 ? 1 : 0);
         m_labels[static_cast<std::size_t>(i)] = panel;
     }
+    addWidget(m_tip, 2);
+}
+
+void StatusBar::showTip(const QString& text)
+{
+    m_tip->setText(text);
 }
 
 void StatusBar::setPanel(int index, std::string_view text)

@@ -2,23 +2,15 @@
 #include "shell/ui/frmMain.h"
 
 #include "controls/korvalink/KorvaLink.h"
-#include "document/DocumentList.h"
 #include "document/PenDocument.h"
-#include "document/QuickFileList.h"
-#include "document/SystemClipboard.h"
-#include "document/ui/DocumentArea.h"
+#include "instrument/InstrumentEvents.h"
 #include "instrument/InstrumentMirror.h"
-#include "link/DeviceModule.h"
-#include "link/TestRun.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
-#include "program/CommandLine.h"
 #include "program/ProgramState.h"
 #include "program/UserMessages.h"
-#include "shell/ui/Commands.h"
-#include "shell/ui/FileDialogs.h"
-#include "shell/ui/PenBar.h"
-#include "shell/ui/StatusBar.h"
+#include "shell/ui/PopupTable.h"
+#include "shell/ui/WindowParts.h"
 #include "widgets/ui/TintedIcon.h"
 #include "widgets/ui/WindowPosition.h"
 
@@ -27,115 +19,104 @@
 #include <QCloseEvent>
 #include <QDialog>
 #include <QDragEnterEvent>
-#include <QMenu>
-#include <QMenuBar>
 #include <QMimeData>
+#include <QStatusTipEvent>
 #include <QTimer>
 #include <QToolBar>
 
 namespace {
 
 constexpr int kSplashMilliseconds = 2200;
+constexpr int kPlaceOfBars = 900; // in the View menu
 
 } // namespace
 
 frmMain::frmMain(const ShellContext& context)
     : m_context(context)
-    , m_clipboard(std::make_unique<SystemClipboard>())
-    , m_fileDialogs(std::make_unique<FileDialogs>(*this))
-    , m_plotSource(context.device, context.mirror, context.state)
-    , m_documentContext{context.preferences, context.messages,   m_plotSource, m_active,
-                        m_clipboard.get(),   m_fileDialogs.get()}
-    , m_commands(std::make_unique<CommandSet>(*this))
-    , m_area(new DocumentArea(m_documentContext, context.state, m_active, this))
-    , m_penBar(new PenBar(this))
-    , m_statusBar(new StatusBar(this))
-    , m_documents(std::make_unique<DocumentList>(m_documentContext, context.state, *m_area))
-    , m_quickFiles(std::make_unique<QuickFileList>(context.preferences))
-    , m_deviceModule(std::make_unique<DeviceModule>(LinkContext{
-          context.device, context.mirror, context.state, context.preferences, context.messages, *this, m_active}))
-    , m_testRun(std::make_unique<TestRun>(*m_deviceModule))
+    , m_parts(std::make_unique<WindowParts>(*this, context))
+{
+    layOut();
+    followDocuments();
+    followInstrument();
+    m_parts->statusBar.setPanel(1, tr("Disconnected").toStdString());
+    m_parts->bars.setDocument(nullptr);
+}
+
+frmMain::~frmMain()
+{
+    // Documents and dialogs use parts of this window, which would go before its child widgets do.
+    disconnect(&m_parts->area, nullptr, this, nullptr);
+    qDeleteAll(findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly));
+    delete &m_parts->area;
+}
+
+void frmMain::layOut()
 {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(m_context.state.gstrInstanceTitle);
     setWindowIcon(programIcon());
     setAcceptDrops(true);
-    setCentralWidget(m_area);
-    setStatusBar(m_statusBar);
-    buildMenus();
+    setCentralWidget(&m_parts->area);
+    setStatusBar(&m_parts->statusBar);
 
-    connect(&m_active, &ActiveDocument::changed, this, &frmMain::documentActivated);
-    connect(m_area, &DocumentArea::documentCreated, this, &frmMain::documentCreated);
-    m_area->mayClose = [this] { return !m_context.state.gbfPlotting || !QuestionTestCancel(); };
-    connect(&m_deviceModule->events(), &InstrumentEvents::plottingChanged, m_penBar,
-            [this](bool plotting) { m_penBar->setEnabled(!plotting); });
-    connect(&m_deviceModule->events(), &InstrumentEvents::changed, this, [this](MirrorPart part) {
-        if (part == MirrorPart::Repeat)
-            m_commands->action("mnuTestRepeat").setChecked(m_context.mirror.bfRepeat);
-    });
-    connect(m_area, &DocumentArea::closeWanted, this, [this](PenDocument* document) { closeDocument(*document); });
-    connect(m_area, &DocumentArea::popupCommand, this, &frmMain::popupCommand);
-    connect(m_area, &DocumentArea::cursorRead, this, [this](const QString& x, const QString& y) {
-        m_statusBar->setPanel(11, x.toStdString());
-        m_statusBar->setPanel(12, y.toStdString());
-    });
-    connect(m_windowMenu, &QMenu::aboutToShow, this, &frmMain::rebuildWindowMenu);
-    connect(m_penBar, &PenBar::penSelected, this, [this](int pen) {
+    QToolBar& toolBar = m_parts->toolBar;
+    toolBar.setObjectName(QStringLiteral("tbToolBar"));
+    addToolBar(Qt::TopToolBarArea, &toolBar);
+    addToolBarBreak(Qt::TopToolBarArea);
+    addToolBar(Qt::TopToolBarArea, &m_parts->penBar);
+    m_parts->commands.insert(Command::Menu::View, kPlaceOfBars, *toolBar.toggleViewAction());
+    m_parts->commands.insert(Command::Menu::View, kPlaceOfBars + 1, *m_parts->penBar.toggleViewAction());
+}
+
+void frmMain::followDocuments()
+{
+    DocumentArea* area = &m_parts->area;
+    connect(&m_parts->active, &ActiveDocument::changed, this, &frmMain::documentActivated);
+    connect(area, &DocumentArea::documentCreated, this, &frmMain::documentCreated);
+    area->mayClose = [this] { return !m_parts->commandContext.testGoesOn(); };
+    connect(area, &DocumentArea::closeWanted, this,
+            [this](PenDocument* document) { m_parts->file.closeDocument(*document); });
+    connect(area, &DocumentArea::popupCommand, this, &frmMain::runPopupEntry);
+    connect(area, &DocumentArea::cursorRead, this,
+            [this](const QString& x, const QString& y) { m_parts->bars.showCursor(x, y); });
+
+    PenBar* penBar = &m_parts->penBar;
+    connect(penBar, &PenBar::penSelected, this, [this](int pen) {
         if (PenDocument* document = activeDocument())
             document->setCurrentPen(pen);
     });
-    connect(m_penBar, &PenBar::penColourWanted, this, &frmMain::penColourWanted);
+    connect(penBar, &PenBar::penColourWanted, &m_parts->pens, &PenCommands::choosePenColour);
+    connect(&m_parts->pens, &PenCommands::coloursChanged, this, [this] { m_parts->bars.refresh(); });
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, [this] {
         if (PenDocument* document = activeDocument())
             document->SniffClipboardData();
     });
-    m_statusBar->setPanel(1, tr("Disconnected").toStdString());
-    m_statusBar->setPanel(2, "1");
-    frmMain::defaultToolBars();
 }
 
-frmMain::~frmMain()
+void frmMain::followInstrument()
 {
-    // Documents and dialogs use members of this window, which would go before its child widgets do.
-    disconnect(m_area, nullptr, this, nullptr);
-    qDeleteAll(findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly));
-    delete m_area;
+    const auto update = [this] { m_parts->bars.updateConditions(); };
+    connect(&m_parts->deviceModule.events(), &InstrumentEvents::connected, this, update);
+    connect(&m_parts->deviceModule.events(), &InstrumentEvents::lost, this, update);
+    connect(&m_parts->deviceModule.events(), &InstrumentEvents::plottingChanged, this,
+            [this](bool plotting) { m_parts->bars.setTestRuns(plotting); });
+    connect(&m_parts->deviceModule.events(), &InstrumentEvents::changed, this, [this](MirrorPart part) {
+        if (part == MirrorPart::Repeat)
+            m_parts->registry.setChecked("mnuTestRepeat", m_context.mirror.bfRepeat);
+    });
 }
 
-void frmMain::buildMenus()
-{
-    m_fileMenu = menuBar()->addMenu(tr("&File"));
-    m_commands->fillMenu(*m_fileMenu, Command::Menu::File);
-    m_commands->fillMenu(*menuBar()->addMenu(tr("&Edit")), Command::Menu::Edit);
-    QMenu* view = menuBar()->addMenu(tr("&View"));
-    m_commands->fillMenu(*view, Command::Menu::View);
-    m_commands->fillMenu(*menuBar()->addMenu(tr("&Test")), Command::Menu::Test);
-    m_windowMenu = menuBar()->addMenu(tr("&Window"));
-    m_commands->fillMenu(*m_windowMenu, Command::Menu::Window);
-    m_commands->fillMenu(*menuBar()->addMenu(tr("&Help")), Command::Menu::Help);
-
-    auto* toolBar = new QToolBar(tr("Toolbar"), this);
-    toolBar->setObjectName(QStringLiteral("tbToolBar"));
-    m_commands->fillToolBar(*toolBar, toolBarButtons());
-    addToolBar(Qt::TopToolBarArea, toolBar);
-    m_commands->fillToolBar(*m_penBar, penBarButtons());
-    addToolBarBreak(Qt::TopToolBarArea);
-    addToolBar(Qt::TopToolBarArea, m_penBar);
-
-    view->addSeparator();
-    view->addAction(toolBar->toggleViewAction());
-    view->addAction(m_penBar->toggleViewAction());
-}
+// Load and unload -----------------------------------------------------------------------------------------------------
 
 void frmMain::load(const std::function<void()>& takeSplashDown)
 {
+    const Preferences& preferences = m_context.preferences;
     m_context.state.gbfPlotting = false;
-    m_context.device.SetTestMode(m_context.preferences.value(options::kTestSchedule) ? 1 : 0);
+    m_context.device.SetTestMode(preferences.value(options::kTestSchedule) ? 1 : 0);
     restorePosition();
-    if (!boolArePathsSet())
-        askForPaths();
+    m_parts->preferences.checkAtStart();
     penInitialise();
-    UpdateQuickFileList({});
+    m_parts->quickFiles.UpdateQuickFileList({});
     if (m_context.state.gbfSplashShown) {
         m_context.device.Wait(kSplashMilliseconds);
         showPainted();
@@ -143,8 +124,8 @@ void frmMain::load(const std::function<void()>& takeSplashDown)
     } else {
         showPainted();
     }
-    m_deviceModule->DeviceInitialise();
-    if (m_context.preferences.value(options::kPromptDevice))
+    m_parts->deviceModule.DeviceInitialise();
+    if (preferences.value(options::kPromptDevice))
         mnuTestDevice_Click();
     else
         OpenFirstDeviceFound();
@@ -182,26 +163,6 @@ void frmMain::SaveMainWindowPosition()
     }
 }
 
-bool frmMain::OpenFirstDeviceFound()
-{
-    return m_testRun->OpenFirstDeviceFound();
-}
-
-void frmMain::showMessage(const QString& strMessage, int style, const QString& strTitle)
-{
-    m_context.messages.message(strMessage, style, strTitle);
-}
-
-void frmMain::processEvents()
-{
-    QApplication::processEvents();
-}
-
-void frmMain::setPanel(int index, std::string_view text)
-{
-    m_statusBar->setPanel(index, text);
-}
-
 void frmMain::endProgram()
 {
     // The instrument's word is final: no question is asked, but the unload sequence runs as always.
@@ -219,7 +180,7 @@ void frmMain::closeEvent(QCloseEvent* event)
         return;
     }
     const QPointer<frmMain> self(this);
-    if (!closeDocumentsForExit()) {
+    if (!m_ending && !m_parts->documents.CloseAll()) {
         event->ignore();
         return;
     }
@@ -232,13 +193,25 @@ void frmMain::closeEvent(QCloseEvent* event)
 void frmMain::unload()
 {
     m_unloaded = true;
-    m_deviceModule->DeviceSaveSettings();
+    m_parts->deviceModule.DeviceSaveSettings();
     m_context.device.Close();
     SaveMainWindowPosition();
     processEvents();
     unloadDeviceWindows();
     unloadDeviceChooser();
     Q_EMIT unloaded();
+}
+
+// Events --------------------------------------------------------------------------------------------------------------
+
+bool frmMain::event(QEvent* event)
+{
+    // A tip has a place of its own: the panels are a measurement's and stay.
+    if (event->type() == QEvent::StatusTip) {
+        m_parts->statusBar.showTip(static_cast<QStatusTipEvent*>(event)->tip());
+        return true;
+    }
+    return QMainWindow::event(event);
 }
 
 void frmMain::keyPressEvent(QKeyEvent* event)
@@ -272,16 +245,200 @@ void frmMain::dropEvent(QDropEvent* event)
     event->acceptProposedAction();
     // The program that the files come from waits until the drop is over; questions about them must not hold it up.
     QTimer::singleShot(0, this, [this, files] {
+        const QPointer<frmMain> self(this);
         for (const QString& file : files) {
-            if (m_unloaded)
+            if (!self || m_unloaded)
                 return;
-            OpenFromCommand(file);
+            m_parts->opener.open(file);
         }
     });
 }
 
-void frmMain::OpenFromCommand(const QString& strFileName)
+void frmMain::documentCreated(PenDocument* document)
 {
-    if (FileKind::isPlotFile(strFileName))
-        m_documents->LoadExistingDocument(strFileName);
+    connect(document, &PenDocument::fileUsed, this,
+            [this](const QString& fileName) { m_parts->quickFiles.UpdateQuickFileList(fileName); });
+    const auto refresh = [this, document] { m_parts->bars.refresh(*document); };
+    connect(document, &PenDocument::pensChanged, this, refresh);
+    connect(document, &PenDocument::viewChanged, this, refresh);
+    connect(document, &PenDocument::zoomChanged, this, refresh);
+    connect(document, &PenDocument::canPasteChanged, this, refresh);
+}
+
+void frmMain::documentActivated(PenDocument* document)
+{
+    m_parts->bars.setDocument(document);
+    m_parts->bars.showCursor({}, {});
+    if (document)
+        document->SniffClipboardData();
+}
+
+void frmMain::runPopupEntry(PenDocument* document, int number)
+{
+    // The popup belongs to the document under the mouse, the commands to the active one: they are the same once it
+    // shows.
+    const QPointer<PenDocument> wanted(document);
+    m_parts->area.showDocument(*document);
+    const Command* command = popupCommand(m_parts->registry, number);
+    if (wanted && wanted == activeDocument() && command)
+        m_parts->registry.trigger(command->name);
+}
+
+void frmMain::buttonClick(const QString& key)
+{
+    if (const Command* command = m_parts->registry.findButton(key))
+        m_parts->registry.trigger(command->name);
+}
+
+// Parts ---------------------------------------------------------------------------------------------------------------
+
+DeviceModule& frmMain::deviceModule() const
+{
+    return m_parts->deviceModule;
+}
+
+TestRun& frmMain::testRun() const
+{
+    return m_parts->testRun;
+}
+
+DocumentList& frmMain::gcolDocuments() const
+{
+    return m_parts->documents;
+}
+
+DocumentArea& frmMain::documentArea() const
+{
+    return m_parts->area;
+}
+
+StatusBar& frmMain::sbStatusBar() const
+{
+    return m_parts->statusBar;
+}
+
+PenBar& frmMain::tbPenBar() const
+{
+    return m_parts->penBar;
+}
+
+CommandRegistry& frmMain::registry() const
+{
+    return m_parts->registry;
+}
+
+CommandSet& frmMain::commands() const
+{
+    return m_parts->commands;
+}
+
+const FileOpener& frmMain::fileOpener() const
+{
+    return m_parts->opener;
+}
+
+PreferencesCommands& frmMain::preferencesCommands() const
+{
+    return m_parts->preferences;
+}
+
+TestCommands& frmMain::testCommands() const
+{
+    return m_parts->test;
+}
+
+// What the parts ask of the window ------------------------------------------------------------------------------------
+
+bool frmMain::boolArePathsSet()
+{
+    return m_parts->preferences.boolArePathsSet();
+}
+
+bool frmMain::OpenFirstDeviceFound()
+{
+    return m_parts->testRun.OpenFirstDeviceFound();
+}
+
+void frmMain::penInitialise()
+{
+    m_parts->pens.penInitialise();
+}
+
+void frmMain::setPenLabelColour(int iPen, std::uint32_t lColour, std::uint32_t)
+{
+    m_parts->penBar.setColour(iPen, lColour);
+}
+
+void frmMain::graphSetTickColour(std::uint32_t lColour)
+{
+    if (PenDocument* document = activeDocument())
+        document->graphSetTickColour(lColour);
+}
+
+QRect frmMain::clientArea() const
+{
+    return isVisible() ? QRect(mapToGlobal(QPoint(0, 0)), size()) : QRect();
+}
+
+PenDocument* frmMain::LoadNewDoc()
+{
+    PenDocument* document = m_parts->documents.LoadNewDoc();
+    if (document)
+        m_parts->area.showDocument(*document);
+    return document;
+}
+
+void frmMain::showDocument(PenDocument& document)
+{
+    m_parts->area.showDocument(document);
+}
+
+void frmMain::addFunctionKeys(QWidget& window)
+{
+    m_parts->commands.addFunctionKeys(window);
+}
+
+PenDocument* frmMain::activeDocument() const
+{
+    return m_parts->active.get();
+}
+
+void frmMain::processEvents()
+{
+    QApplication::processEvents();
+}
+
+void frmMain::setPanel(int index, std::string_view text)
+{
+    m_parts->statusBar.setPanel(index, text);
+}
+
+void frmMain::fileNew()
+{
+    m_parts->file.mnuFileNew_Click();
+}
+
+void frmMain::mnuTestDevice_Click()
+{
+    m_parts->deviceWindows.mnuTestDevice_Click();
+}
+
+void frmMain::mnuWindowCloseAll_Click()
+{
+    m_parts->documents.CloseAll();
+}
+
+void frmMain::showSettings()
+{
+    m_parts->deviceWindows.showSettings();
+}
+
+void frmMain::unloadDeviceChooser()
+{
+    m_parts->deviceWindows.unloadDeviceChooser();
+}
+
+void frmMain::unloadDeviceWindows()
+{
+    m_parts->deviceWindows.unloadDeviceWindows();
 }

@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -70,10 +71,19 @@ QList<frmQuorrelMessage::Button> frmQuorrelMessage::buttonSet(int style)
     }
 }
 
-int frmQuorrelMessage::escapeReply(int style)
+int frmQuorrelMessage::harmlessButton(const QList<Button>& buttons)
+{
+    for (int i = 0; i < buttons.size(); ++i) {
+        if (buttons[i].reply == UserMessages::ReplyCancel)
+            return i;
+    }
+    return buttons.size() > 1 ? 1 : 0;
+}
+
+int frmQuorrelMessage::harmlessReply(int style)
 {
     const QList<Button> buttons = buttonSet(style);
-    return buttons[buttons.size() > 1 ? 1 : 0].reply;
+    return buttons[harmlessButton(buttons)].reply;
 }
 
 int frmQuorrelMessage::message(QWidget* objOwner, const QString& strMessage, int style, const QString& strTitle,
@@ -82,10 +92,10 @@ int frmQuorrelMessage::message(QWidget* objOwner, const QString& strMessage, int
     const QPointer<frmQuorrelMessage> box = new frmQuorrelMessage(objOwner, strMessage, style, strTitle, sounds);
     box->exec();
     if (box.isNull())
-        return escapeReply(style);
+        return harmlessReply(style);
     const int reply = box->reply();
     delete box;
-    return reply == UserMessages::ReplyNone ? escapeReply(style) : reply;
+    return reply == UserMessages::ReplyNone ? harmlessReply(style) : reply;
 }
 
 frmQuorrelMessage::frmQuorrelMessage(QWidget* objOwner, const QString& strMessage, int style, const QString& strTitle,
@@ -229,6 +239,17 @@ void frmQuorrelMessage::reject()
     btnCommands_Click(m_buttons.size() > 1 ? 1 : 0);
 }
 
+void frmQuorrelMessage::answerHarmlessly()
+{
+    btnCommands_Click(harmlessButton(m_buttons));
+}
+
+void frmQuorrelMessage::closeEvent(QCloseEvent* event)
+{
+    answerHarmlessly();
+    event->accept();
+}
+
 void frmQuorrelMessage::copyText()
 {
     const QString selected = txtMessage->textCursor().selection().toPlainText();
@@ -324,13 +345,13 @@ int QuorrelMessages::systemBox(const QString& strMessage, int style, const QStri
     box->setTextFormat(Qt::PlainText);
     const int pressed = box->exec();
     if (box.isNull())
-        return frmQuorrelMessage::escapeReply(style);
+        return frmQuorrelMessage::harmlessReply(style);
     delete box;
     for (const Choice& choice : kChoices) {
         if (choice.button == pressed)
             return choice.reply;
     }
-    return frmQuorrelMessage::escapeReply(style);
+    return frmQuorrelMessage::harmlessReply(style);
 }
 
 void QuorrelMessages::dismiss()
@@ -338,6 +359,6 @@ void QuorrelMessages::dismiss()
     const QWidgetList windows = QApplication::topLevelWidgets();
     for (QWidget* const window : windows) {
         if (auto* const box = qobject_cast<frmQuorrelMessage*>(window); box != nullptr && box->isVisible())
-            box->reject();
+            box->answerHarmlessly();
     }
 }

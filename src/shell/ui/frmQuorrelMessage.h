@@ -17,16 +17,17 @@ class QTextEdit;
 /// The program's own message box. A style is a button set (its remainder by 16) and an icon (its sixteenth part): stop,
 /// question, exclamation, information; from 5 up no icon.
 ///
-/// Enter presses the first button unless another has the focus, Escape and the window's close box the second; with one
-/// button both press that. The text is plain, wraps, scrolls when it is long and can be selected; the copy key copies
-/// it whole when nothing is selected.
+/// Enter presses the first button unless another has the focus, Escape the second; with one button both press that. The
+/// window's close box, dismissal and the end of the owner are no answer of the user's: they give the harmless one,
+/// Cancel where there is one and the second button otherwise. The text is plain, wraps, scrolls when it is long and can
+/// be selected; the copy key copies it whole when nothing is selected.
 class frmQuorrelMessage : public QDialog
 {
     Q_OBJECT
 
 public:
     /// Shows the message modally over the owner (null: over the active window) and returns the reply. When the owner
-    /// goes down with the message on the screen, the reply is that of Escape.
+    /// goes down with the message on the screen, the reply is the harmless one.
     static int message(QWidget* objOwner, const QString& strMessage, int style, const QString& strTitle,
                        EventSounds* sounds = nullptr);
 
@@ -35,12 +36,14 @@ public:
 
     /// The button pressed; ReplyNone as long as none was.
     int reply() const { return m_reply; }
-    /// What Escape answers.
-    static int escapeReply(int style);
+    static int harmlessReply(int style);
+    void answerHarmlessly();
 
+    /// Escape.
     void reject() override;
 
 protected:
+    void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -52,6 +55,7 @@ private:
         int reply;
     };
     static QList<Button> buttonSet(int style);
+    static int harmlessButton(const QList<Button>& buttons);
 
     void setupformlayout(int intNum);
     void setCommandButtons();

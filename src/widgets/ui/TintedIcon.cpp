@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QPalette>
 #include <QPixmapCache>
+#include <QRegularExpression>
 #include <QSvgRenderer>
 
 static void initialiseIconResource()
@@ -40,8 +41,12 @@ public:
 
     QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override
     {
-        const QString key =
-            QStringLiteral("icon/%1/%2x%3/%4").arg(m_name).arg(size.width()).arg(size.height()).arg(tint(mode).rgba());
+        const QString key = QStringLiteral("icon/%1/%2x%3/%4/%5")
+                                .arg(m_name)
+                                .arg(size.width())
+                                .arg(size.height())
+                                .arg(tint(mode).rgba())
+                                .arg(static_cast<int>(mode));
         QPixmap pixmap;
         if (QPixmapCache::find(key, &pixmap))
             return pixmap;
@@ -60,6 +65,9 @@ public:
     bool isNull() override { return m_drawing.isEmpty(); }
 
 private:
+    /// Highlighted entries of a menu and buttons under the mouse ask for the same mode.
+    static bool isHighlighted(QIcon::Mode mode) { return mode == QIcon::Active || mode == QIcon::Selected; }
+
     static QColor tint(QIcon::Mode mode)
     {
         const QPalette palette = QGuiApplication::palette();
@@ -73,7 +81,13 @@ private:
     void render(QPainter& painter, const QRect& rect, QIcon::Mode mode) const
     {
         QByteArray drawing = m_drawing;
-        drawing.replace("currentColor", tint(mode).name(QColor::HexRgb).toLatin1());
+        const QByteArray colour = tint(mode).name(QColor::HexRgb).toLatin1();
+        // A second colour may be that of the highlight itself: there the glyph is drawn in one.
+        if (isHighlighted(mode) && drawing.contains("currentColor")) {
+            static const QRegularExpression kFixedColour(QStringLiteral("#[0-9A-Fa-f]{6}"));
+            drawing = QString::fromUtf8(drawing).replace(kFixedColour, QString::fromLatin1(colour)).toUtf8();
+        }
+        drawing.replace("currentColor", colour);
         QSvgRenderer renderer(drawing);
         painter.save();
         painter.setRenderHint(QPainter::Antialiasing);

@@ -16,7 +16,7 @@
 #include "prefs/SettingsStore.h"
 #include "program/ProgramState.h"
 #include "program/UserMessages.h"
-#include "shell/ui/Commands.h"
+#include "shell/commands/ui/CommandSet.h"
 #include "shell/ui/PenBar.h"
 #include "shell/ui/StatusBar.h"
 #include "shell/ui/frmMain.h"

@@ -33,5 +33,5 @@ TEST_F(PressedCommandsTest, aShortcutActsOnTheActiveDocument)
     QApplication::clipboard()->clear();
     EXPECT_TRUE(pressShortcut("Ctrl+C"));
     EXPECT_TRUE(QApplication::clipboard()->text().contains(QLatin1String("1000")));
-    document->gbfModified = false;
+    document->setModified(false);
 }

@@ -2,6 +2,7 @@
 #include "shell/ui/StartUp.h"
 
 #include "document/DocumentList.h"
+#include "document/PenDocument.h"
 #include "link/ui/frmDevice.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
@@ -14,6 +15,7 @@
 #include <QLabel>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextEdit>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -33,6 +35,8 @@ protected:
             QWidget* modal = QApplication::activeModalWidget();
             if (!modal)
                 return;
+            if (const auto* shown = modal->findChild<QTextEdit*>())
+                text = shown->toPlainText();
             seen << QString::fromLatin1(modal->metaObject()->className()) + QLatin1Char(':') + modal->windowTitle();
             QTest::keyClick(modal, Qt::Key_Escape);
         });
@@ -49,7 +53,22 @@ protected:
     QTemporaryDir folder;
     SettingsStore store{folder.path()};
     Preferences preferences{store, QStringLiteral("MarrowickGraph")};
+    /// An empty plot under that name, made by the program itself.
+    QString savedPlot(const QString& name)
+    {
+        StartUp start(folder.path());
+        start.run(arguments({}));
+        PenDocument* document = start.mainWindow()->LoadNewDoc();
+        QString saved = folder.filePath(QStringLiteral("saved"));
+        EXPECT_TRUE(document->fileSavePlot(saved));
+        document->setModified(false);
+        const QString wanted = folder.filePath(name);
+        EXPECT_TRUE(QFile::rename(saved, wanted));
+        return wanted;
+    }
+
     QStringList seen;
+    QString text; ///< of the last message
 
 private:
     QTimer m_dismiss;
@@ -142,6 +161,63 @@ TEST_F(StartUpTest, plotFileAndReRunAreBothDoneInThatOrder)
     ASSERT_EQ(seen.size(), 2);
     EXPECT_EQ(seen[0], QStringLiteral("frmQuorrelMessage:Open Error"));
     EXPECT_TRUE(seen[1].startsWith(QLatin1String("frmDevice:")));
+}
+
+TEST_F(StartUpTest, aPlotBesideReRunIsOpened)
+{
+    const QString plot = savedPlot(QStringLiteral("plot.gad"));
+    StartUp start(folder.path());
+    start.run(arguments({plot, QStringLiteral("-rerun")}));
+    EXPECT_EQ(start.mainWindow()->gcolDocuments().count(), 1);
+    ASSERT_EQ(seen.size(), 1) << seen.join(QLatin1Char('\n')).toStdString();
+    EXPECT_TRUE(seen[0].startsWith(QLatin1String("frmDevice:")));
+}
+
+TEST_F(StartUpTest, plotsAreOpenedWhateverTheyAreCalled)
+{
+    const QString bare = savedPlot(QStringLiteral("reactance"));
+    const QString blank = savedPlot(QStringLiteral("two words"));
+    {
+        StartUp start(folder.path());
+        start.run(arguments({bare, blank}));
+        EXPECT_EQ(start.mainWindow()->gcolDocuments().count(), 2);
+    }
+    StartUp start(folder.path());
+    start.run(arguments(blank.split(QLatin1Char(' '))));
+    EXPECT_EQ(start.mainWindow()->gcolDocuments().count(), 1) << "the line as a whole is a name";
+    EXPECT_TRUE(seen.isEmpty()) << seen.join(QLatin1Char('\n')).toStdString();
+}
+
+TEST_F(StartUpTest, anOptionThatNobodyKnowsIsNamed)
+{
+    EXPECT_TRUE(arguments({QStringLiteral("--frobnicate")}).unknownOption().contains(QLatin1String("--frobnicate")));
+    EXPECT_TRUE(
+        arguments({QStringLiteral("a.gad"), QStringLiteral("-x")}).unknownOption().contains(QLatin1String("-x")));
+    for (const char* known : {"-rerun", "-ReRun", "plot.gad", "a-b", "-"})
+        EXPECT_TRUE(arguments({QLatin1String(known)}).unknownOption().isEmpty()) << known;
+}
+
+TEST_F(StartUpTest, settingsAndFoldersThatCannotBeMadeAreOneMessage)
+{
+    // Below a file no folder can be made, whoever the user is.
+    QFile file(folder.filePath(QStringLiteral("file")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.close();
+    for (const options::FolderOption& path : options::kFolders)
+        preferences.setValue(path.option,
+                             file.fileName() + QStringLiteral("/a/b/") + QString::fromLatin1(path.option.key));
+    {
+        StartUp start(folder.path());
+        start.run(arguments({}));
+        EXPECT_EQ(seen, QStringList{QStringLiteral("frmQuorrelMessage:Directory Create Error")});
+    }
+    seen.clear();
+    text.clear();
+    StartUp start(file.fileName() + QStringLiteral("/settings"));
+    start.run(arguments({}));
+    EXPECT_EQ(seen, QStringList{QStringLiteral("frmQuorrelMessage:Settings")});
+    EXPECT_TRUE(text.contains(file.fileName() + QStringLiteral("/settings"))) << text.toStdString();
+    EXPECT_TRUE(text.contains(QStringLiteral("(Not a directory)"))) << text.toStdString();
 }
 
 TEST_F(StartUpTest, theSplashIsTakenDownWhenTheWindowIsUp)

@@ -169,6 +169,23 @@ TEST_F(FrmMainDialogsTest, functionKeysWorkInTheSettings)
     EXPECT_EQ(written(), QByteArray("y\r"));
 }
 
+TEST_F(FrmMainDialogsTest, theSettingsGoWithTheClickOnTheirOwnButton)
+{
+    load();
+    connectInstrument();
+    for (int round = 0; round < 3; ++round) {
+        trigger("mnuTestSettings");
+        const QPointer<frmSettings> settings = main->findChild<frmSettings*>();
+        ASSERT_TRUE(settings);
+        auto* ok = settings->findChild<QWidget*>(QStringLiteral("OKButton"));
+        ASSERT_NE(ok, nullptr);
+        QTest::mouseClick(settings->windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                          ok->mapTo(settings.data(), ok->rect().center()));
+        settle();
+        EXPECT_FALSE(settings);
+    }
+}
+
 TEST_F(FrmMainDialogsTest, closingTheProgramTakesTheSettingsDown)
 {
     load();

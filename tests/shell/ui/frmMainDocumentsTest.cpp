@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/GraphScope.h"
 #include "document/ui/frmOptionsTestType.h"
-#include "shell/ui/FileDialogs.h"
+#include "shell/commands/ui/FileDialogs.h"
 #include "shell/ui/MainWindowHarness.h"
 
 #include <QFile>
@@ -224,22 +224,55 @@ TEST_F(FrmMainDocumentsTest, documentsOfANewerFormatAreGuardedUnderEachCommandsT
     }
 }
 
+TEST_F(FrmMainDocumentsTest, saveAllSavesWhatItCanAndLeavesANewerFormatAlone)
+{
+    QString newer = folder.filePath(QStringLiteral("newer.gzd"));
+    QString present = folder.filePath(QStringLiteral("present.gzd"));
+    PenDocument* first = newDocument(PenDocument::Impedance);
+    ASSERT_TRUE(first->fileSavePlot(newer));
+    first->SetFileName(newer);
+    PenDocument* second = newDocument(PenDocument::Impedance);
+    ASSERT_TRUE(second->fileSavePlot(present));
+    second->SetFileName(present);
+    for (PenDocument* document : {first, second}) {
+        document->AddImpedancePoint(1000, 47, 12, 1, 0);
+        document->SetModified();
+    }
+    first->giDocumentVersion() = 2;
+    QFile file(newer);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray before = file.readAll();
+    trigger("mnuFileSaveAll");
+    ASSERT_EQ(messages.shown.size(), 1U);
+    EXPECT_EQ(messages.shown[0].title, QStringLiteral("File save not possible"));
+    EXPECT_TRUE(first->gbfModified());
+    EXPECT_FALSE(second->gbfModified());
+    file.close();
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), before);
+    first->setModified(false);
+}
+
 TEST_F(FrmMainDocumentsTest, theQuickFileListShowsItsSeparatorOnlyWithEntries)
 {
-    EXPECT_EQ(main->findChild<QAction*>(QStringLiteral("mnuFileMRU_0")), nullptr);
-    EXPECT_EQ(main->findChild<QAction*>(QStringLiteral("mnuFileBar4")), nullptr);
+    const auto shown = [this](const char* name) {
+        const auto* entry = main->findChild<QAction*>(QLatin1String(name));
+        return entry && entry->isVisible();
+    };
+    EXPECT_FALSE(shown("mnuFileMRU_0"));
+    EXPECT_FALSE(shown("mnuFileBar4"));
     const QString one = folder.filePath(QStringLiteral("one.gzd"));
     const QString two = folder.filePath(QStringLiteral("two & three.gzd"));
     main->UpdateQuickFileList(one);
     main->UpdateQuickFileList(two);
     settle();
-    auto* top = main->findChild<QAction*>(QStringLiteral("mnuFileMRU_0"));
-    ASSERT_NE(top, nullptr);
-    EXPECT_TRUE(top->text().contains(QStringLiteral("two && three.gzd")));
-    EXPECT_NE(main->findChild<QAction*>(QStringLiteral("mnuFileBar4")), nullptr);
+    ASSERT_TRUE(shown("mnuFileMRU_0"));
+    EXPECT_TRUE(
+        main->findChild<QAction*>(QStringLiteral("mnuFileMRU_0"))->text().contains(QStringLiteral("two && three.gzd")));
+    EXPECT_TRUE(shown("mnuFileBar4"));
     main->UpdateQuickFileList(one.toUpper());
     settle();
-    EXPECT_EQ(main->findChild<QAction*>(QStringLiteral("mnuFileMRU_2")), nullptr);
+    EXPECT_FALSE(shown("mnuFileMRU_2"));
 }
 
 TEST_F(FrmMainDocumentsTest, aClickOnAQuickFileOpensIt)

@@ -181,6 +181,28 @@ TEST_F(FrmMainPensTest, theBarRestsAfterTheLastDocumentHasClosed)
     }
 }
 
+TEST_F(FrmMainPensTest, aDocumentInTheBackgroundLeavesTheBarAlone)
+{
+    PenDocument* background = newDocument(PenDocument::Impedance);
+    newDocument(PenDocument::Impedance);
+    QTest::mouseClick(&label(5), Qt::LeftButton);
+    background->setCurrentPen(2);
+    background->LockAllPens();
+    background->SetPenColour(5, 0x123456U);
+    background->UpdateToolBars();
+    settle();
+    EXPECT_TRUE(label(5).isCurrent());
+    EXPECT_FALSE(label(5).isLocked());
+    EXPECT_NE(label(5).colour(), 0x123456U);
+    EXPECT_FALSE(action("mnuPenLock").isChecked());
+    background->setModified(false);
+    windowOf(background)->close();
+    settle();
+    ASSERT_EQ(main->gcolDocuments().count(), 1);
+    EXPECT_TRUE(label(5).isCurrent()) << "closing it emptied the bar";
+    EXPECT_EQ(main->sbStatusBar().panelText(2), QStringLiteral("6"));
+}
+
 TEST_F(FrmMainPensTest, aDoubleClickChangesThePensColourForThisAndLaterDocuments)
 {
     PenDocument* document = newDocument(PenDocument::Impedance);

@@ -4,10 +4,12 @@
 #include "widgets/ui/WindowPosition.h"
 
 #include <QDropEvent>
+#include <QFile>
 #include <QLabel>
 #include <QMimeData>
 #include <QScreen>
 #include <QSignalSpy>
+#include <QStatusTipEvent>
 
 namespace {
 
@@ -190,6 +192,63 @@ TEST_F(FrmMainTest, aDroppedFileWithoutAPlotFilesNameIsIgnored)
     drop({folder.filePath(QStringLiteral("notes.txt")), folder.filePath(QStringLiteral("table.csv"))});
     EXPECT_TRUE(messages.shown.empty());
     EXPECT_EQ(main->gcolDocuments().count(), 0);
+}
+
+TEST_F(FrmMainTest, aDroppedPlotIsOpenedWhateverItIsCalled)
+{
+    load();
+    PenDocument* document = newDocument(PenDocument::Reactance);
+    document->AddReactancePoint(1000, 1, 2, 3, 4, 0);
+    QString file = folder.filePath(QStringLiteral("reactance"));
+    ASSERT_TRUE(document->fileSavePlot(file));
+    trigger("mnuFileClose");
+    ASSERT_EQ(main->gcolDocuments().count(), 0);
+    ASSERT_FALSE(file.contains(QLatin1String(".g")));
+    drop({file});
+    ASSERT_EQ(main->gcolDocuments().count(), 1);
+    EXPECT_EQ(main->activeDocument()->pgiTestType(), PenDocument::Reactance);
+    EXPECT_TRUE(messages.shown.empty());
+}
+
+TEST_F(FrmMainTest, aDroppedFileThatNoReaderKnowsIsRefusedWithASentence)
+{
+    load();
+    QFile file(folder.filePath(QStringLiteral("notes.txt")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("Dear diary");
+    file.close();
+    drop({file.fileName()});
+    ASSERT_EQ(messages.shown.size(), 1U);
+    EXPECT_EQ(messages.shown[0].title, QStringLiteral("File Load Error"));
+    EXPECT_EQ(main->gcolDocuments().count(), 0);
+}
+
+TEST_F(FrmMainTest, aTipOfACommandLeavesThePanelsAlone)
+{
+    load();
+    main->setPanel(1, "Testing");
+    QStatusTipEvent tip(QStringLiteral("Save the active document"));
+    QApplication::sendEvent(main.get(), &tip);
+    settle();
+    for (int i = 1; i <= StatusBar::kPanels; ++i)
+        EXPECT_TRUE(main->findChild<QLabel*>(QStringLiteral("panel_%1").arg(i))->isVisible()) << i;
+    EXPECT_EQ(main->findChild<QLabel*>(QStringLiteral("tip"))->text(), QStringLiteral("Save the active document"));
+    QStatusTipEvent left((QString()));
+    QApplication::sendEvent(main.get(), &left);
+    EXPECT_TRUE(main->findChild<QLabel*>(QStringLiteral("tip"))->text().isEmpty());
+}
+
+TEST_F(FrmMainTest, inANarrowWindowTheReadOutStaysWhole)
+{
+    load();
+    main->resize(640, 360);
+    settle();
+    ASSERT_EQ(main->width(), 640);
+    for (const int whole : {1, 2, 11, 12}) {
+        const auto* panel = main->findChild<QLabel*>(QStringLiteral("panel_%1").arg(whole));
+        EXPECT_GE(panel->width(), panel->sizeHint().width()) << whole;
+        EXPECT_LE(panel->mapTo(main.get(), QPoint(panel->width(), 0)).x(), 640) << whole;
+    }
 }
 
 TEST_F(FrmMainTest, droppedNamesAreSearchedForTheExtensionAnywhereWhateverTheCase)

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "link/ui/frmSettings.h"
 #include "shell/ui/MainWindowHarness.h"
 
 #include <QToolBar>
@@ -148,6 +149,16 @@ TEST_F(FrmMainTestRunTest, reRunClosesTheDocumentsAndStartsTheInstrumentsScript)
     EXPECT_EQ(written(), QByteArray("y\rrun\r"));
     EXPECT_TRUE(state.gbfScriptRunning);
     EXPECT_EQ(main->gcolDocuments().count(), 0);
+}
+
+TEST_F(FrmMainTestRunTest, aReRunClosesTheSettingsDialog)
+{
+    trigger("mnuTestSettings");
+    const QPointer<frmSettings> settings = main->findChild<frmSettings*>();
+    ASSERT_TRUE(settings);
+    trigger("mnuReRunLastTestScript");
+    EXPECT_FALSE(settings);
+    EXPECT_TRUE(state.gbfScriptRunning);
 }
 
 TEST_F(FrmMainTestRunTest, theCursorReadOutFillsPanels11And12)

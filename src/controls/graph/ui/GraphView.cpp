@@ -323,6 +323,8 @@ void GraphView::contextMenuEvent(QContextMenuEvent* event)
     openMenu(event->reason() == QContextMenuEvent::Keyboard ? mapToGlobal(plotArea().center()) : event->globalPos());
 }
 
+// The menu runs without an event loop of its own, and an entry is told of from the loop, when the menu has gone:
+// whatever a handler does, nothing here waits on the stack.
 void GraphView::openMenu(const QPoint& globalPosition)
 {
     if (m_menu != nullptr)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "shell/ui/FileDialogs.h"
+#include "shell/commands/ui/FileDialogs.h"
 
 #include <QFileDialog>
 #include <QPointer>

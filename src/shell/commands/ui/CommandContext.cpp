@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/commands/ui/CommandContext.h"
+
+#include "controls/korvalink/KorvaLink.h"
+#include "document/ActiveDocument.h"
+#include "document/PenDocument.h"
+#include "document/ui/DocumentArea.h"
+#include "link/TestRun.h"
+#include "program/ProgramState.h"
+#include "program/UserMessages.h"
+
+#include <QApplication>
+
+PenDocument* CommandContext::activeDocument() const
+{
+    return active.get();
+}
+
+void CommandContext::tell(const QString& text, int icon, const QString& title) const
+{
+    program.messages.message(text, UserMessages::OkOnly | icon, title);
+}
+
+bool CommandContext::formatAllows(const PenDocument& document, const QString& title) const
+{
+    if (document.giDocumentVersion() <= 1)
+        return true;
+    tell(QCoreApplication::translate("CommandContext", "New data format. Please check for updates."),
+         UserMessages::Information, title);
+    return false;
+}
+
+bool CommandContext::testGoesOn() const
+{
+    return program.state.gbfPlotting && testRun.QuestionTestCancel();
+}
+
+void CommandContext::waitRounds(int rounds, int milliseconds) const
+{
+    const QPointer<QWidget> alive = guard();
+    KorvaLink& device = program.device;
+    for (int i = 0; alive && i < rounds; ++i) {
+        device.Wait(milliseconds);
+        QApplication::processEvents();
+    }
+}

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/ui/WindowParts.h"
+
+#include "program/CommandLine.h"
+#include "shell/ui/frmMain.h"
+
+#include <QMenuBar>
+#include <QToolBar>
+
+namespace {
+
+FileOpener::Reader plotReader(DocumentList& documents)
+{
+    // What every plot file of ours begins with: the tag of self-described CBOR.
+    static const QByteArray kPlot("\xd9\xd9\xf7", 3);
+    return {[](const QByteArray& head) { return head.startsWith(kPlot); }, FileKind::isPlotFile,
+            [&documents](const QString& file) { return documents.LoadExistingDocument(file); }};
+}
+
+} // namespace
+
+WindowParts::WindowParts(frmMain& window, const ShellContext& context)
+    : fileDialogs(window)
+    , plotSource(context.device, context.mirror, context.state)
+    , documentContext{context.preferences, context.messages, plotSource, active, &clipboard, &fileDialogs}
+    , area(*new DocumentArea(documentContext, context.state, active, &window))
+    , penBar(*new PenBar(&window))
+    , statusBar(*new StatusBar(&window))
+    , toolBar(*new QToolBar(frmMain::tr("Toolbar"), &window))
+    , documents(documentContext, context.state, area)
+    , deviceModule({context.device, context.mirror, context.state, context.preferences, context.messages, window, active})
+    , testRun(deviceModule)
+    , deviceWindows(window, deviceModule, window, registry)
+    , bars(registry, penBar, statusBar, context.device, context.state)
+    , commandContext{context, window, registry, active, area, documents, testRun, deviceWindows, fileDialogs, clipboard}
+    , file(commandContext, opener)
+    , edit(commandContext)
+    , pens(commandContext)
+    , test(commandContext)
+    , windows(commandContext)
+    , help(commandContext)
+    , preferences(commandContext, window)
+    , commands(window, registry, *window.menuBar(), toolBar, penBar)
+    , quickFiles(window, commands, context.preferences,
+                 [this](const QString& fileName) { documents.LoadExistingDocument(fileName); })
+{
+    opener.add(plotReader(documents));
+    windows.listDocuments(commands);
+}

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "document/ActiveDocument.h"
+#include "document/DocumentContext.h"
+#include "document/DocumentList.h"
+#include "document/SystemClipboard.h"
+#include "document/ui/DocumentArea.h"
+#include "link/DeviceModule.h"
+#include "link/InstrumentPlotSource.h"
+#include "link/TestRun.h"
+#include "link/ui/DeviceWindows.h"
+#include "program/CommandRegistry.h"
+#include "shell/commands/ui/CommandContext.h"
+#include "shell/commands/ui/CommandSet.h"
+#include "shell/commands/ui/EditCommands.h"
+#include "shell/commands/ui/FileCommands.h"
+#include "shell/commands/ui/FileDialogs.h"
+#include "shell/commands/ui/FileOpener.h"
+#include "shell/commands/ui/HelpCommands.h"
+#include "shell/commands/ui/PenCommands.h"
+#include "shell/commands/ui/PreferencesCommands.h"
+#include "shell/commands/ui/QuickFileMenu.h"
+#include "shell/commands/ui/TestCommands.h"
+#include "shell/commands/ui/WindowCommands.h"
+#include "shell/ui/DocumentBars.h"
+#include "shell/ui/PenBar.h"
+#include "shell/ui/StatusBar.h"
+
+class QToolBar;
+class frmMain;
+
+/// What the main window is made of, in the order in which one thing needs another. The area, the bars and the actions
+/// are child widgets of the window; the window deletes the area before this goes.
+struct WindowParts
+{
+    /// The window is under construction: nothing here calls it yet.
+    WindowParts(frmMain& window, const ShellContext& context);
+
+    CommandRegistry registry;
+    SystemClipboard clipboard;
+    FileDialogs fileDialogs;
+    ActiveDocument active;
+    InstrumentPlotSource plotSource;
+    DocumentContext documentContext;
+    DocumentArea& area;
+    PenBar& penBar;
+    StatusBar& statusBar;
+    QToolBar& toolBar;
+    DocumentList documents;
+    DeviceModule deviceModule;
+    TestRun testRun;
+    DeviceWindows deviceWindows;
+    DocumentBars bars;
+    FileOpener opener;
+
+    CommandContext commandContext;
+    FileCommands file;
+    EditCommands edit;
+    PenCommands pens;
+    TestCommands test;
+    WindowCommands windows;
+    HelpCommands help;
+    PreferencesCommands preferences;
+
+    CommandSet commands;
+    QuickFileMenu quickFiles;
+};
