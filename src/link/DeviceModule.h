@@ -103,13 +103,13 @@ private:
 
     bool handleBuffered();
 
-    bool notice(const Frame& frame);         // T
-    bool activePen(const Frame& frame);      // a
-    bool extentsWanted(const Frame& frame);  // c
-    bool endOfProgram(const Frame& frame);   // h
-    bool scriptState(const Frame& frame);    // k
-    bool stateText(const Frame& frame);      // r
-    bool loopView(const Frame& frame);       // u
+    bool notice(const Frame& frame);        // T
+    bool activePen(const Frame& frame);     // a
+    bool extentsWanted(const Frame& frame); // c
+    bool endOfProgram(const Frame& frame);  // h
+    bool scriptState(const Frame& frame);   // k
+    bool stateText(const Frame& frame);     // r
+    bool loopView(const Frame& frame);      // u
 
     /// strRxBuffer: the bytes of the present pass that are not handled yet lie in [m_rxBegin, m_rxEnd).
     static constexpr std::size_t kRxBufferSize = 31200;

@@ -4,10 +4,10 @@
 #include "controls/korvalink/KorvaLink.h"
 #include "document/ActiveDocument.h"
 #include "document/PenDocument.h"
-#include "link/SweepRecorder.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/DeviceModule.h"
 #include "link/NoticeRules.h"
+#include "link/SweepRecorder.h"
 #include "prefs/Preferences.h"
 #include "program/ProgramState.h"
 #include "program/UserMessages.h"
@@ -19,8 +19,7 @@
 #include <algorithm>
 #include <limits>
 
-namespace {
-} // namespace
+namespace {} // namespace
 
 void DeviceModule::registerOwnHandlers()
 {
@@ -29,8 +28,9 @@ void DeviceModule::registerOwnHandlers()
         char code;
         Method method;
     } kMethods[] = {
-        {'T', &DeviceModule::notice},        {'a', &DeviceModule::activePen},      {'c', &DeviceModule::extentsWanted}, {'h', &DeviceModule::endOfProgram},
-        {'k', &DeviceModule::scriptState},    {'r', &DeviceModule::stateText},     {'u', &DeviceModule::loopView},
+        {'T', &DeviceModule::notice},       {'a', &DeviceModule::activePen},   {'c', &DeviceModule::extentsWanted},
+        {'h', &DeviceModule::endOfProgram}, {'k', &DeviceModule::scriptState}, {'r', &DeviceModule::stateText},
+        {'u', &DeviceModule::loopView},
     };
     for (const auto& entry : kMethods)
         registerHandler(entry.code,
@@ -54,8 +54,8 @@ bool DeviceModule::notice(const Frame& frame)
         return false;
     const InstrumentMirror& mirror = m_context.mirror;
     const QString text = frame.text();
-    if (noticerules::isDiscarded(text, severity, mirror.dblFirmwareMajor, mirror.dblFirmwareMinor, version::majorNumber(),
-                                 version::minorNumber()))
+    if (noticerules::isDiscarded(text, severity, mirror.dblFirmwareMajor, mirror.dblFirmwareMinor,
+                                 version::majorNumber(), version::minorNumber()))
         return true;
     if (severity == 1)
         m_context.messages.systemBox(text, UserMessages::OkOnly | UserMessages::Stop, tr("**Error"));

@@ -128,8 +128,8 @@ ExitCode SweepRun::applyOptions()
     }
     if (m_options.from < mirror.dblAmpMinFreq || m_options.to > mirror.dblAmpMaxFreq)
         return m_console.failed(ExitCode::Refused, tr("This instrument measures from %1 to %2.")
-                                             .arg(values::engineeringText(mirror.dblAmpMinFreq, u"Hz"_s, 6),
-                                                  values::engineeringText(mirror.dblAmpMaxFreq, u"Hz"_s, 6)));
+                                                       .arg(values::engineeringText(mirror.dblAmpMinFreq, u"Hz"_s, 6),
+                                                            values::engineeringText(mirror.dblAmpMaxFreq, u"Hz"_s, 6)));
     m_attenuationCode = static_cast<std::int16_t>(code);
     wantSweep();
     m_session.deviceModule().DeviceSendSettings();

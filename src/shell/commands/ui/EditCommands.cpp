@@ -139,9 +139,8 @@ void EditCommands::mnuEditCut_Click()
     }
     if (!m_context.formatAllows(*document, tr("Copy data not possible")) || !document)
         return;
-    const int reply =
-        m_context.program.messages.message(tr("Delete pen %1").arg(pen + 1),
-                                           UserMessages::YesNo | UserMessages::Question, tr("Data Cut"));
+    const int reply = m_context.program.messages.message(tr("Delete pen %1").arg(pen + 1),
+                                                         UserMessages::YesNo | UserMessages::Question, tr("Data Cut"));
     // The question was about this pen, which may have been locked or measured into meanwhile.
     if (!document || reply != UserMessages::ReplyYes || document->gCurrentPen() != pen ||
         document->GetPenLock(pen) == 1)

@@ -137,7 +137,8 @@ void FileCommands::mnuFileOpen_Click()
     if (m_context.testGoesOn() || !alive)
         return;
     const QString folder = m_context.program.preferences.value(options::kPlotFiles.option);
-    const QStringList files = m_context.fileDialogs.openFileNames(tr("Open Plot file"), PlotFileNames::openFilter(), folder);
+    const QStringList files =
+        m_context.fileDialogs.openFileNames(tr("Open Plot file"), PlotFileNames::openFilter(), folder);
     for (const QString& file : files) {
         if (!alive)
             return;

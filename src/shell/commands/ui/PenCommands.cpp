@@ -105,8 +105,7 @@ void PenCommands::choosePenColour(int pen)
     const QPointer<PenDocument> document = m_context.activeDocument();
     ProgramState& state = m_context.program.state;
     const std::uint32_t now = document ? document->peGraph().SubsetColors(pen) : state.glPenColour[index];
-    const QColor chosen = QColorDialog::getColor(
-        toQColor(now), &m_context.window, tr("Colour of pen %1").arg(pen + 1));
+    const QColor chosen = QColorDialog::getColor(toQColor(now), &m_context.window, tr("Colour of pen %1").arg(pen + 1));
     if (!self || !chosen.isValid())
         return;
     const std::uint32_t colour = fromQColor(chosen);
