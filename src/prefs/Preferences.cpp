@@ -21,9 +21,7 @@ Preferences::Preferences(SettingsStore& store, QString applicationTitle, QString
 
 std::optional<QString> Preferences::found(const QString& title, const QString& section, const QString& key) const
 {
-    if (!has(title, section, key))
-        return {};
-    return stored(title, section, key, {});
+    return m_store.find(title, section, key);
 }
 
 bool Preferences::has(const QString& title, const QString& section, const QString& key) const

@@ -159,7 +159,8 @@ private:
     typename Form::Value read(const QString& title, const QString& section, const QString& key,
                               const typename Form::Value& fallback) const
     {
-        return has(title, section, key) ? valueOf(Form(), stored(title, section, key, {}), fallback) : fallback;
+        const std::optional<QString> text = found(title, section, key);
+        return text ? valueOf(Form(), *text, fallback) : fallback;
     }
 
     std::optional<QString> found(const QString& title, const QString& section, const QString& key) const;

@@ -38,6 +38,8 @@ public:
     /// The stored text, or the default turned into text when the key is absent (a flag as "True" or "False").
     QString GetSetting(const QString& application, const QString& section, const QString& key,
                        const QVariant& defaultValue) const;
+    /// The stored text; nothing when the key is absent.
+    std::optional<QString> find(const QString& application, const QString& section, const QString& key) const;
     /// Writes the text form of the value; false when it could not be written (read-only folder, full disk, a file that
     /// cannot be read). What was stored before is then still there.
     bool SaveSetting(const QString& application, const QString& section, const QString& key, const QVariant& value);
@@ -96,7 +98,6 @@ private:
         QString text;
     };
 
-    std::optional<QString> find(const QString& application, const QString& section, const QString& key) const;
     const IniText& snapshotOf(const QString& path, bool own) const;
     static Content read(const QString& path, Snapshot& snapshot);
     bool setAside(const QString& path) const;
