@@ -32,16 +32,25 @@ void gave(std::size_t size)
 
 } // namespace
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef __has_feature
+#define MG_HAS_FEATURE(name) __has_feature(name)
+#else
+#define MG_HAS_FEATURE(name) 0
+#endif
 
-#include <sanitizer/allocator_interface.h>
+// The sanitizer has an allocator of its own.
+#if defined(__SANITIZE_ADDRESS__) || MG_HAS_FEATURE(address_sanitizer)
+
+// As in its header, which not every compiler brings.
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*took)(const volatile void*, std::size_t),
+                                                         void (*gave)(const volatile void*));
+extern "C" std::size_t __sanitizer_get_allocated_size(const volatile void* block);
 
 namespace {
 
-const bool isHooked =
-    __sanitizer_install_malloc_and_free_hooks(
-        [](const volatile void*, std::size_t size) { took(size); },
-        [](const volatile void* block) { gave(__sanitizer_get_allocated_size(const_cast<const void*>(block))); }) != 0;
+const bool isHooked = __sanitizer_install_malloc_and_free_hooks(
+                          [](const volatile void*, std::size_t size) { took(size); },
+                          [](const volatile void* block) { gave(__sanitizer_get_allocated_size(block)); }) != 0;
 
 } // namespace
 

@@ -9,6 +9,7 @@
 
 namespace {
 
+constexpr qsizetype kMostTitleLines = 8; // the rest would leave no room for the curves
 constexpr int kCellPadding = 5;
 
 template <typename T>
@@ -125,7 +126,7 @@ TitleElement::TitleElement(QCustomPlot* plot)
 
 void TitleElement::setText(const QString& text, const QFont& font, const QColor& color)
 {
-    m_lines = text.split(QLatin1Char('\n'));
+    m_lines = text.split(QLatin1Char('\n')).mid(0, kMostTitleLines);
     m_font = font;
     m_color = color;
 }

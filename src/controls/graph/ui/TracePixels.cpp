@@ -35,7 +35,8 @@ bool clipLine(const QRectF& rect, QPointF& from, QPointF& to)
     return true;
 }
 
-// Collects the points of one pixel column and passes on those that shape it.
+// Passes on the points of a pixel column that shape it: the first at once, the others when the column is over. Most
+// columns have one point, so nothing else is remembered of a first one.
 class Column
 {
 public:
@@ -43,46 +44,53 @@ public:
     void add(const QPointF& point, double columnsPerPixel, const Take& take)
     {
         const auto column = static_cast<std::int64_t>(std::clamp(point.x() * columnsPerPixel, -1e15, 1e15));
-        if (m_count > 0 && column != m_column)
-            flush(take);
-        if (m_count == 0) {
+        if (m_count == 0 || column != m_column) {
+            end(take);
+            take(point);
             m_column = column;
-            m_first = m_lowest = m_highest = point;
+            m_first = point;
+            m_count = 1;
+            return;
+        }
+        if (m_count == 1) {
+            m_lowest = m_highest = m_first;
             m_lowestAt = m_highestAt = 0;
-        } else {
-            if (point.y() > m_lowest.y()) {
-                m_lowest = point;
-                m_lowestAt = m_count;
-            }
-            if (point.y() < m_highest.y()) {
-                m_highest = point;
-                m_highestAt = m_count;
-            }
+        }
+        if (point.y() > m_lowest.y()) {
+            m_lowest = point;
+            m_lowestAt = m_count;
+        }
+        if (point.y() < m_highest.y()) {
+            m_highest = point;
+            m_highestAt = m_count;
         }
         m_last = point;
         ++m_count;
     }
 
     template <typename Take>
-    void flush(const Take& take)
+    void end(const Take& take)
     {
-        if (m_count == 0)
-            return;
-        take(m_first);
-        const bool lowestFirst = m_lowestAt < m_highestAt;
-        const std::size_t one = lowestFirst ? m_lowestAt : m_highestAt;
-        const std::size_t two = lowestFirst ? m_highestAt : m_lowestAt;
-        const std::size_t end = m_count - 1;
-        if (one != 0 && one != end)
-            take(lowestFirst ? m_lowest : m_highest);
-        if (two != one && two != 0 && two != end)
-            take(lowestFirst ? m_highest : m_lowest);
-        if (end != 0)
-            take(m_last);
+        if (m_count > 1)
+            takeRest(take);
         m_count = 0;
     }
 
 private:
+    template <typename Take>
+    void takeRest(const Take& take) const
+    {
+        const bool lowestFirst = m_lowestAt < m_highestAt;
+        const std::size_t one = lowestFirst ? m_lowestAt : m_highestAt;
+        const std::size_t two = lowestFirst ? m_highestAt : m_lowestAt;
+        const std::size_t last = m_count - 1;
+        if (one != 0 && one != last)
+            take(lowestFirst ? m_lowest : m_highest);
+        if (two != one && two != 0 && two != last)
+            take(lowestFirst ? m_highest : m_lowest);
+        take(m_last);
+    }
+
     std::int64_t m_column = 0;
     std::size_t m_count = 0;
     std::size_t m_lowestAt = 0;
@@ -111,11 +119,8 @@ void TracePixels::build(std::span<const double> u, std::span<const double> v, co
                            reach.contains(map.pixel(extent.right(), extent.bottom()));
     bool hasPrevious = false;
     QPointF previous;
-    const auto take = [&](const QPointF& point) {
-        if (allWithin) {
-            pixels[used++] = point;
-            return;
-        }
+    const auto takeWhole = [&](const QPointF& point) { pixels[used++] = point; };
+    const auto takeCut = [&](const QPointF& point) {
         const bool inside = reach.contains(point);
         if (hasPrevious && (!inside || !reach.contains(previous))) {
             QPointF from = previous;
@@ -133,22 +138,29 @@ void TracePixels::build(std::span<const double> u, std::span<const double> v, co
         previous = point;
         hasPrevious = true;
     };
-    Column column;
-    const auto breakLine = [&] {
-        column.flush(take);
-        endRun();
-        hasPrevious = false;
-    };
-    for (std::size_t i = 0; i < u.size(); ++i) {
-        if (std::isnan(u[i])) {
-            breakLine();
-            continue;
+    const auto walk = [&](const auto& take) {
+        Column column;
+        const auto breakLine = [&] {
+            column.end(take);
+            endRun();
+            hasPrevious = false;
+        };
+        for (std::size_t i = 0; i < u.size(); ++i) {
+            if (std::isnan(u[i])) {
+                breakLine();
+                continue;
+            }
+            const QPointF point = map.pixel(u[i], v[i]);
+            if (everyPoint)
+                take(point);
+            else
+                column.add(point, map.columnsPerPixel, take);
         }
-        const QPointF point = map.pixel(u[i], v[i]);
-        if (everyPoint)
-            take(point);
-        else
-            column.add(point, map.columnsPerPixel, take);
-    }
-    breakLine();
+        breakLine();
+    };
+    // Most views show the whole of a curve: its points need no look at the reach, one by one.
+    if (allWithin)
+        walk(takeWhole);
+    else
+        walk(takeCut);
 }

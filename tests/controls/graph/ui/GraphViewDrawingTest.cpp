@@ -355,3 +355,12 @@ TEST_F(GraphViewDrawing, OnlyOneLeftAxisDrawsGridLines)
     EXPECT_FALSE(isRedAt(image, QPointF(x, view.toPixel(1e3, 10, 1).y())));
     EXPECT_FALSE(isRedAt(image, QPointF(x, view.toPixel(1e3, 100, 1).y())));
 }
+
+TEST_F(GraphViewDrawing, ATitleOfManyLinesLeavesRoomForTheCurves)
+{
+    model.setMainTitle(QStringLiteral("line\n").repeated(5000));
+    model.setSubTitle(QStringLiteral("line\n").repeated(5000));
+    settle();
+    EXPECT_GT(view.plotArea().height(), 200);
+    EXPECT_LT(view.plotArea().bottom(), view.height());
+}
