@@ -2,6 +2,7 @@
 #include "cli/Arguments.h"
 
 #include "values/Conversions.h"
+#include "values/EngineeringText.h"
 
 #include <QCoreApplication>
 #include <QRegularExpression>
@@ -68,7 +69,7 @@ int Arguments::choice(const QCommandLineOption& option, const QStringList& choic
 
 double Arguments::frequency(const QCommandLineOption& option)
 {
-    const std::optional<double> value = frequencyOf(text(option));
+    const std::optional<double> value = values::frequencyOf(text(option));
     if (!value || *value <= 0)
         refuse(option, tr("a frequency above 0"));
     return value.value_or(0);
@@ -128,17 +129,6 @@ void Arguments::refuse(const QString& sentence)
 {
     if (m_outcome)
         m_outcome = Outcome::failure(sentence);
-}
-
-std::optional<double> frequencyOf(const QString& text)
-{
-    static const QRegularExpression suffixed(u"^(?=.*[0-9])[0-9]*(?:\\.[0-9]*)?[kKMgGtT]$|^[0-9]+[kKMgGtT][0-9]+$"_s);
-    QString number = text.trimmed();
-    if (number.endsWith("Hz"_L1))
-        number = number.chopped(2).remove(u' ');
-    if (suffixed.match(number).hasMatch())
-        number = values::ParseEngineeringValue(number);
-    return values::strictNumber(number);
 }
 
 } // namespace cli

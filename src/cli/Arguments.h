@@ -69,7 +69,4 @@ private:
     Outcome m_outcome = Outcome::success();
 };
 
-/// A number as frequency() understands it, of any sign; nothing for anything else.
-std::optional<double> frequencyOf(const QString& text);
-
 } // namespace cli

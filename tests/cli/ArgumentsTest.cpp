@@ -7,24 +7,6 @@
 
 using namespace cli;
 
-TEST(Arguments, FrequenciesAreReadAsPeopleWriteThem)
-{
-    EXPECT_EQ(frequencyOf(QStringLiteral("40000")), 40000);
-    EXPECT_EQ(frequencyOf(QStringLiteral("4.2e4")), 42000);
-    EXPECT_EQ(frequencyOf(QStringLiteral("42k")), 42000);
-    EXPECT_EQ(frequencyOf(QStringLiteral("4k7")), 4700);
-    EXPECT_EQ(frequencyOf(QStringLiteral("2.2M")), 2200000);
-    EXPECT_EQ(frequencyOf(QStringLiteral(".5M")), 500000);
-    EXPECT_EQ(frequencyOf(QStringLiteral("42 kHz")), 42000);
-    EXPECT_EQ(frequencyOf(QStringLiteral("50Hz")), 50);
-}
-
-TEST(Arguments, ATextThatIsNoFrequencyIsRefusedInsteadOfGuessed)
-{
-    for (const char* text : {"", "k", ".k", "Hz", "4x2", "1kk", "1.5k2", "4k7k", "abc", "1..2", "0x10", "1,5", "nan"})
-        EXPECT_FALSE(frequencyOf(QString::fromUtf8(text))) << text;
-}
-
 TEST(Arguments, OnlyTheFirstRefusalIsTold)
 {
     QCommandLineParser parser;

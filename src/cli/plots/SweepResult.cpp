@@ -81,7 +81,7 @@ QString differenceFrom(const AskedSweep& asked, const FrequencyRange& swept, con
     constexpr double kSame = 1e-4;
     const auto same = [](double one, double other) { return std::abs(one - other) <= kSame * std::abs(other); };
     const auto rangeText = [](double from, double to) {
-        return tr("%1 to %2").arg(engineeringText(from, u"Hz"_s, 6), engineeringText(to, u"Hz"_s, 6));
+        return tr("%1 to %2").arg(values::engineeringText(from, u"Hz"_s, 6), values::engineeringText(to, u"Hz"_s, 6));
     };
     const auto [low, high] = std::minmax(swept.from, swept.to);
     if (!same(low, asked.from) || !same(high, asked.to))

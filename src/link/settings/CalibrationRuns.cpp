@@ -3,8 +3,9 @@
 
 #include "controls/korvalink/KorvaLink.h"
 #include "document/PenDocument.h"
+#include "document/VersionText.h"
+#include "instrument/Commands.h"
 #include "instrument/InstrumentMirror.h"
-#include "link/Commands.h"
 #include "link/SettingsRules.h"
 #include "link/settings/SettingsChannel.h"
 #include "link/settings/SettingsDialogHost.h"
@@ -58,7 +59,7 @@ bool CalibrationRuns::amplitude()
         if (reply == UserMessages::ReplyCancel || !self || !context.device.Connected())
             return false;
     }
-    m_channel.SendToDevice(command::text(command::kStop));
+    m_channel.SendToDevice(command::stop());
     context.device.Wait(10);
     const QPointer<PenDocument> document = newDocument();
     if (!self || document == nullptr)
@@ -102,8 +103,8 @@ bool CalibrationRuns::phase()
     m_host.showDocument(*document);
     if (!self)
         return false;
-    m_channel.SendToDevice(command::text(command::kStop));
-    m_channel.SendToDevice(QStringLiteral("phasecal \r"));
+    m_channel.SendToDevice(command::stop());
+    m_channel.SendToDevice(command::phaseCal());
     return true;
 }
 
@@ -120,7 +121,7 @@ bool CalibrationRuns::diagnose()
     GraphModel& peGraph = document->peGraph();
     // A new document says nothing yet of what measures it.
     peGraph.setTXAxisLabel(document->SetVersion());
-    peGraph.setSubTitle(settingsrules::diagnoseSubTitle(peGraph.TXAxisLabel()));
+    peGraph.setSubTitle(VersionText::diagnoseSubTitle(peGraph.TXAxisLabel()).value_or(QString()));
     peGraph.setXAxisLabel(QStringLiteral("Frequency - Hz (Diagnose)"));
     showWholeRange(peGraph, context.mirror);
     m_host.showDocument(*document);
@@ -129,8 +130,8 @@ bool CalibrationRuns::diagnose()
     for (int pen = kDiagnosisPens; pen < PenDocument::kPens; ++pen)
         document->UpdatePenHide(pen, true);
     context.mirror.iCurrentPoint = kDiagnosisPoint;
-    m_channel.SendToDevice(command::text(command::kStop));
-    m_channel.SendToDevice(command::text(command::kPeriod, 0));
-    m_channel.SendToDevice(QStringLiteral("diagnose\r"));
+    m_channel.SendToDevice(command::stop());
+    m_channel.SendToDevice(command::period(0));
+    m_channel.SendToDevice(command::diagnose());
     return true;
 }

@@ -4,8 +4,8 @@
 #include "link/DeviceModule.h"
 #include "link/ui/frmDevice.h"
 #include "link/ui/frmDeviceProperties.h"
-#include "link/ui/frmSettings.h"
 #include "link/ui/frmTestSchedule.h"
+#include "link/settings/ui/frmSettings.h"
 #include "program/CommandRegistry.h"
 #include "widgets/ui/ShowModally.h"
 
@@ -76,7 +76,7 @@ void DeviceWindows::unloadDeviceChooser()
 void DeviceWindows::mnuTestDeviceProperties_Click()
 {
     if (!m_properties) {
-        m_properties = new frmDeviceProperties(m_context, &m_owner);
+        m_properties = new frmDeviceProperties(m_device, &m_owner);
         m_properties->setAttribute(Qt::WA_DeleteOnClose);
     }
     m_properties->Update();

@@ -2,8 +2,8 @@
 #include "link/settings/ui/EngineeringPage.h"
 
 #include "instrument/InstrumentEvents.h"
+#include "instrument/Commands.h"
 #include "instrument/InstrumentMirror.h"
-#include "link/Commands.h"
 #include "link/FirmwareVersion.h"
 #include "link/TestSchedule.h"
 #include "link/settings/SettingsChannel.h"
@@ -31,12 +31,6 @@ void showCode(QSlider* slider, QLabel* label, int code)
     const QSignalBlocker quiet(slider);
     slider->setValue(code + 1);
     label->setText(QString::number(code));
-}
-
-/// The trailing 0 is part of the command.
-QString trimCommand(QLatin1String word, int code)
-{
-    return command::text(word, QString::number(code) + QLatin1String(" 0"));
 }
 
 } // namespace
@@ -181,9 +175,9 @@ void EngineeringPage::connectHandlers()
     onClick(cmdDefault, [this] { m_channel.SendToDevice(QStringLiteral("default\rsave\r")); });
     onClick(cmdSave, [this] { m_channel.SendToDevice(QStringLiteral("save\r")); });
     onClick(cmdSetSerial,
-            [this] { m_channel.SendToDevice(command::text(QLatin1String("setserial"), txtSerialNumber->text())); });
+            [this] { m_channel.SendToDevice(command::setSerial(txtSerialNumber->text())); });
     onClick(chkApplyCal,
-            [this](bool checked) { m_channel.SendToDevice(command::text(QLatin1String("calon"), checked)); });
+            [this](bool checked) { m_channel.SendToDevice(command::calOn(checked)); });
     onClick(chkLoopBack, [this] { chkLoopBack_Click(); });
     onScroll(
         slideVREF, [this](int value) { lblVREF->setText(QString::number(value - 1)); },
@@ -306,30 +300,30 @@ void EngineeringPage::cmdDiagnose_Click()
 void EngineeringPage::cmdSetFreqComp_Click()
 {
     if (const std::optional<std::int32_t> hertz = txtFreqComp->take())
-        m_channel.SendToDevice(command::text(QLatin1String("setfreqcomp"), *hertz));
+        m_channel.SendToDevice(command::setFreqComp(*hertz));
 }
 
 void EngineeringPage::slideVREF_Scroll(int value)
 {
-    m_channel.SendToDevice(trimCommand(QLatin1String("setvref"), value - 1));
+    m_channel.SendToDevice(command::setVref(value - 1));
     m_channel.mirror().iVrefCode = static_cast<std::int16_t>(value - 1);
 }
 
 void EngineeringPage::slideVDUT_Scroll(int value)
 {
-    m_channel.SendToDevice(trimCommand(QLatin1String("setvdut"), value - 1));
+    m_channel.SendToDevice(command::setVdut(value - 1));
     m_channel.mirror().iVdutCode = static_cast<std::int16_t>(value - 1);
 }
 
 void EngineeringPage::testOption_Click(int hertz)
 {
-    m_channel.SendToDevice(command::text(command::kStop));
+    m_channel.SendToDevice(command::stop());
     if (hertz > 0)
-        m_channel.SendToDevice(command::text(command::kAmpSpot, hertz));
+        m_channel.SendToDevice(command::ampSpot(hertz));
 }
 
 void EngineeringPage::chkLoopBack_Click()
 {
     const bool allowed = testschedule::isOn(m_channel.context().preferences);
-    m_channel.SendToDevice(command::text(QLatin1String("loopback"), allowed && chkLoopBack->isChecked()));
+    m_channel.SendToDevice(command::loopback(allowed && chkLoopBack->isChecked()));
 }

@@ -2,8 +2,8 @@
 #include "link/settings/ui/MonitorGroup.h"
 
 #include "instrument/InstrumentEvents.h"
+#include "instrument/Commands.h"
 #include "instrument/InstrumentMirror.h"
-#include "link/Commands.h"
 #include "link/SettingsRules.h"
 #include "link/settings/SettingsChannel.h"
 #include "link/settings/ui/FrequencyEdit.h"
@@ -170,7 +170,7 @@ void MonitorGroup::chkMonitor_Click()
         setChoiceEnabled(true);
     // The stop is for the monitor's signal; a test that has begun meanwhile goes on.
     if (!plotting)
-        m_channel.SendToDevice(command::text(command::kStop));
+        m_channel.SendToDevice(command::stop());
     ClearLevelDisplay();
 }
 
@@ -187,9 +187,9 @@ void MonitorGroup::start()
         showChecked(optMonitorAmplitude, mirror.bfAmplitudeTest);
         showChecked(optMonitorImpedance, mirror.bfImpedanceTest);
     }
-    m_channel.SendToDevice(command::text(command::kStop));
-    m_channel.SendToDevice(command::text(optMonitorAmplitude->isChecked() ? command::kAmpSpot : command::kImpSpot,
-                                         mirror.dblSpotFrequency));
+    m_channel.SendToDevice(command::stop());
+    m_channel.SendToDevice(optMonitorAmplitude->isChecked() ? command::ampSpot(mirror.dblSpotFrequency)
+                                                             : command::impSpot(mirror.dblSpotFrequency));
 }
 
 void MonitorGroup::optMonFreq_Click()
@@ -214,7 +214,7 @@ bool MonitorGroup::SendSpotFrequency()
     InstrumentMirror& mirror = m_channel.mirror();
     mirror.dblSpotFrequency = settingsrules::clampToRange(*hertz, mirror.dblAmpMinFreq, mirror.dblAmpMaxFreq);
     box->showFrequency(mirror.dblSpotFrequency);
-    m_channel.SendToDevice(command::text(command::kSpotFreq, mirror.dblSpotFrequency));
+    m_channel.SendToDevice(command::spotFreq(mirror.dblSpotFrequency));
     return true;
 }
 

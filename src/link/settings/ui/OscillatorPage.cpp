@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "link/settings/ui/OscillatorPage.h"
 
+#include "document/ActiveDocument.h"
 #include "document/PenDocument.h"
 #include "instrument/InstrumentEvents.h"
+#include "instrument/Commands.h"
 #include "instrument/InstrumentMirror.h"
-#include "link/Commands.h"
 #include "link/DeviceModule.h"
 #include "link/SettingsRules.h"
 #include "link/settings/SettingsChannel.h"
@@ -172,11 +173,11 @@ bool OscillatorPage::apply()
     InstrumentMirror& mirror = m_channel.mirror();
     Preferences& preferences = m_channel.context().preferences;
     const SettingsStore::Batch batch(preferences.store());
-    m_channel.SendToDevice(command::text(command::kStartFreq, low));
+    m_channel.SendToDevice(command::startFreq(low));
     preferences.setValue(mirror.strDeviceSerial, options::kTxtStartFrequency, low);
     preferences.setValue(mirror.strDeviceSerial, options::kTxtEndFrequency, high);
     m_monitor->store();
-    m_channel.SendToDevice(command::text(command::kEndFreq, high));
+    m_channel.SendToDevice(command::endFreq(high));
     // The instrument confirms both; until it does, what is saved is what was asked for.
     mirror.dblStartFrequency = low;
     mirror.dblEndFrequency = high;
@@ -199,12 +200,12 @@ bool OscillatorPage::applyEdited()
 
 void OscillatorPage::sendRange()
 {
-    const auto send = [this](QLatin1String word, const FrequencyEdit* box) {
+    const auto send = [this](QString (*command)(double), const FrequencyEdit* box) {
         if (const std::optional<std::int32_t> hertz = settingsrules::wholeHertz(box->frequencyText()))
-            m_channel.SendToDevice(command::text(word, *hertz));
+            m_channel.SendToDevice(command(*hertz));
     };
-    send(command::kStartFreq, txtLowFreq);
-    send(command::kEndFreq, txtHighFreq);
+    send(command::startFreq, txtLowFreq);
+    send(command::endFreq, txtHighFreq);
 }
 
 void OscillatorPage::frequency_KeyPress(FrequencyEdit* box)
@@ -246,13 +247,13 @@ void OscillatorPage::chkAxisExtents_Click()
     txtLowFreq->showFrequency(low);
     txtHighFreq->showFrequency(high);
     mirror.bfGraphExtents = false;
-    m_channel.SendToDevice(command::text(command::kStartFreq, low));
-    m_channel.SendToDevice(command::text(command::kEndFreq, high));
+    m_channel.SendToDevice(command::startFreq(low));
+    m_channel.SendToDevice(command::endFreq(high));
 }
 
 void OscillatorPage::followExtents()
 {
-    PenDocument* const document = m_channel.context().port.activeDocument();
+    PenDocument* const document = m_channel.context().active.get();
     if (document == nullptr) {
         // No graph to take the extents from.
         showChecked(chkAxisExtents, false);
@@ -271,7 +272,7 @@ void OscillatorPage::setIdleFrequency(int hertz)
 {
     const bool userDefined = optUserDefined->isChecked();
     txtParkFrequency->setEnabled(userDefined);
-    m_channel.SendToDevice(command::text(command::kIdleFreq, hertz));
+    m_channel.SendToDevice(command::idleFreq(hertz));
     m_channel.mirror().dblIdleFrequency = hertz;
     if (userDefined)
         txtParkFrequency->showFrequency(hertz);
@@ -285,6 +286,6 @@ bool OscillatorPage::SendIdleFrequency()
     InstrumentMirror& mirror = m_channel.mirror();
     mirror.dblIdleFrequency = settingsrules::clampToRange(*hertz, mirror.dblAmpMinFreq, mirror.dblAmpMaxFreq);
     txtParkFrequency->showFrequency(mirror.dblIdleFrequency);
-    m_channel.SendToDevice(command::text(command::kIdleFreq, mirror.dblIdleFrequency));
+    m_channel.SendToDevice(command::idleFreq(mirror.dblIdleFrequency));
     return true;
 }

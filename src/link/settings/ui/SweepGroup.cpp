@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "link/settings/ui/SweepGroup.h"
 
+#include "instrument/Commands.h"
 #include "instrument/InstrumentMirror.h"
-#include "link/Commands.h"
 #include "link/DeviceModule.h"
 #include "link/FirmwareVersion.h"
 #include "link/SettingsRules.h"
@@ -186,7 +186,7 @@ void SweepGroup::sweepOption_Click(int iSweepMode)
 {
     if (!m_channel.isLive())
         return;
-    m_channel.SendToDevice(command::text(command::kSweepMode, iSweepMode));
+    m_channel.SendToDevice(command::sweepMode(iSweepMode));
     m_channel.mirror().iSweepMode = static_cast<std::int16_t>(iSweepMode);
 }
 
@@ -195,31 +195,31 @@ void SweepGroup::chkAcquirePhase_Click()
     if (!m_channel.isLive())
         return;
     m_channel.mirror().bfPhaseOn = chkAcquirePhase->isChecked();
-    m_channel.SendToDevice(command::text(command::kPhase, chkAcquirePhase->isChecked()));
+    m_channel.SendToDevice(command::phase(chkAcquirePhase->isChecked()));
 }
 
 void SweepGroup::lstDT46Samples_Click()
 {
-    m_channel.SendToDevice(command::text(command::kSamples, lstDT46Samples->currentText()));
+    m_channel.SendToDevice(command::samples(lstDT46Samples->currentText().toInt()));
     // At once: the next complete state sends what is stored.
     store();
 }
 
 void SweepGroup::slideTestPoints_Scroll(int points)
 {
-    m_channel.SendToDevice(command::text(command::kPoints, points));
+    m_channel.SendToDevice(command::points(points));
     m_channel.mirror().iNumPoints = static_cast<std::int16_t>(points);
 }
 
 void SweepGroup::slidePeriod_Scroll(int milliseconds)
 {
-    m_channel.SendToDevice(command::text(command::kPeriod, milliseconds));
+    m_channel.SendToDevice(command::period(milliseconds));
     m_channel.mirror().iTestPeriod = static_cast<std::int16_t>(milliseconds);
 }
 
 void SweepGroup::slideAttenuation_Scroll(int value)
 {
-    m_channel.SendToDevice(command::text(command::kAtten, value - 1));
+    m_channel.SendToDevice(command::atten(value - 1));
     m_channel.mirror().iAttenuationCode = static_cast<std::int16_t>(value - 1);
 }
 

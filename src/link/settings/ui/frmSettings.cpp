@@ -2,6 +2,7 @@
 #include "link/settings/ui/frmSettings.h"
 
 #include "controls/korvalink/KorvaLink.h"
+#include "document/ActiveDocument.h"
 #include "instrument/InstrumentEvents.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/DeviceModule.h"
@@ -184,7 +185,7 @@ void frmSettings::unload()
         return;
     m_unloaded = true;
     const LinkContext& context = m_channel.context();
-    if (context.port.activeDocument() == nullptr)
+    if (context.active.get() == nullptr)
         m_oscillator->sendRange();
     if (monitorChecked() && context.device.Connected())
         context.device.Write(QStringLiteral("x\r"));
