@@ -157,7 +157,8 @@ QString engineeringText(double value, const QString& unit, int significant)
     int exponent = rounded == 0 ? 0 : static_cast<int>(std::floor(std::log10(std::abs(rounded)) / 3 + 1e-12));
     exponent = std::clamp(exponent, -4, 4);
     const double scaled = QString::number(rounded / std::pow(1000.0, exponent), 'g', significant).toDouble();
-    return values::decimalText(scaled) + u' ' + QLatin1String(prefixes[static_cast<std::size_t>(exponent + 4)]) + unit;
+    const int place = exponent + 4;
+    return values::decimalText(scaled) + u' ' + QLatin1String(prefixes[static_cast<std::size_t>(place)]) + unit;
 }
 
 QString resultLine(const SweepResult& result)
