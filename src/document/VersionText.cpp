@@ -44,7 +44,7 @@ QString next(const QString& old, const QString& software, const QString& instrum
 
 QString programVersion(const QString& text)
 {
-    const QString unknown = QStringLiteral("0.0");
+    QString unknown = QStringLiteral("0.0");
     const qsizetype mark = text.indexOf(QLatin1String(" V"));
     if (mark < 0)
         return unknown;
