@@ -97,7 +97,7 @@ Outcome OutputFile::write(const QByteArray& bytes) const
     const int descriptor = ::open(QFile::encodeName(m_path).constData(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
     if (descriptor < 0)
         return failed(errno);
-    const Outcome written = writeStream(descriptor, bytes, m_name);
+    Outcome written = writeStream(descriptor, bytes, m_name);
     if (::close(descriptor) != 0 && written)
         return failed(errno);
     return written;

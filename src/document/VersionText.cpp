@@ -62,7 +62,7 @@ std::optional<QString> diagnoseSubTitle(const QString& text)
 
 QString programVersion(const QString& text)
 {
-    const QString unknown = QStringLiteral("0.0");
+    QString unknown = QStringLiteral("0.0");
     const qsizetype mark = text.indexOf(QLatin1String(" V"));
     if (mark < 0)
         return unknown;

@@ -36,7 +36,7 @@ QString DesktopSounds::soundFileOf(const QString& eventName)
             if (QFile::exists(stem + QStringLiteral(".disabled")))
                 return {};
             for (const char* suffix : {".oga", ".ogg", ".wav"}) {
-                const QString file = stem + QLatin1String(suffix);
+                QString file = stem + QLatin1String(suffix);
                 if (QFile::exists(file))
                     return file;
             }

@@ -39,7 +39,7 @@ std::optional<Entry> Reader::next()
         // A program that was killed leaves its last line unfinished; what stands before it is good.
         if (!ended)
             return {};
-        if (const std::optional<Entry> entry = entryOf(line))
+        if (std::optional<Entry> entry = entryOf(line))
             return entry;
         fail(QCoreApplication::translate("LinkLog", "the line is no entry"));
     }

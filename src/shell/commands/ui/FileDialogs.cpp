@@ -11,7 +11,7 @@ QStringList FileDialogs::nameFilters(const QString& filters)
     for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
         // The toolkit reads the pattern from the last pair of brackets.
         QString text = parts[i];
-        const QString pattern = parts[i + 1];
+        const QString& pattern = parts[i + 1];
         const QString named = QStringLiteral("(%1)").arg(pattern);
         text.remove(named);
         // "*.*" is every file here, also one without a dot in its name.
