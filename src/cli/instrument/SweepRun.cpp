@@ -4,6 +4,8 @@
 #include "cli/plots/DrawProgram.h"
 #include "controls/graph/GraphFile.h"
 #include "instrument/Commands.h"
+#include "link/DocumentFollower.h"
+#include "values/Conversions.h"
 #include "values/EngineeringText.h"
 
 #include <QFileInfo>

@@ -6,6 +6,7 @@
 #include "cli/instrument/DevicesCommand.h"
 #include "cli/instrument/SweepCommand.h"
 #include "cli/plots/ShowCommand.h"
+#include "program/Version.h"
 
 #include <QCoreApplication>
 #include <QLoggingCategory>

@@ -73,9 +73,7 @@ void StartUp::run(const StartUpOptions& options)
     program.preferences.setInstanceTitle(state.gstrInstanceTitle);
 
     state.giNewDocType = 1;
-    state.giDocumentCounter = 0;
     state.gbfPlotting = false;
-    state.gbfSuppressPrompts = false;
     state.gbfSweepActive = false;
     state.gbfScriptRunning = false;
 

@@ -332,6 +332,11 @@ CommandSet& frmMain::commands() const
     return m_parts->commands;
 }
 
+QuickFileMenu& frmMain::quickFiles() const
+{
+    return m_parts->quickFiles;
+}
+
 const FileOpener& frmMain::fileOpener() const
 {
     return m_parts->opener;

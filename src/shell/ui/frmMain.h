@@ -2,7 +2,7 @@
 #pragma once
 
 #include "link/MainWindowPort.h"
-#include "link/SettingsDialogHost.h"
+#include "link/settings/SettingsDialogHost.h"
 #include "prefs/PreferencesHost.h"
 #include "shell/commands/ui/CommandContext.h"
 
@@ -15,6 +15,7 @@ class CommandSet;
 class FileOpener;
 class PenBar;
 class PreferencesCommands;
+class QuickFileMenu;
 class StatusBar;
 class TestCommands;
 struct WindowParts;
@@ -47,6 +48,7 @@ public:
     PenBar& tbPenBar() const;
     CommandRegistry& registry() const;
     CommandSet& commands() const;
+    QuickFileMenu& quickFiles() const;
     const FileOpener& fileOpener() const;
     PreferencesCommands& preferencesCommands() const;
     TestCommands& testCommands() const;

@@ -24,7 +24,7 @@ protected:
     QString path(const char* name) const { return m_folder.filePath(QString::fromUtf8(name)); }
 
     /// A document of that type, as a sweep leaves it.
-    PenDocument& newDocument(PenDocument::TestType type) { return m_workspace.newDocument(type); }
+    PenDocument& newDocument(PenDocument::TestType type) { return m_workspace.newDocument(type, true); }
 
     QString save(PenDocument& document, const QByteArray& name)
     {

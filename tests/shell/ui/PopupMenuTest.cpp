@@ -5,6 +5,8 @@
 #include "document/ui/frmAddText.h"
 #include "shell/ui/MainWindowHarness.h"
 
+#include "shell/commands/ui/QuickFileMenu.h"
+
 #include <QClipboard>
 #include <QMenu>
 #include <QMenuBar>
@@ -183,8 +185,8 @@ TEST_F(PopupMenuTest, aQuickFileEntryOutlivesTheOpeningOfItsFile)
     ASSERT_TRUE(document->fileSavePlot(one));
     ASSERT_TRUE(document->fileSavePlot(two));
     document->SetFileName({});
-    main->UpdateQuickFileList(one);
-    main->UpdateQuickFileList(two);
+    main->quickFiles().UpdateQuickFileList(one);
+    main->quickFiles().UpdateQuickFileList(two);
     settle();
     const QPointer<QAction> entry = main->findChild<QAction*>(QStringLiteral("mnuFileMRU_1"));
     int ended = 0;

@@ -4,6 +4,8 @@
 #include "shell/commands/ui/FileDialogs.h"
 #include "shell/ui/MainWindowHarness.h"
 
+#include "shell/commands/ui/QuickFileMenu.h"
+
 #include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
@@ -238,7 +240,11 @@ TEST_F(FrmMainDocumentsTest, saveAllSavesWhatItCanAndLeavesANewerFormatAlone)
         document->AddImpedancePoint(1000, 47, 12, 1, 0);
         document->SetModified();
     }
-    first->giDocumentVersion() = 2;
+    {
+        const TableScope scope(first->peGraph(), 2);
+        first->peGraph().setTAText(0, 0, QStringLiteral("2"));
+    }
+    first->readFormat();
     QFile file(newer);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QByteArray before = file.readAll();
@@ -263,14 +269,14 @@ TEST_F(FrmMainDocumentsTest, theQuickFileListShowsItsSeparatorOnlyWithEntries)
     EXPECT_FALSE(shown("mnuFileBar4"));
     const QString one = folder.filePath(QStringLiteral("one.gzd"));
     const QString two = folder.filePath(QStringLiteral("two & three.gzd"));
-    main->UpdateQuickFileList(one);
-    main->UpdateQuickFileList(two);
+    main->quickFiles().UpdateQuickFileList(one);
+    main->quickFiles().UpdateQuickFileList(two);
     settle();
     ASSERT_TRUE(shown("mnuFileMRU_0"));
     EXPECT_TRUE(
         main->findChild<QAction*>(QStringLiteral("mnuFileMRU_0"))->text().contains(QStringLiteral("two && three.gzd")));
     EXPECT_TRUE(shown("mnuFileBar4"));
-    main->UpdateQuickFileList(one.toUpper());
+    main->quickFiles().UpdateQuickFileList(one.toUpper());
     settle();
     EXPECT_FALSE(shown("mnuFileMRU_2"));
 }
@@ -278,7 +284,7 @@ TEST_F(FrmMainDocumentsTest, theQuickFileListShowsItsSeparatorOnlyWithEntries)
 TEST_F(FrmMainDocumentsTest, aClickOnAQuickFileOpensIt)
 {
     const QString gone = folder.filePath(QStringLiteral("gone.gzd"));
-    main->UpdateQuickFileList(gone);
+    main->quickFiles().UpdateQuickFileList(gone);
     main->findChild<QAction*>(QStringLiteral("mnuFileMRU_0"))->trigger();
     settle();
     ASSERT_EQ(messages.shown.size(), 1U);

@@ -5,6 +5,8 @@
 #include "support/FindControl.h"
 #include "support/WriteCounter.h"
 
+#include "shell/commands/ui/PreferencesCommands.h"
+
 #include <QCheckBox>
 #include <QDir>
 #include <QFile>
@@ -150,11 +152,11 @@ TEST_F(FrmMainSettingsTest, settingsThatCouldNotBeSetAsideAreNotSaidToBe)
     for (int number = 1; number < 1000; ++number)
         ASSERT_TRUE(QDir().mkpath(settings + QStringLiteral(".damaged-%1").arg(number)));
     EXPECT_EQ(preferences.value(options::kSplashScreen), true);
-    EXPECT_TRUE(main->tellDamagedSettings());
+    EXPECT_TRUE(main->preferencesCommands().tellDamagedSettings());
     ASSERT_EQ(messages.shown.size(), 1U);
     EXPECT_FALSE(messages.shown[0].text.contains(QStringLiteral("were set aside")));
     EXPECT_TRUE(messages.shown[0].text.contains(settings));
-    EXPECT_FALSE(main->tellDamagedSettings());
+    EXPECT_FALSE(main->preferencesCommands().tellDamagedSettings());
 }
 
 } // namespace

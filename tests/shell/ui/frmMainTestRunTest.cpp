@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "link/ui/frmSettings.h"
+#include "link/settings/ui/frmSettings.h"
 #include "shell/ui/MainWindowHarness.h"
 
 #include <QToolBar>

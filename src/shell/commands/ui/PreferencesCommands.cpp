@@ -120,11 +120,9 @@ void PreferencesCommands::checkAtStart()
 
 bool PreferencesCommands::tellDamagedSettings()
 {
-    const QString damaged = m_context.program.preferences.store().takeDamaged();
-    if (damaged.isEmpty())
+    const auto damage = m_context.program.preferences.store().takeDamage();
+    if (!damage)
         return false;
-    m_context.tell(tr("The settings could not be read and were set aside as %1. The program starts with its defaults.")
-                       .arg(damaged),
-                   UserMessages::Exclamation, tr("Settings"));
+    m_context.tell(damage->sentence(), UserMessages::Exclamation, tr("Settings"));
     return true;
 }
