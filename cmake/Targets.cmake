@@ -76,15 +76,20 @@ function(mg_program NAME FOLDER)
 endfunction()
 
 # mg_tests(NAME FOLDER USES target...): one program and one ctest entry for the test files of a folder.
+# CORE: the program loads no widgets, so that it proves what runs without them.
 function(mg_tests NAME FOLDER)
-  cmake_parse_arguments(ARG "" "TIMEOUT" "USES;NEEDS" ${ARGN})
+  cmake_parse_arguments(ARG "CORE" "TIMEOUT" "USES;NEEDS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${FOLDER}/*.cpp ${CMAKE_SOURCE_DIR}/${FOLDER}/*.h)
   if(NOT sources MATCHES "\\.cpp")
     return()
   endif()
   add_executable(test_${NAME} ${sources})
-  target_link_libraries(test_${NAME} PRIVATE ${ARG_USES} test_support)
-  _mg_use_precompiled(test_${NAME} TEST)
+  if(ARG_CORE)
+    target_link_libraries(test_${NAME} PRIVATE ${ARG_USES} test_core)
+  else()
+    target_link_libraries(test_${NAME} PRIVATE ${ARG_USES} test_support)
+    _mg_use_precompiled(test_${NAME} TEST)
+  endif()
   target_compile_definitions(test_${NAME} PRIVATE MG_SOURCE_DIR="${CMAKE_SOURCE_DIR}" MG_BINARY_DIR="${CMAKE_BINARY_DIR}"
     MG_PROGRAM_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
   foreach(program ${ARG_NEEDS})

@@ -32,6 +32,14 @@ TEST(Linkage, ProgramsWithoutWindowsLoadNeitherWidgetsNorPrintSupport)
     }
 }
 
+TEST(Linkage, DocumentsNeedNeitherWindowsNorALink)
+{
+    const std::string libraries = librariesOf("test_document");
+    EXPECT_THAT(libraries, HasSubstr("libQt6Gui.so"));
+    for (const char* library : {"libQt6Widgets", "libQt6PrintSupport", "libQt6SerialPort", "libQCustomPlot"})
+        EXPECT_THAT(libraries, Not(HasSubstr(library))) << library;
+}
+
 TEST(Linkage, TheProgramThatDrawsDoes)
 {
     // Otherwise the test above looks at the wrong names.
