@@ -258,6 +258,18 @@ TEST_F(PenDocumentZoom, FromTheFullExtentTheLastZoomCanBeRedone)
     EXPECT_FALSE(graph().Zoomed());
 }
 
+TEST_F(PenDocumentZoom, TheHistoryIsGoneAfterAReload)
+{
+    QString path = bench.path("plot");
+    ASSERT_TRUE(document->fileSavePlot(path));
+    graph().userZoom(limits(4, 5));
+    graph().userZoom(limits(4.2, 4.8));
+    ASSERT_TRUE(document->fileLoadPlot(path));
+    EXPECT_EQ(document->zoomHistory().count(), 0);
+    EXPECT_FALSE(document->canRedoZoom());
+    EXPECT_FALSE(graph().Zoomed());
+}
+
 TEST_F(PenDocumentZoom, LinearImpedanceAxesEmptyTheHistory)
 {
     graph().userZoom(limits(4, 5));

@@ -167,6 +167,13 @@ TEST_P(EachPiece, InWhichAnswersComeGivesTheSameSweep)
 
 INSTANTIATE_TEST_SUITE_P(JudgedSweep, EachPiece, ::testing::Values(1, 7, 64));
 
+TEST_F(JudgedSweepTest, ACompleteSweepWhoseEndIsLostIsComplete)
+{
+    Manners endless;
+    endless.leftOut = "E";
+    sweep(farFromDefaults(), endless);
+}
+
 TEST_F(JudgedSweepTest, AnswersThatComeTwiceChangeNothing)
 {
     Manners twice;

@@ -91,6 +91,28 @@ TEST_F(DeviceEvents, DisconnectionInMidTestReturnsToViewingAndSaysDisconnected)
     EXPECT_EQ(document->peGraph().YData(0, 0), 50.0F);
 }
 
+TEST_F(DeviceEvents, AnotherInstrumentOpenedInMidTestEndsTestAndScript)
+{
+    open();
+    plug();
+    devices.refresh();
+    const auto document = makeDocument(PenDocument::Impedance);
+    activate(document);
+    send(frametext::text('V', '0', "S1"));
+    send(frametext::numbers('D', '1', 1, 1000, 1000000, 1));
+    send(numbers('F', '1', 40000, 50, 30, 1, 0));
+    state.gbfScriptRunning = true;
+    device.Close();
+    connectDevice(1);
+    EXPECT_FALSE(state.gbfPlotting);
+    EXPECT_FALSE(state.gbfSweepActive);
+    EXPECT_FALSE(state.gbfScriptRunning);
+    EXPECT_TRUE(penBarEnabled);
+    send(numbers('F', '1', 41000, 60, 30, 1, 1), 1);
+    EXPECT_EQ(document->peGraph().YData(0, 0), 50.0F);
+    EXPECT_EQ(document->peGraph().YData(0, 1), -65536.0F);
+}
+
 TEST_F(DeviceEvents, ClosingTheLinkOnPurposeIsNoDisconnection)
 {
     setting("Prompts", "NotifyDevice", 1);

@@ -5,6 +5,7 @@
 #include "controls/korvalink/UsbDeviceSource.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QFileSystemWatcher>
 #include <QPointer>
 #include <QSet>
@@ -57,10 +58,13 @@ std::vector<DeviceList::Private::Listed> DeviceList::Private::look() const
 
 QSet<QString> DeviceList::Private::keysOf(const std::vector<Listed>& listed)
 {
-    // Name and path: an instrument moved to another socket is new, and so is another one on the same socket.
+    // Name and device: an instrument moved to another socket is new, and so is another one on the same socket. The path
+    // of an entry in the registry stays when its link is turned to another terminal.
     QSet<QString> keys;
-    for (const Listed& device : listed)
-        keys.insert(device.entry.name + QLatin1Char('\n') + device.entry.path);
+    for (const Listed& device : listed) {
+        const QString target = QFileInfo(device.entry.path).canonicalFilePath();
+        keys.insert(device.entry.name + QLatin1Char('\n') + (target.isEmpty() ? device.entry.path : target));
+    }
     return keys;
 }
 

@@ -13,6 +13,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cstdio>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -241,6 +242,22 @@ TEST(DeviceListTest, AttachedIsRaisedForANewDeviceOnlyAndAgainWhenItComesBack)
     ASSERT_TRUE(QTest::qWaitFor([&] { return appeared.count() == 3; }));
     EXPECT_EQ(appeared.last().first().toString(), "fresh");
     EXPECT_EQ(attached.count(), 3);
+}
+
+TEST(DeviceListTest, AnInstrumentInAnotherSocketIsAnArrival)
+{
+    QTemporaryDir home;
+    const QString folder = home.filePath("marrowick/devices");
+    Pty one, other;
+    ASSERT_TRUE(QDir().mkpath(folder));
+    ASSERT_TRUE(QFile::link(one.slavePath(), folder + "/T46-1"));
+    DeviceList list(sourcesOf(std::make_unique<RuntimeDeviceSource>(folder)));
+    KorvaLink link(list);
+    QSignalSpy attached(&link, &KorvaLink::DeviceAttached);
+    ASSERT_TRUE(QFile::link(other.slavePath(), folder + "/new"));
+    // In one step, as a cable is moved between two looks.
+    ASSERT_EQ(::rename((folder + "/new").toLocal8Bit().constData(), (folder + "/T46-1").toLocal8Bit().constData()), 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return attached.count() >= 1; }));
 }
 
 TEST(DeviceListTest, SeesAFolderThatIsMadeLater)

@@ -557,6 +557,18 @@ TEST_F(FrmSettings, MonitorUnticksItselfDuringATest)
     EXPECT_EQ(commands(), QString());
 }
 
+TEST_F(FrmSettings, UntickingTheMonitorSparesASweepThatHasBegunMeanwhile)
+{
+    open();
+    click("chkMonitor");
+    ASSERT_TRUE(checked("chkMonitor"));
+    commands();
+    state.gbfPlotting = true;
+    click("chkMonitor");
+    EXPECT_FALSE(checked("chkMonitor"));
+    EXPECT_FALSE(commands().split(u'|').contains(QStringLiteral("y")));
+}
+
 TEST_F(FrmSettings, SpotFrequencyIsClampedWrittenBackAndSent)
 {
     open();
