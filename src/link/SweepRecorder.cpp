@@ -8,6 +8,7 @@
 #include "instrument/Commands.h"
 #include "instrument/InstrumentEvents.h"
 #include "instrument/InstrumentMirror.h"
+#include "instrument/InstrumentRanges.h"
 #include "link/DeviceModule.h"
 #include "program/ProgramState.h"
 #include "program/UserMessages.h"
@@ -111,9 +112,12 @@ void SweepRecorder::readStatus(const Frame& frame, std::int32_t idleOutput)
 {
     InstrumentMirror& mirror = m_context.mirror;
     mirror.bfRunning = frame.number(1) != 0;
-    mirror.dblStartFrequency = frame.number(2);
+    // What no instrument can put out is a damaged field.
+    if (instrumentranges::isFrequency(mirror, frame.number(2)))
+        mirror.dblStartFrequency = frame.number(2);
     m_module.panels().showFrequency(StatusPanels::StartFrequency, mirror.dblStartFrequency);
-    mirror.dblEndFrequency = frame.number(3);
+    if (instrumentranges::isFrequency(mirror, frame.number(3)))
+        mirror.dblEndFrequency = frame.number(3);
     m_module.panels().showFrequency(StatusPanels::EndFrequency, mirror.dblEndFrequency);
     m_context.state.gbfSweepActive = frame.number(4) != 0;
     mirror.bfIdleOutput = idleOutput != 0;

@@ -27,6 +27,12 @@ protected:
                          });
         QObject::connect(events, &InstrumentEvents::stateComplete, events, [this] { ++completed; });
     }
+    /// The instrument is opened again: its next complete state counts as its first.
+    void reconnect()
+    {
+        device.Close();
+        connectDevice();
+    }
     /// The parts of the mirror that were told as changed since the last call.
     std::vector<MirrorPart> changed() { return std::exchange(told, {}); }
 
@@ -425,6 +431,10 @@ TEST_F(DeviceDispatch, SerialNumberVNamesTheSectionOfTheSettings)
     EXPECT_EQ(mirror.strDeviceSerial, QStringLiteral("T46-0815"));
     EXPECT_EQ(changed(), Parts{MirrorPart::SerialNumber});
     module.DeviceSaveSettings();
+    EXPECT_EQ(saved(QStringLiteral("T46-0815"), "iNumPoints"), QStringLiteral("(none)"))
+        << "its answer is not complete";
+    send(numbers('X', '2', 5000, 9000, 64, -1, 3));
+    module.DeviceSaveSettings();
     EXPECT_EQ(saved(QStringLiteral("T46-0815"), "iNumPoints"), QStringLiteral("100"));
 }
 
@@ -629,6 +639,7 @@ TEST_F(DeviceDispatch, DamagedNumbersOfTheStateAreNeverSent)
     send(numbers('L', '1', 20, 4000000, -80, 5));
     written();
     for (const char* damaged : {"1e999", "-1e999", "0", "9e9", "5", "x"}) {
+        reconnect();
         const InstrumentMirror before = mirror;
         send(frametext::raw('X', '9', damaged, damaged, "64",
                             qAbs(values::tolerantNumber(damaged)) > 0 ? damaged : "-7", "0"));
@@ -648,9 +659,26 @@ TEST_F(DeviceDispatch, DamagedNumbersOfTheStateAreNeverSent)
     EXPECT_EQ(panel(3), QStringLiteral("1000 Hz"));
 }
 
+TEST_F(DeviceDispatch, DamagedRangesOfATestAreNotBelieved)
+{
+    const auto document = makeDocument(PenDocument::Impedance);
+    activate(document);
+    send(numbers('L', '1', 20, 4000000, -80, 5));
+    for (const char code : {'D', 'E'}) {
+        for (const char* damaged : {"1e999", "-1e999", "0", "9e9", "5", "x"}) {
+            send(frametext::raw(code, '1', "1", damaged, "60000", "0", "0"));
+            EXPECT_EQ(mirror.dblStartFrequency, 1000) << code << damaged;
+            EXPECT_EQ(mirror.dblEndFrequency, 60000) << code << damaged;
+            send(frametext::raw(code, '1', "1", "1000", damaged, "0", "0"));
+            EXPECT_EQ(mirror.dblEndFrequency, 60000) << code << damaged;
+            EXPECT_EQ(panel(3), QStringLiteral("1000 Hz")) << code << damaged;
+            EXPECT_EQ(panel(4), QStringLiteral("60000 Hz")) << code << damaged;
+        }
+    }
+}
+
 TEST_F(DeviceDispatch, StoredSettingsThatNoInstrumentHasAreNeverSent)
 {
-    send(text('V', '0', "S1") + numbers('A', '1', 0, 0, 10, 0, 3));
     const std::pair<const char*, const char*> wild[] = {
         {"iNumPoints", "0"},         {"iNumPoints", "-5"},       {"iNumPoints", "1025"},
         {"iTestPeriod", "-1"},       {"iTestPeriod", "40000"},   {"iAttenuationCode", "4"},
@@ -658,9 +686,9 @@ TEST_F(DeviceDispatch, StoredSettingsThatNoInstrumentHasAreNeverSent)
         {"dblEndFrequency", "1e30"}, {"dblIdleFrequency", "-2"}, {"dblStartFrequency", "-1000"},
     };
     for (const auto& [key, value] : wild) {
+        reconnect();
         setting("S1", key, QLatin1String(value));
-        written();
-        send(numbers('X', '2', 5000, 9000, 64, -1, 3));
+        send(text('V', '0', "S1") + numbers('A', '1', 0, 0, 10, 0, 3) + numbers('X', '2', 5000, 9000, 64, -1, 3));
         EXPECT_EQ(written().join(u'|'), QStringLiteral("phase 1|idlefreq -1|points 100|atten 0|repeat 0|sweepmode 2|"
                                                        "period 0|startfreq 5000|endfreq 9000"))
             << key << ' ' << value;
@@ -669,28 +697,23 @@ TEST_F(DeviceDispatch, StoredSettingsThatNoInstrumentHasAreNeverSent)
 
 TEST_F(DeviceDispatch, StoredSamplesAreSentWithTheStateWhetherOrNotADialogIsOpen)
 {
-    send(text('V', '0', "S1") + text('l', '6', "PELLFERN"));
-    written();
-    const QByteArray complete = numbers('X', '2', 5000, 9000, 64, -1, 3);
-    send(complete);
-    EXPECT_FALSE(written().join(u'|').contains(QStringLiteral("samples"))) << "none is known, none is forced";
+    const auto sentFor = [this](const char* model, bool scriptRuns = false) {
+        reconnect();
+        state.gbfScriptRunning = scriptRuns;
+        send(text('V', '0', "S1") + text('l', '6', model) + numbers('X', '2', 5000, 9000, 64, -1, 3));
+        return written().filter(QStringLiteral("samples")).join(u'|');
+    };
+    EXPECT_EQ(sentFor("PELLFERN"), QString()) << "none is known, none is forced";
     setting("S1", "Samples", 64);
-    send(complete);
-    EXPECT_EQ(written().last(), QStringLiteral("samples 64"));
+    EXPECT_EQ(sentFor("PELLFERN"), QStringLiteral("samples 64"));
     for (const int wild : {0, -3, 5000}) {
         setting("S1", "Samples", wild);
-        send(complete);
-        EXPECT_FALSE(written().join(u'|').contains(QStringLiteral("samples"))) << wild;
+        EXPECT_EQ(sentFor("PELLFERN"), QString()) << wild;
     }
     setting("S1", "Samples", 100);
-    send(complete);
-    EXPECT_EQ(written().last(), QStringLiteral("samples 64"));
-    state.gbfScriptRunning = true;
-    send(complete);
-    EXPECT_FALSE(written().join(u'|').contains(QStringLiteral("samples")));
-    state.gbfScriptRunning = false;
-    send(text('l', '6', "T46") + complete);
-    EXPECT_FALSE(written().join(u'|').contains(QStringLiteral("samples")));
+    EXPECT_EQ(sentFor("PELLFERN"), QStringLiteral("samples 64"));
+    EXPECT_EQ(sentFor("PELLFERN", true), QString());
+    EXPECT_EQ(sentFor("T46"), QString());
 }
 
 TEST_F(DeviceDispatch, OwnersOfOtherCodesRegisterTheirHandlers)

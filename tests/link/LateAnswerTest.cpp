@@ -120,8 +120,9 @@ TEST_F(LateAnswer, AStartWaitsForTheSecondAndSendsWhatTheUserSet)
     };
     run.mnuTestStart_Click();
     EXPECT_GT(rounds, 3 * TestRun::kAnswerRounds);
-    EXPECT_EQ(written(),
-              QString("idlefreq 0|points 500|atten 2|repeat 0|sweepmode 1|period 0|phase 0|y|imptest").split(u'|'));
+    EXPECT_EQ(
+        written(),
+        QString("idlefreq 0|points 500|atten 2|repeat 0|sweepmode 1|period 0|phase 0|setpin 11|y|imptest").split(u'|'));
     EXPECT_EQ(saved(QStringLiteral("S1"), "iNumPoints"), QStringLiteral("500"));
 }
 

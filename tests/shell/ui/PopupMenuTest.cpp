@@ -3,9 +3,8 @@
 #include "controls/graph/ui/GraphView.h"
 #include "document/SystemClipboard.h"
 #include "document/ui/frmAddText.h"
-#include "shell/ui/MainWindowHarness.h"
-
 #include "shell/commands/ui/QuickFileMenu.h"
+#include "shell/ui/MainWindowHarness.h"
 
 #include <QClipboard>
 #include <QMenu>
@@ -131,6 +130,7 @@ TEST_F(PopupMenuTest, copyFromThePopupFillsTheClipboard)
 
 TEST_F(PopupMenuTest, cutAndPasteFromThePopupMoveThePen)
 {
+    messages.replies = {UserMessages::ReplyYes};
     pressPopup(PopupCut);
     EXPECT_EQ(document->peGraph().YData(0, 0), -65536.0F);
     pressPopup(PopupPaste);

@@ -25,8 +25,10 @@ QMenu* makeGraphMenu(GraphModel& model, QWidget* parent)
             action->setEnabled(model.CustomMenuState(item, sub) == graph::MenuNormal);
             action->setCheckable(model.properties().CustomMenu[static_cast<std::size_t>(item)].checked.contains(sub));
             action->setChecked(model.CustomMenuChecked(item, sub));
-            QObject::connect(action, &QAction::triggered, &model,
-                             [&model, item, sub] { Q_EMIT model.CustomMenuClicked(item, sub); });
+            // From the loop: a handler may run loops of its own, in which the closed menu dies.
+            QObject::connect(
+                action, &QAction::triggered, &model, [&model, item, sub] { Q_EMIT model.CustomMenuClicked(item, sub); },
+                Qt::QueuedConnection);
         };
         if (texts.size() == 1) {
             addAction(*menu, texts.constFirst(), 0);
