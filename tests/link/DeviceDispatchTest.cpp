@@ -532,11 +532,11 @@ TEST_F(DeviceDispatch, ScriptStateK)
 {
     send(numbers('k', '1'));
     EXPECT_TRUE(state.gbfScriptRunning);
-    QList<bool> told;
-    QObject::connect(&module.events(), &InstrumentEvents::scriptRunning, [&](bool running) { told << running; });
+    QList<bool> states;
+    QObject::connect(&module.events(), &InstrumentEvents::scriptRunning, [&](bool running) { states << running; });
     send(numbers('k', '0'));
     EXPECT_FALSE(state.gbfScriptRunning);
-    EXPECT_EQ(told, QList<bool>{false});
+    EXPECT_EQ(states, QList<bool>{false});
 }
 
 TEST_F(DeviceDispatch, DeviceInformationLFillsItsSlots)

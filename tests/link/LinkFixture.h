@@ -121,7 +121,7 @@ protected:
 
     std::unique_ptr<PenDocument> makeDocument(std::int16_t type)
     {
-        auto document = std::make_unique<PenDocument>(DocumentContext{preferences, messages, source, window.active});
+        auto document = std::make_unique<PenDocument>(DocumentContext{preferences, messages, plotSource, window.active});
         document->gstrKey = QStringLiteral("Doc%1").arg(++m_documentCounter);
         document->PrepareNew(type, QStringLiteral("Document %1").arg(m_documentCounter));
         return document;
@@ -172,7 +172,7 @@ protected:
     RecordingMainWindow window;
     DeviceList devices{sources()};
     KorvaLink device{devices};
-    InstrumentPlotSource source{device, mirror, state};
+    InstrumentPlotSource plotSource{device, mirror, state};
     DeviceModule module{LinkContext{device, mirror, state, preferences, messages, window, window.active}};
     TestRun run{module};
     RecordingDialog dialog;

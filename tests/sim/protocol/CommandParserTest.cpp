@@ -112,7 +112,9 @@ TEST(CommandParser, PassesOverControlCharactersAndEmptyLines)
 
 TEST(CommandParser, DropsALineTooLongAndFindsTheNext)
 {
-    EXPECT_EQ(parsed(std::string(5000, 'z') + "\rpoints 5\r"), "[points:5]");
+    std::string rubbish(5000, 'z');
+    rubbish += "\rpoints 5\r";
+    EXPECT_EQ(parsed(rubbish), "[points:5]");
     CommandParser parser;
     for (int i = 0; i < 100; ++i) {
         parser.feed(std::string(1000, 'q'), kStart);

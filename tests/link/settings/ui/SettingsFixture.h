@@ -204,7 +204,7 @@ protected:
     }
     std::unique_ptr<PenDocument> makeDocument(std::int16_t type)
     {
-        auto document = std::make_unique<PenDocument>(DocumentContext{preferences, messages, source, window.active});
+        auto document = std::make_unique<PenDocument>(DocumentContext{preferences, messages, plotSource, window.active});
         document->gstrKey = QStringLiteral("Doc%1").arg(++m_documentCounter);
         document->PrepareNew(type, QStringLiteral("Document %1").arg(m_documentCounter));
         return document;
@@ -236,7 +236,7 @@ protected:
     DeviceList devices{std::vector<std::unique_ptr<DeviceSource>>{}};
     KorvaLink device{devices};
     int m_documentCounter = 0;
-    InstrumentPlotSource source{device, mirror, state};
+    InstrumentPlotSource plotSource{device, mirror, state};
     DeviceModule module{LinkContext{device, mirror, state, preferences, messages, window, window.active}};
     TestRun run{module};
     std::vector<std::unique_ptr<PenDocument>> documents;
