@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // marrowickgraph: the desktop program.
 #include "app/FirstPaintMark.h"
+#include "program/Interrupts.h"
 #include "program/Version.h"
 #include "shell/ui/StartUp.h"
 #include "shell/ui/frmMain.h"
@@ -11,6 +12,9 @@
 #include <cstdio>
 
 namespace {
+
+/// Seconds between a request to end and the end, whatever happens.
+constexpr unsigned kLongestEnd = 5;
 
 int refuse(const QString& problem)
 {
@@ -58,11 +62,26 @@ int main(int argc, char** argv)
 
     FirstPaintMark mark;
     StartUp startUp;
+    // Before the window is there a request waits for it.
+    bool ended = false;
+    const auto end = [&startUp, &ended] {
+        ended = true;
+        if (frmMain* const window = startUp.mainWindow())
+            window->endUnasked();
+    };
+    const Interrupts interrupts(kLongestEnd);
+    QObject::connect(&interrupts, &Interrupts::interrupted, &application, end);
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &application, end, Qt::DirectConnection);
     startUp.run(options);
+    if (ended)
+        end();
     // The window may have been closed already, from a question at the start: then there is no loop to wait in.
     if (startUp.mainWindow()->isUnloaded())
         return 0;
-    QObject::connect(startUp.mainWindow(), &frmMain::unloaded, &application, &QApplication::quit, Qt::QueuedConnection);
+    QObject::connect(
+        startUp.mainWindow(), &frmMain::unloaded, &application,
+        // Not quit(): a dialog that refuses to close would keep the program.
+        [] { QApplication::exit(); }, Qt::QueuedConnection);
     mark.startedUp();
     return QApplication::exec();
 }

@@ -134,6 +134,19 @@ bool DocumentList::CloseAll()
     return true;
 }
 
+void DocumentList::discardAll()
+{
+    m_suppressPrompts = true;
+    while (count() > 0) {
+        PenDocument* document = at(count());
+        const QString key = document->gstrKey;
+        m_windows.discardDocument(*document);
+        remove(key);
+    }
+    m_suppressPrompts = false;
+    giDocumentCounter = 0;
+}
+
 int DocumentList::count() const
 {
     return static_cast<int>(living().size());

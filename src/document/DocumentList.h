@@ -24,6 +24,8 @@ public:
     virtual void showDocument(PenDocument& document) = 0;
     /// Closes the document by the rule of PenDocument::QueryClose() and destroys it; false when it stays open.
     virtual bool unloadDocument(PenDocument& document) = 0;
+    /// The same as if every question were answered with No; nothing keeps it open, a running test neither.
+    virtual void discardDocument(PenDocument& document) = 0;
 };
 
 /// gcolDocuments: the open documents in the order of their creation, each under its key. Indices count from 1; 0 is
@@ -49,6 +51,8 @@ public:
     bool LoadExistingDocument(const QString& strFileName);
     /// Close All: from the last to the first, until one refuses. True when none is left; numbers start at 1 again then.
     bool CloseAll();
+    /// The same without a question, as if each were answered with No.
+    void discardAll();
 
     int count() const;
     PenDocument* at(int index) const;

@@ -225,6 +225,8 @@ public:
     /// May the document close? Asks for unsaved changes and saves them if told so. False for a cancel and for a save
     /// that failed; after true, closed() has been raised.
     bool QueryClose();
+    /// From now on QueryClose() takes "No" for the answer.
+    void closeUnasked() { m_closesUnasked = true; }
 
 Q_SIGNALS:
     void captionChanged(const QString& caption);
@@ -278,6 +280,7 @@ private:
     std::int16_t m_version = 1;
     bool m_zoomExtents = true;
     bool m_modified = false;
+    bool m_closesUnasked = false;
     bool m_initialised = false;
     bool m_sampling = false; ///< the lines of the pen under test are joined points
     bool m_viewOnly = false;

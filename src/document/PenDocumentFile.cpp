@@ -260,7 +260,7 @@ bool PenDocument::QueryClose()
 {
     const QPointer<PenDocument> self(this);
     int reply = UserMessages::ReplyNo;
-    if (m_modified && m_version <= 1) {
+    if (m_modified && m_version <= 1 && !m_closesUnasked) {
         reply = m_context.messages.message(tr("Save before closing %1?").arg(m_caption),
                                            UserMessages::YesNoCancel | UserMessages::Question, tr("Save Document"));
         if (!self)

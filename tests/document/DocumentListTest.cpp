@@ -38,6 +38,11 @@ struct DocumentListTest : ::testing::Test, DocumentWindows
         std::erase_if(windows, [&](const auto& window) { return window.get() == &document; });
         return true;
     }
+    void discardDocument(PenDocument& document) override
+    {
+        document.closeUnasked();
+        unloadDocument(document);
+    }
     QString savedPlot(const QString& name)
     {
         bench.state.giNewDocType = PenDocument::Impedance;
@@ -55,6 +60,23 @@ struct DocumentListTest : ::testing::Test, DocumentWindows
         EXPECT_EQ(bench.messages.shown.back().style, style);
     }
 };
+
+TEST_F(DocumentListTest, DiscardAllClosesEachAsByNoAndAsksNothing)
+{
+    QStringList order;
+    for (int i = 0; i < 3; ++i) {
+        PenDocument* document = list.LoadNewDoc();
+        document->setModified(true);
+        QObject::connect(document, &PenDocument::closed, document, [&order, document] {
+            order << document->gstrKey + QLatin1String(document->gbfModified() ? "*" : "");
+        });
+    }
+    list.discardAll();
+    EXPECT_EQ(order, QString("Doc3* Doc2* Doc1*").split(u' '));
+    EXPECT_EQ(list.count(), 0);
+    EXPECT_EQ(list.giDocumentCounter, 0);
+    EXPECT_TRUE(bench.messages.shown.empty());
+}
 
 TEST_F(DocumentListTest, NewDocumentsAreNumberedAndPrepared)
 {

@@ -8,7 +8,9 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
+#include <csignal>
 #include <gmock/gmock.h>
 
 using namespace e2e;
@@ -150,4 +152,33 @@ TEST_F(DesktopTest, AnOptionThatNobodyKnowsEndsItBeforeAnythingOpens)
     EXPECT_EQ(program.exitCode(), 2);
     const QByteArray said = program.readAllStandardError() + program.readAllStandardOutput();
     EXPECT_TRUE(said.contains("There is no option --frobnicate")) << said.toStdString();
+}
+
+TEST_F(DesktopTest, ASignalInAMeasurementStopsItAndRunsTheUnload)
+{
+    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+        const Simulator simulator(freshSerial(), {QStringLiteral("--rate"), QStringLiteral("30")});
+        const QString log = QStringLiteral("signal%1.log").arg(number);
+        const auto has = [&](const char* beginning) {
+            const std::vector<std::string> lines = logged(log);
+            return std::any_of(lines.begin(), lines.end(),
+                               [&](const auto& line) { return line.starts_with(beginning); });
+        };
+        const QString port = QFileInfo(simulator.devicePath()).canonicalFilePath().remove(QLatin1String("/dev/"));
+        const QString lock = QStringLiteral("/var/lock/LCK..") + QString(port).replace(u'/', u'_');
+        const QString window = QStringLiteral("Window"), left = QStringLiteral("Left");
+        ASSERT_TRUE(SettingsStore().SaveSetting(kTitle, window, left, QStringLiteral("unsaved")));
+        QProcess program;
+        start(program, {QStringLiteral("--test"), QStringLiteral("impedance")}, log);
+        ASSERT_TRUE(waitFor([&] { return has("< F:"); }));
+        EXPECT_TRUE(QFile::exists(lock)) << lock.toStdString();
+        ASSERT_EQ(::kill(static_cast<pid_t>(program.processId()), number), 0);
+        ASSERT_TRUE(program.waitForFinished(10000)) << number;
+        EXPECT_EQ(program.exitStatus(), QProcess::NormalExit) << number;
+        EXPECT_EQ(program.exitCode(), 0) << number;
+        EXPECT_FALSE(QFile::exists(lock)) << number;
+        EXPECT_TRUE(has("> y\\r")) << number;
+        EXPECT_THAT(logged(log), Contains(::testing::HasSubstr("closed"))) << number;
+        EXPECT_NE(SettingsStore().GetSetting(kTitle, window, left, QString()), QStringLiteral("unsaved")) << number;
+    }
 }

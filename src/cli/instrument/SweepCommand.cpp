@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/instrument/SweepCommand.h"
 
-#include "cli/Interrupts.h"
 #include "cli/StandardStreams.h"
 #include "cli/instrument/SweepRun.h"
 #include "cli/plots/DrawProgram.h"
+#include "program/Interrupts.h"
 
 #include <QCoreApplication>
 

@@ -3,8 +3,11 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
+#include <QLockFile>
 
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <grp.h>
@@ -24,7 +27,36 @@ QString groupName(gid_t group)
     return entry ? QString::fromLocal8Bit(entry->gr_name) : QString::number(group);
 }
 
+/// Where QSerialPort locks a port: in the first of these folders that it may write to.
+QString lockFileOf(const QString& device)
+{
+    const QString port = QString(device).remove(QLatin1String("/dev/")).replace(u'/', u'_');
+    for (const char* folder : {"/var/lock", "/etc/locks", "/var/spool/locks", "/var/spool/uucp", "/tmp"}) {
+        const QFileInfo status{QLatin1String(folder)};
+        if (status.isReadable() && status.isWritable())
+            return QLatin1String(folder) + QLatin1String("/LCK..") + port;
+    }
+    return {};
+}
+
+bool isDead(qint64 process)
+{
+    return process > 0 && ::kill(static_cast<pid_t>(process), 0) != 0 && errno == ESRCH;
+}
+
 } // namespace
+
+QString portInUse(const QString& device, const QString& shownName)
+{
+    const QString file = lockFileOf(device);
+    qint64 process = 0;
+    QString host, program;
+    if (!file.isEmpty() && QLockFile(file).getLockInfo(&process, &host, &program) && isDead(process))
+        return translated("The device %1 is locked by a program that has ended without taking its lock away, and the "
+                          "lock belongs to somebody else. Have the file %2 removed.")
+            .arg(shownName, file);
+    return translated("The device %1 is in use by another program.").arg(shownName);
+}
 
 Outcome portAccess(const QString& path)
 {

@@ -11,6 +11,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace {
@@ -58,9 +59,13 @@ Outcome SerialTransport::open()
     }
     if (!opened) {
         if (port->error() == QSerialPort::PermissionError)
-            return Outcome::failure(tr("The device %1 is in use by another program.").arg(m_path));
+            return Outcome::failure(portInUse(device, m_path));
         return Outcome::failure(tr("The device %1 cannot be opened: %2.").arg(m_path, port->errorString()));
     }
+    // The mark of exclusive use stays on a pseudo-terminal when its program is killed, and would shut out the next one;
+    // the lock file keeps others away all the same.
+    if (device.startsWith(QLatin1String("/dev/pts/")))
+        ::ioctl(port->handle(), TIOCNXCL);
     // A pseudo-terminal has no modem lines and refuses; on USB the instrument may wait for it. Either way the port
     // works.
     port->setDataTerminalReady(true);

@@ -81,6 +81,15 @@ bool DocumentArea::unloadDocument(PenDocument& document)
     return true;
 }
 
+void DocumentArea::discardDocument(PenDocument& document)
+{
+    document.closeUnasked();
+    if (const QPointer<frmDocument> window = windowOf(document)) {
+        window->unload();
+        m_active.set(activeDocument());
+    }
+}
+
 PenDocument* DocumentArea::activeDocument() const
 {
     auto* window = qobject_cast<frmDocument*>(currentSubWindow());

@@ -26,6 +26,7 @@ public:
     PenDocument* createDocument() override;
     void showDocument(PenDocument& document) override;
     bool unloadDocument(PenDocument& document) override;
+    void discardDocument(PenDocument& document) override;
 
     /// The document whose window is active, or was last when the focus is outside the area; null when none is open.
     PenDocument* activeDocument() const;

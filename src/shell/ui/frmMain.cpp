@@ -173,6 +173,18 @@ void frmMain::endProgram()
     });
 }
 
+void frmMain::endUnasked()
+{
+    if (m_unloaded)
+        return;
+    m_ending = true;
+    m_context.messages.dismiss();
+    if (m_context.state.gbfPlotting && m_context.device.Connected())
+        m_parts->testRun.mnuTestStopTest_Click();
+    m_parts->documents.discardAll();
+    close();
+}
+
 void frmMain::closeEvent(QCloseEvent* event)
 {
     if (m_unloaded) {

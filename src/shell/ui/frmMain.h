@@ -55,6 +55,9 @@ public:
 
     bool boolArePathsSet();
     void SaveMainWindowPosition();
+    /// Somebody else ends the program: the system, the session, the user at another terminal. A running test is
+    /// stopped, the documents are closed as by No, and the unload sequence runs at once; no question is asked.
+    void endUnasked();
     /// Tries ten devices and stops at the first that opens.
     bool OpenFirstDeviceFound();
     /// Toolbar and pen bar by the key of a button, whatever its case; an unknown key does nothing.
@@ -110,6 +113,6 @@ private:
 
     ShellContext m_context;
     std::unique_ptr<WindowParts> m_parts;
-    bool m_ending = false; ///< the instrument has ended the program
+    bool m_ending = false; ///< by other hands than the user's in this window
     bool m_unloaded = false;
 };

@@ -11,18 +11,24 @@
 #include <QElapsedTimer>
 #include <QEvent>
 #include <QEventLoop>
+#include <QFile>
 #include <QSerialPort>
 #include <QSignalSpy>
 #include <QSocketNotifier>
+#include <QSysInfo>
 #include <QTest>
 #include <QThread>
 #include <QTimer>
 
+#include <fcntl.h>
 #include <future>
 #include <gtest/gtest.h>
+#include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 
 namespace {
 
@@ -226,6 +232,59 @@ TEST_F(SerialTransportTest, ADeviceInUseIsRefusedWithASentence)
     EXPECT_EQ(opened.sentence(), QString("The device %1 is in use by another program.").arg(pty.slavePath()));
     link.Close();
     EXPECT_TRUE(second.open());
+}
+
+TEST_F(SerialTransportTest, AProgramThatIsKilledLeavesNoMarkOnThePseudoTerminal)
+{
+    SerialTransport transport(pty.slavePath());
+    ASSERT_TRUE(transport.open());
+    // What the mark does to an ordinary user it cannot do to the superuser, so it is read.
+    const int slave = ::open(pty.slavePath().toLocal8Bit().constData(), O_RDWR | O_NOCTTY);
+    ASSERT_GE(slave, 0);
+    int exclusive = -1;
+    EXPECT_EQ(::ioctl(slave, TIOCGEXCL, &exclusive), 0);
+    EXPECT_EQ(exclusive, 0);
+    ::close(slave);
+}
+
+/// The lock of a program that is dead by now.
+QString deadLock(const QString& device)
+{
+    const pid_t child = ::fork();
+    if (child == 0)
+        ::_exit(0);
+    ::waitpid(child, nullptr, 0);
+    QFile lock("/var/lock/LCK.." + QString(device).remove("/dev/").replace('/', '_'));
+    lock.remove();
+    if (!lock.open(QFile::WriteOnly))
+        return {};
+    lock.write(QByteArray::number(child) + "\ngone\n" + QSysInfo::machineHostName().toLocal8Bit() + '\n');
+    return lock.fileName();
+}
+
+TEST_F(SerialTransportTest, TheLockOfADeadProgramIsTakenAway)
+{
+    ASSERT_FALSE(deadLock(pty.slavePath()).isEmpty());
+    SerialTransport transport(pty.slavePath());
+    const Outcome opened = transport.open();
+    EXPECT_TRUE(opened) << opened.sentence().toStdString();
+}
+
+TEST_F(SerialTransportTest, TheLockOfSomebodyElsesDeadProgramIsNamed)
+{
+    const bool somebodyElses = ::geteuid() == 0; // an ordinary user can leave only what is his own
+    const QString lock = deadLock(pty.slavePath());
+    ASSERT_FALSE(lock.isEmpty());
+    ASSERT_EQ(::chmod(pty.slavePath().toLocal8Bit().constData(), 0666), 0);
+    QString sentence;
+    {
+        const OrdinaryUser user;
+        SerialTransport transport(pty.slavePath());
+        sentence = transport.open().sentence();
+    }
+    QFile::remove(lock);
+    EXPECT_EQ(sentence.contains(lock), somebodyElses) << sentence.toStdString();
+    EXPECT_EQ(sentence.contains("has ended"), somebodyElses);
 }
 
 TEST_F(SerialTransportTest, AMissingDeviceIsRefusedWithASentence)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/Interrupts.h"
+#include "program/Interrupts.h"
 
 #include <QSocketNotifier>
 
@@ -8,25 +8,29 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-namespace cli {
 namespace {
 
 constexpr std::array<int, 3> kSignals = {SIGINT, SIGTERM, SIGHUP};
 // The handler may do next to nothing, so it wakes the event loop through a pipe.
 std::array<int, 2> wakeUp = {-1, -1};
+volatile std::sig_atomic_t longestEnd = 0; // seconds; 0: no limit
 
 void onSignal(int)
 {
     const char byte = 0;
+    // From here on, not from the event loop: the program may be stuck outside it.
+    if (longestEnd > 0)
+        ::alarm(static_cast<unsigned>(longestEnd));
     // The default action is back by SA_RESETHAND. A full pipe has woken the loop already.
     [[maybe_unused]] const auto written = ::write(wakeUp[1], &byte, 1);
 }
 
 } // namespace
 
-Interrupts::Interrupts(QObject* parent)
+Interrupts::Interrupts(unsigned patience, QObject* parent)
     : QObject(parent)
 {
+    longestEnd = static_cast<std::sig_atomic_t>(patience);
     if (::pipe2(wakeUp.data(), O_CLOEXEC | O_NONBLOCK) != 0)
         return;
     m_notifier = new QSocketNotifier(wakeUp[0], QSocketNotifier::Read, this);
@@ -56,5 +60,3 @@ void Interrupts::readWakeUp()
     }
     Q_EMIT interrupted();
 }
-
-} // namespace cli
