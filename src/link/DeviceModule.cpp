@@ -179,6 +179,11 @@ void DeviceModule::deviceConnected()
 
 void DeviceModule::deviceDisconnected()
 {
+    // What a message has kept waiting came before the loss.
+    if (m_rxBegin < m_rxEnd)
+        DeviceReadInput();
+    if (m_context.device.Connected())
+        return; // a handler has opened another one
     if (m_context.state.gbfDeviceReady)
         Q_EMIT m_events.aboutToForget();
     m_context.device.Close();

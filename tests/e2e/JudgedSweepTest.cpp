@@ -242,3 +242,17 @@ TEST_F(JudgedSweepTest, AnInstrumentThatSweepsSomethingElseIsToldOn)
     EXPECT_EQ(ended.errors.toStdString(), "marrowick: The instrument swept 38 kHz to 43 kHz, not 38 kHz to 42 kHz.\n");
     EXPECT_GT(QFileInfo(csv).size(), 0) << "what was measured is kept";
 }
+
+TEST_F(JudgedSweepTest, ASweepThatIsGivenUpIsStoppedInTheInstrument)
+{
+    Manners unheard;
+    unheard.leftOut = "DEFY";
+    unheard.pointTime = 100ms;
+    const played::ScriptedInstrument instrument(freshSerial(), {}, unheard);
+    const Ended ended = runProgram(QStringLiteral("marrowick"),
+                                   {QStringLiteral("sweep"), QStringLiteral("--device"), instrument.serial()});
+    EXPECT_EQ(ended.exitCode, 4) << ended.errors.toStdString();
+    const std::vector<std::string> commands = instrument.commands();
+    ASSERT_FALSE(commands.empty());
+    EXPECT_EQ(commands.back(), "y") << instrument.logText();
+}

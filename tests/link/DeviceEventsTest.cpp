@@ -76,6 +76,33 @@ TEST_F(DeviceEvents, DisconnectionIsToldIfThePreferencesSaySo)
     EXPECT_FALSE(messages.shown[0].system);
 }
 
+TEST_F(DeviceEvents, PointsThatANoticeKeepsWaitingAreStoredBeforeTheLossCounts)
+{
+    connectDevice();
+    const auto document = makeDocument(PenDocument::Impedance);
+    activate(document);
+    startPlotting();
+    const auto points = [](int from, int to) {
+        QByteArray frames;
+        for (int i = from; i < to; ++i)
+            frames += numbers('F', '0', 1000 + 10 * i, 50 + i, 10, 1, i);
+        return frames;
+    };
+    messages.whileShowing = [&] {
+        messages.whileShowing = nullptr;
+        settle();
+        peer().send(points(5, 10));
+        settle();
+        peer().unplug();
+        settle();
+    };
+    send(points(0, 2) + text('T', '0', "Warm up") + points(2, 5));
+    for (int i = 0; i < 10; ++i)
+        EXPECT_EQ(document->peGraph().YData(0, i), static_cast<float>(50 + i)) << i;
+    EXPECT_FALSE(device.Connected());
+    EXPECT_FALSE(state.gbfPlotting);
+}
+
 TEST_F(DeviceEvents, DisconnectionInMidTestReturnsToViewingAndSaysDisconnected)
 {
     open();

@@ -173,7 +173,10 @@ ExitCode SweepRun::sweepOnce(int number)
     m_session.testRun().mnuTestStart_Click();
     m_starting = false;
     if (m_end == End::None && !waitFor([this] { return m_plotting; }, kAnswerTime) && m_end == End::None) {
-        if (m_session.messages().takeSaid())
+        // Whether it runs unheard or has only lost its report: nobody waits for it from here on.
+        const bool said = m_session.messages().takeSaid();
+        stopInstrument();
+        if (said)
             return ExitCode::Refused; // the sentence has been printed
         return m_console.failed(ExitCode::Refused, tr("The instrument does not start the test."));
     }

@@ -354,9 +354,11 @@ void KorvaLink::Private::handleLoss(const QString& sentence)
     lastError = sentence;
     --inTransportSignal;
 
-    // Points that came before the cable went still belong to the test.
+    // Points that came before the cable went still belong to the test, also when a message in front of them has kept
+    // them waiting.
     const quint64 now = session;
-    while (passWanted()) {
+    const auto framesWait = [this] { return readable && buffer.wholeBytes() > 0 && (framesCame || passRead); };
+    while (framesWait()) {
         if (!raisePass() || session != now)
             return;
     }
