@@ -95,7 +95,7 @@ bool DocumentList::LoadExistingDocument(const QString& strFileName)
     }
 
     // The quick file list outlives the folder that the program was started in.
-    if (!document->fileLoadPlot(QFileInfo(strFileName).absoluteFilePath())) {
+    if (const Outcome loaded = document->fileLoadPlot(QFileInfo(strFileName).absoluteFilePath()); !loaded) {
         // An open document keeps what it shows; one made for this file goes again.
         if (document && !reload) {
             document->setModified(false);
@@ -105,7 +105,8 @@ bool DocumentList::LoadExistingDocument(const QString& strFileName)
             m_suppressPrompts = false;
             remove(key);
         }
-        m_context.messages.message(tr("File of unknown data format"), UserMessages::Stop, tr("File Load Error"));
+        m_context.messages.message(tr("File of unknown data format") + QLatin1Char('\n') + loaded.sentence(),
+                                   UserMessages::Stop, tr("File Load Error"));
         return false;
     }
     if (!document)

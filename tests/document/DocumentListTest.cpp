@@ -52,6 +52,15 @@ struct DocumentListTest : ::testing::Test, DocumentWindows
         EXPECT_TRUE(document->fileSavePlot(path));
         return path;
     }
+    /// The told sentence, and below it what the reader has found.
+    void expectUnknownFormat()
+    {
+        ASSERT_FALSE(bench.messages.shown.empty());
+        const QStringList lines = bench.messages.shown.back().text.split(u'\n');
+        expectMessage("File Load Error", lines.join(u'\n'), UserMessages::Stop);
+        EXPECT_EQ(lines.value(0), "File of unknown data format");
+        EXPECT_TRUE(lines.value(1).endsWith(u'.')) << lines.value(1).toStdString();
+    }
     void expectMessage(const char* title, const QString& text, int style)
     {
         ASSERT_FALSE(bench.messages.shown.empty());
@@ -209,7 +218,7 @@ TEST_F(DocumentListTest, UnknownFormatRemovesTheNewDocumentAgain)
     file.write("no plot");
     file.close();
     EXPECT_FALSE(list.LoadExistingDocument(bench.path("junk.gad")));
-    expectMessage("File Load Error", "File of unknown data format", UserMessages::Stop);
+    expectUnknownFormat();
     EXPECT_EQ(bench.messages.shown.size(), 1U);
     EXPECT_EQ(list.count(), 0);
     EXPECT_TRUE(windows.empty());
@@ -226,7 +235,7 @@ TEST_F(DocumentListTest, ReloadOfADamagedFileKeepsTheOpenDocument)
     file.close();
     bench.messages.replies = {UserMessages::ReplyYes};
     EXPECT_FALSE(list.LoadExistingDocument(path));
-    expectMessage("File Load Error", "File of unknown data format", UserMessages::Stop);
+    expectUnknownFormat();
     ASSERT_EQ(list.count(), 1);
     EXPECT_EQ(list.at(1)->peGraph().YData(0, 0), 77.0F);
 }

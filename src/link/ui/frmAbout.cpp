@@ -21,6 +21,8 @@ frmAbout::frmAbout(const KorvaLink& device, const InstrumentMirror& mirror, User
     , m_information([] { return systemInformation(); })
 {
     m_ui->setupUi(this);
+    for (QLabel* told : {m_ui->lblDeviceVersion, m_ui->lblSerialNumber})
+        told->setTextFormat(Qt::PlainText);
     linkimages::load(*m_ui->imgProgram, QStringLiteral("marrowickgraph"));
     m_ui->lblVersion->setText(u'V' + version::text());
     connect(m_ui->cmdSysInfo, &QPushButton::clicked, this, &frmAbout::cmdSysInfo_Click);

@@ -6,6 +6,7 @@
 #include "controls/korvalink/KorvaLink.h"
 #include "prefs/Preferences.h"
 #include "program/UserMessages.h"
+#include "widgets/ui/PlainTip.h"
 
 #include <QDesktopServices>
 #include <QPointer>
@@ -82,7 +83,7 @@ void frmDevice::fillList()
         item->setData(kProblemRole, problem);
         if (!problem.isEmpty()) {
             item->setIcon(style()->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, this));
-            item->setToolTip(problem);
+            item->setToolTip(plainTip(problem));
             item->setData(Qt::AccessibleDescriptionRole, problem);
         }
         if (item->text() == chosenName)

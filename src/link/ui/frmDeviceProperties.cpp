@@ -53,6 +53,7 @@ void frmDeviceProperties::Update()
     image->setVisible(true);
 
     const auto show = [connected](QLabel* field, const QString& text) {
+        field->setTextFormat(Qt::PlainText);
         field->setText(connected && !text.isEmpty() ? text : tr("Unknown"));
     };
     // Before the instrument has told its version and serial number the mirror holds the values of a program without

@@ -2,6 +2,7 @@
 // The controls of frmPreferences and their places; what they do is in frmPreferences.cpp.
 #include "prefs/ui/frmPreferences.h"
 #include "widgets/ui/ColourLabel.h"
+#include "widgets/ui/PlainTip.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -213,7 +214,7 @@ QWidget* frmPreferences::buildGeneralPage()
         txtFilePaths[i]->setAccessibleName(kinds[i]);
         txtFilePaths[i]->setMinimumWidth(fontMetrics().averageCharWidth() * 44);
         btnSetPath[i] = named(new QPushButton(tr("Browse to folder"), folders), "btnSetPath", i);
-        btnSetPath[i]->setToolTip(btnSetPath[i]->text());
+        btnSetPath[i]->setToolTip(plainTip(btnSetPath[i]->text()));
         btnSetPath[i]->setAccessibleName(QStringLiteral("%1: %2").arg(kinds[i], btnSetPath[i]->text()));
         btnSetPath[i]->setAutoDefault(false);
         auto* const label = new QLabel(kinds[i], folders);

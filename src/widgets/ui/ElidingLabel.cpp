@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "widgets/ui/ElidingLabel.h"
 
+#include "widgets/ui/PlainTip.h"
+
 #include <QEvent>
 #include <QHelpEvent>
 #include <QPainter>
@@ -50,7 +52,7 @@ void ElidingLabel::paintEvent(QPaintEvent*)
 bool ElidingLabel::event(QEvent* event)
 {
     if (event->type() == QEvent::ToolTip && shownText() != text()) {
-        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text(), this);
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), plainTip(text()), this);
         return true;
     }
     return QLabel::event(event);

@@ -4,9 +4,12 @@
 #include "document/DocumentBench.h"
 #include "widgets/ui/ElidingLabel.h"
 
+#include <QApplication>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
+#include <QToolTip>
 
 #include <gtest/gtest.h>
 
@@ -53,6 +56,22 @@ TEST_F(FrmFilePropertiesTest, textWithoutADateIsTheOldFormat)
     EXPECT_EQ(text("lblVersion"), "MarrowickGraph V1.2.0");
     EXPECT_EQ(text("lblInstrument"), "Old graph format");
     EXPECT_EQ(text("lblDate"), "Not available");
+}
+
+TEST_F(FrmFilePropertiesTest, theToolTipOfALongTextShowsItsLettersAndOpensNoFile)
+{
+    const QString hostile = QStringLiteral("<img src=\"/nowhere/picture\">").repeated(20);
+    document->peGraph().setTXAxisLabel(hostile + " | T46 V1.23.4 Uncalibrated : 20 Nov 2026");
+    form.ShowDetails(*document);
+    form.show();
+    auto* label = form.findChild<ElidingLabel*>("lblVersion");
+    ASSERT_NE(label, nullptr);
+    ASSERT_GT(label->fontMetrics().horizontalAdvance(hostile), label->width());
+    QHelpEvent event(QEvent::ToolTip, QPoint(2, 2), label->mapToGlobal(QPoint(2, 2)));
+    QApplication::sendEvent(label, &event);
+    EXPECT_TRUE(QToolTip::text().contains("&lt;img src=&quot;/nowhere")) << QToolTip::text().toStdString();
+    EXPECT_FALSE(QToolTip::text().contains("<img"));
+    QToolTip::hideText();
 }
 
 TEST_F(FrmFilePropertiesTest, okAndEscapeClose)

@@ -33,6 +33,7 @@ QSlider* makeSlider(const char* name, const QString& accessibleName)
 QLabel* makeValue(const char* name, const QString& widest)
 {
     auto* const label = make<QLabel>(name);
+    label->setTextFormat(Qt::PlainText);
     label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     label->setMinimumWidth(label->fontMetrics().horizontalAdvance(widest));
     return label;
