@@ -103,12 +103,22 @@ Outcome OutputFile::write(const QByteArray& bytes) const
     return written;
 }
 
+QString OutputFile::identity() const
+{
+    switch (m_kind) {
+    case Kind::File:
+        return identityOf(m_path);
+    case Kind::Descriptor:
+        return u"descriptor %1"_s.arg(m_descriptor);
+    case Kind::Device:
+        break;
+    }
+    return {};
+}
+
 bool OutputFile::isSameAs(const OutputFile& other) const
 {
-    if (!isNamed() || !other.isNamed() || m_kind != other.m_kind || m_kind == Kind::Device)
-        return false;
-    return m_kind == Kind::Descriptor ? m_descriptor == other.m_descriptor
-                                      : identityOf(m_path) == identityOf(other.m_path);
+    return isNamed() && other.isNamed() && !identity().isEmpty() && identity() == other.identity();
 }
 
 Outcome OutputFile::failed(int error) const

@@ -27,7 +27,9 @@ public:
     /// The sentence of a failure names the file and the reason.
     Outcome write(const QByteArray& bytes) const;
 
-    /// One would overwrite the other, or both mix in one stream. Devices take what comes.
+    /// One text for one file or stream, by whatever name; empty for a device, which takes what comes.
+    QString identity() const;
+    /// One would overwrite the other, or both mix in one stream.
     bool isSameAs(const OutputFile& other) const;
 
 private:

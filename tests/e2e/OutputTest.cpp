@@ -65,6 +65,9 @@ protected:
     QMap<QString, QStringList> telling() const
     {
         return {{QStringLiteral("devices"), {QStringLiteral("devices"), QStringLiteral("devices --json")}},
+                {QStringLiteral("export"),
+                 {QStringLiteral("export --force plot.gzd"), QStringLiteral("export --force --json plot.gzd"),
+                  QStringLiteral("export --output - plot.gzd"), QStringLiteral("export - < plot.gzd")}},
                 {QStringLiteral("sweep"), {sweep(QString()), sweep(QStringLiteral("--json"))}},
                 {QStringLiteral("show"),
                  {QStringLiteral("show plot.gzd"), QStringLiteral("show --json plot.gzd"),

@@ -5,6 +5,7 @@
 #include "cli/StandardStreams.h"
 #include "cli/instrument/DevicesCommand.h"
 #include "cli/instrument/SweepCommand.h"
+#include "cli/plots/ExportCommand.h"
 #include "cli/plots/ShowCommand.h"
 #include "program/Version.h"
 
@@ -22,6 +23,7 @@ cli::CommandTable commandTable()
     table.push_back(std::make_unique<cli::DevicesCommand>());
     table.push_back(std::make_unique<cli::SweepCommand>());
     table.push_back(std::make_unique<cli::ShowCommand>());
+    table.push_back(std::make_unique<cli::ExportCommand>());
     return table;
 }
 

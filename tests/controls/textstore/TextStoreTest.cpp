@@ -13,6 +13,7 @@
 #include <limits>
 #include <locale>
 #include <random>
+#include <sstream>
 
 namespace {
 
