@@ -246,6 +246,9 @@ HeaderOwners installedHeaders()
         }
     }
     owners[u"qcustomplot.h"_s].insert(u"QCustomPlotQt6"_s);
+    for (const QString& header : {u"Cholesky"_s, u"Core"_s, u"Dense"_s, u"Eigen"_s, u"Eigenvalues"_s, u"Geometry"_s,
+                                  u"LU"_s, u"QR"_s, u"SVD"_s})
+        owners[u"Eigen/"_s + header].insert(u"Eigen3::Eigen"_s);
     return owners;
 }
 

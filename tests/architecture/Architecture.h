@@ -45,7 +45,7 @@ std::vector<Include> readIncludes(const QString& file, const QString& text);
 /// "qcustomplot.h") to the targets that provide it ("Qt6::Widgets").
 using HeaderOwners = QMap<QString, QSet<QString>>;
 
-/// Headers of the installed Qt modules that the map may name, and of the plotting library.
+/// Headers of the installed Qt modules that the map may name, of the plotting library and of the linear algebra.
 HeaderOwners installedHeaders();
 
 /// Every violation as one sentence with file and line; empty when the tree fits its map. Looks at src and sim below
