@@ -99,13 +99,13 @@ void Sweep::leaveOutPlateau()
         maxG = std::max(maxG, g[i]);
         maxY = std::max(maxY, modulusSquared(i));
     }
-    const auto onTop = [&](std::size_t i) {
+    const auto atTop = [&](std::size_t i) {
         return g[i] >= maxG * (1 - kEqual) || modulusSquared(i) >= maxY * (1 - kEqual);
     };
     std::size_t kept = 0;
     for (std::size_t i = 0; i < size();) {
         std::size_t end = i;
-        while (end < size() && onTop(end))
+        while (end < size() && atTop(end))
             ++end;
         if (end - i >= 3) {
             flags |= ClippedFlag;
