@@ -26,6 +26,8 @@ SettingsDialogPort& noDialog()
 /// As many bytes as can wait without a whole frame being there.
 constexpr qint64 kLessThanAFrame = static_cast<qint64>(Frame::kLength) - 1;
 
+constexpr int kLongestSilence = 5000; // ms; an instrument answers within one
+
 } // namespace
 
 DeviceModule::DeviceModule(const LinkContext& context, QObject* parent)
@@ -39,6 +41,9 @@ DeviceModule::DeviceModule(const LinkContext& context, QObject* parent)
     registerOwnHandlers();
     m_recorder = std::make_unique<SweepRecorder>(*this);
     m_follower = std::make_unique<DocumentFollower>(m_context, m_events);
+    m_silence.setSingleShot(true);
+    m_silence.setInterval(kLongestSilence);
+    connect(&m_silence, &QTimer::timeout, this, &DeviceModule::tellSilence);
     KorvaLink* const device = &m_context.device;
     connect(device, &KorvaLink::DeviceConnected, this, &DeviceModule::deviceConnected);
     connect(device, &KorvaLink::DataReceived, this, &DeviceModule::DeviceReadInput);
@@ -149,6 +154,10 @@ void DeviceModule::answerComplete()
     if (m_settingsGivenTo != m_context.mirror.strDeviceSerial) {
         m_settingsGivenTo = m_context.mirror.strDeviceSerial;
         m_context.state.gbfDeviceReady = true;
+        m_silence.stop();
+        if (m_silenceTold)
+            m_panels.show(StatusPanels::State, "Connected");
+        m_silenceTold = false;
         DeviceLoadSettings();
         DeviceSendSettings();
         DeviceSendSamples();
@@ -171,6 +180,7 @@ void DeviceModule::deviceConnected()
         DeviceInitialise();
     }
     Q_EMIT m_events.connected();
+    m_silence.start();
     DeviceEnquire();
     m_context.port.unloadDeviceChooser();
     if (m_context.preferences.value(options::kOpenSettings))
@@ -179,6 +189,8 @@ void DeviceModule::deviceConnected()
 
 void DeviceModule::deviceDisconnected()
 {
+    m_silence.stop();
+    m_silenceTold = false;
     // What a message has kept waiting came before the loss.
     if (m_rxBegin < m_rxEnd)
         DeviceReadInput();
@@ -203,6 +215,14 @@ void DeviceModule::deviceAttached()
 {
     if (m_context.preferences.value(options::kPromptDevice))
         m_context.port.mnuTestDevice_Click();
+}
+
+void DeviceModule::tellSilence()
+{
+    if (!m_context.device.Connected() || m_context.state.gbfPlotting)
+        return;
+    m_silenceTold = true;
+    m_panels.show(StatusPanels::State, "No answer");
 }
 
 void DeviceModule::writeBufferFull()

@@ -9,6 +9,7 @@
 #include "link/StatusPanels.h"
 
 #include <QObject>
+#include <QTimer>
 
 #include <array>
 #include <functional>
@@ -39,6 +40,8 @@ public:
     SweepRecorder& recorder() { return *m_recorder; }
     DocumentFollower& follower() { return *m_follower; }
     StatusPanels& panels() { return m_panels; }
+    /// Milliseconds without an answer after which panel 1 says so; 5000 unless set.
+    void setLongestSilence(int milliseconds) { m_silence.setInterval(milliseconds); }
     /// What the instrument's side tells the rest of the program.
     InstrumentEvents& events() { return m_events; }
     /// Whether the instrument has told all of its state.
@@ -102,6 +105,7 @@ private:
     void writeBufferFull();
 
     bool handleBuffered();
+    void tellSilence();
 
     bool notice(const Frame& frame);        // T
     bool activePen(const Frame& frame);     // a
@@ -126,7 +130,9 @@ private:
     SettingsDialogPort* m_dialog;
     std::array<Handler, 256> m_handlers;
     StatusFrames m_statusFrames;
+    bool m_silenceTold = false;
     char m_onlyCode = 0;
+    QTimer m_silence; ///< runs from a connection to its first complete state
     std::unique_ptr<SweepRecorder> m_recorder;
     std::unique_ptr<DocumentFollower> m_follower;
 };

@@ -256,3 +256,16 @@ TEST_F(JudgedSweepTest, ASweepThatIsGivenUpIsStoppedInTheInstrument)
     ASSERT_FALSE(commands.empty());
     EXPECT_EQ(commands.back(), "y") << instrument.logText();
 }
+
+TEST_F(JudgedSweepTest, AnInstrumentThatSaysItIsAnotherIsNotMeasured)
+{
+    const played::ScriptedInstrument instrument(freshSerial());
+    const QString other = freshSerial();
+    ASSERT_TRUE(QFile::link(instrument.devicePath(), QFileInfo(instrument.entryPath()).absolutePath() + u'/' + other));
+    const Ended ended =
+        runProgram(QStringLiteral("marrowick"), {QStringLiteral("sweep"), QStringLiteral("--device"), other});
+    QFile::remove(QFileInfo(instrument.entryPath()).absolutePath() + u'/' + other);
+    EXPECT_EQ(ended.exitCode, 2) << ended.errors.toStdString();
+    EXPECT_TRUE(ended.errors.contains(instrument.serial().toLatin1())) << ended.errors.toStdString();
+    EXPECT_TRUE(instrument.sweeps().empty());
+}

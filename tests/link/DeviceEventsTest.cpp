@@ -103,6 +103,18 @@ TEST_F(DeviceEvents, PointsThatANoticeKeepsWaitingAreStoredBeforeTheLossCounts)
     EXPECT_FALSE(state.gbfPlotting);
 }
 
+TEST_F(DeviceEvents, AnInstrumentThatDoesNotAnswerIsToldInPanel1UntilItDoes)
+{
+    module.setLongestSilence(0);
+    connectDevice();
+    EXPECT_EQ(panel(1), QStringLiteral("Connected"));
+    settle();
+    EXPECT_EQ(panel(1), QStringLiteral("No answer"));
+    EXPECT_TRUE(messages.shown.empty());
+    send(text('V', '0', "S1") + numbers('X', '2', 5000, 9000, 64, -1, 3));
+    EXPECT_EQ(panel(1), QStringLiteral("Connected"));
+}
+
 TEST_F(DeviceEvents, DisconnectionInMidTestReturnsToViewingAndSaysDisconnected)
 {
     open();

@@ -38,6 +38,8 @@ SweepRun::SweepRun(const SweepOptions& options, Console& console)
         showProgress();
         m_loop.quit();
     });
+    connect(&m_session.device(), &KorvaLink::LogStopped, this,
+            [this](const QString& sentence) { m_console.problem(sentence); });
     DeviceModule& module = m_session.deviceModule();
     connect(&module.answers(), &AnswerWatch::completed, &m_loop, &QEventLoop::quit);
     connect(&module.events(), &InstrumentEvents::changed, this, [this](MirrorPart part) {
@@ -104,13 +106,25 @@ ExitCode SweepRun::connectInstrument()
         // The answer comes twice, and the second one is older than what would be set behind the first.
         waitFor([this] { return m_session.deviceModule().answers().complete(); }, -1);
         if (m_end == End::None)
-            return ExitCode::Done;
+            return checkSerial();
     }
     if (m_end == End::Stopped || m_end == End::TimeUp)
         return m_console.failed(ExitCode::Stopped, tr("Stopped before the instrument was ready."));
     if (m_end == End::Lost)
         return m_console.failed(ExitCode::Lost, tr("The link to the instrument went down before the sweep."));
     return m_console.failed(ExitCode::NoInstrument, tr("The device does not answer as an instrument does."));
+}
+
+ExitCode SweepRun::checkSerial()
+{
+    const QString& asked = m_options.device;
+    const QString told = m_session.mirror().strDeviceSerial.trimmed();
+    // A path names a port, whoever sits behind it; an instrument that told no number may be the right one.
+    if (asked.isEmpty() || asked.contains(u'/') || told.isEmpty() || told == InstrumentMirror().strDeviceSerial ||
+        told == asked)
+        return ExitCode::Done;
+    return m_console.failed(ExitCode::NoInstrument,
+                            tr("What is listed as %1 says that it is %2; nothing was measured.").arg(asked, told));
 }
 
 ExitCode SweepRun::applyOptions()

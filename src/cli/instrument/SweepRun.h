@@ -49,6 +49,8 @@ private:
     };
 
     ExitCode connectInstrument();
+    /// The instrument is the one that was asked for, by its own word.
+    ExitCode checkSerial();
     ExitCode applyOptions();
     /// The sweep that is asked for stands in the mirror, whatever the instrument has told meanwhile.
     void wantSweep();

@@ -9,6 +9,7 @@
 #include <QStandardPaths>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -18,7 +19,12 @@ constexpr qint64 kClockGrain = 2;
 bool isTerminal(const QString& path)
 {
     const QString device = QFileInfo(path).canonicalFilePath();
-    return device.startsWith(QLatin1String("/dev/pts/")) || device.startsWith(QLatin1String("/dev/tty"));
+    // A console or the program's own terminal is no instrument.
+    for (const char* kind : {"/dev/pts/", "/dev/ttyS", "/dev/ttyUSB", "/dev/ttyACM"}) {
+        if (device.startsWith(QLatin1String(kind)))
+            return true;
+    }
+    return false;
 }
 
 bool isLivingLink(const QString& path)
@@ -29,7 +35,8 @@ bool isLivingLink(const QString& path)
     struct stat device
     {};
     return ::lstat(file.constData(), &link) == 0 && S_ISLNK(link.st_mode) && ::stat(file.constData(), &device) == 0 &&
-           S_ISCHR(device.st_mode) && device.st_ctim.tv_sec <= link.st_mtim.tv_sec + kClockGrain && isTerminal(path);
+           link.st_uid == ::geteuid() && device.st_uid == ::geteuid() && S_ISCHR(device.st_mode) &&
+           device.st_ctim.tv_sec <= link.st_mtim.tv_sec + kClockGrain && isTerminal(path);
 }
 
 } // namespace

@@ -96,6 +96,9 @@ void frmMain::followDocuments()
 void frmMain::followInstrument()
 {
     const auto update = [this] { m_parts->bars.updateConditions(); };
+    connect(&m_context.device, &KorvaLink::LogStopped, this, [this](const QString& sentence) {
+        m_context.messages.message(sentence, UserMessages::OkOnly | UserMessages::Exclamation, tr("Link log"));
+    });
     connect(&m_parts->deviceModule.events(), &InstrumentEvents::connected, this, update);
     connect(&m_parts->deviceModule.events(), &InstrumentEvents::lost, this, update);
     connect(&m_parts->deviceModule.events(), &InstrumentEvents::plottingChanged, this,

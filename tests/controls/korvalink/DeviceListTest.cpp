@@ -17,6 +17,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -111,6 +112,21 @@ TEST_F(RuntimeFolderTest, SkipsALinkOlderThanTheTerminalItPointsTo)
     EXPECT_TRUE(source.devices().empty());
 }
 
+TEST_F(RuntimeFolderTest, SkipsATerminalThatIsNoInstrumentOrSomebodyElses)
+{
+    link("console", "/dev/tty");
+    Pty terminal;
+    link("T46-1", terminal.slavePath());
+    RuntimeDeviceSource source(folder);
+    ASSERT_EQ(source.devices().size(), 1u);
+    EXPECT_EQ(source.devices().front().name, "T46-1");
+    // Only the superuser can give a terminal away; for others it stays theirs.
+    const bool given = ::chown(terminal.slavePath().toLocal8Bit().constData(), 65534, gid_t(-1)) == 0;
+    ASSERT_TRUE(QFile::remove(folder + "/T46-1"));
+    link("T46-1", terminal.slavePath());
+    EXPECT_EQ(source.devices().empty(), given);
+}
+
 TEST_F(RuntimeFolderTest, AMissingFolderIsAnEmptyList)
 {
     EXPECT_TRUE(RuntimeDeviceSource(home.filePath("not/there")).devices().empty());
@@ -142,6 +158,12 @@ TEST_F(RuntimeFolderTest, ADeviceThatMayNotBeOpenedIsListedWithItsProblem)
     Pty terminal;
     ASSERT_EQ(::chmod(terminal.slavePath().toLocal8Bit().constData(), 0000), 0);
     link("T46-1", terminal.slavePath());
+    if (::geteuid() == 0) {
+        // Both are the user's own, as for any other user who runs this.
+        constexpr uid_t kNobody = 65534;
+        ASSERT_EQ(::chown(terminal.slavePath().toLocal8Bit().constData(), kNobody, gid_t(-1)), 0);
+        ASSERT_EQ(::lchown(QFile::encodeName(folder + "/T46-1").constData(), kNobody, gid_t(-1)), 0);
+    }
     home.setAutoRemove(true);
     ASSERT_EQ(::chmod(home.path().toLocal8Bit().constData(), 0755), 0);
     DeviceList list(sourcesOf(std::make_unique<RuntimeDeviceSource>(folder)));
