@@ -43,7 +43,7 @@ void GraphModel::userZoom(const graph::ZoomLimits& limits)
 {
     const auto isSpan = [](double from, double to) { return std::isfinite(from) && std::isfinite(to) && from < to; };
     if (!isSpan(limits.ZoomMinX, limits.ZoomMaxX) || !isSpan(limits.ZoomMinY, limits.ZoomMaxY) ||
-        !isSpan(limits.ZoomMinRY, limits.ZoomMaxRY))
+        !(isSpan(limits.ZoomMinRY, limits.ZoomMaxRY) || (limits.ZoomMinRY == 0 && limits.ZoomMaxRY == 0)))
         return;
     // Only the zoom is shown: what else was set waits for its own PEactions.
     setZoomLimits(limits);

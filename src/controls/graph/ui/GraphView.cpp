@@ -167,7 +167,9 @@ void GraphView::mouseMoveEvent(QMouseEvent* event)
 {
     const QPoint position = event->position().toPoint();
     if (m_dragging && (event->buttons() & Qt::LeftButton) != 0) {
-        setZoomRect(QRect(m_pressed, position).normalized() & plotArea());
+        // The rectangle stands for what a release would do: one that is too small for a zoom is not shown.
+        const QRect area = QRect(m_pressed, position).normalized() & plotArea();
+        setZoomRect(area.width() >= kLeastZoom && area.height() >= kLeastZoom ? area : QRect());
         return;
     }
     if (event->buttons() == Qt::NoButton && plotArea().contains(position))
@@ -229,8 +231,11 @@ void GraphView::zoomTo(const QRectF& pixels)
     limits.ZoomMaxX = limit(m_plot->bottomAxis(), pixels.right());
     limits.ZoomMinY = limit(left, pixels.bottom());
     limits.ZoomMaxY = limit(left, pixels.top());
-    limits.ZoomMinRY = limit(right, pixels.bottom());
-    limits.ZoomMaxRY = limit(right, pixels.top());
+    // An axis that is not shown gets no limits: what they would cut away when it is shown nobody has seen.
+    if (right.visible()) {
+        limits.ZoomMinRY = limit(right, pixels.bottom());
+        limits.ZoomMaxRY = limit(right, pixels.top());
+    }
     limits.ZoomMinTX = limits.ZoomMinX;
     limits.ZoomMaxTX = limits.ZoomMaxX;
     const auto isFine = [](double from, double to) {
@@ -252,6 +257,36 @@ void GraphView::zoomAboutCursor(double factor)
     // The point under the cursor stays where it is.
     const QPointF share((centre.x() - area.left()) / area.width(), (centre.y() - area.top()) / area.height());
     zoomTo(QRectF(QPointF(centre.x() - share.x() * size.width(), centre.y() - share.y() * size.height()), size));
+}
+
+void GraphView::zoomByKey()
+{
+    const graph::Properties& shown = m_model.shownProperties();
+    KeyZoom step{shown.zoomed, shown.zoom, {}};
+    const QPointer<GraphView> self(this);
+    zoomAboutCursor(kKeyZoom);
+    if (!self || !m_model.shownProperties().zoomed)
+        return;
+    step.after = m_model.shownProperties().zoom;
+    m_keyZooms.push_back(step);
+}
+
+void GraphView::zoomBackByKey()
+{
+    const graph::Properties& shown = m_model.shownProperties();
+    if (!shown.zoomed)
+        return;
+    // Another zoom has come between: then there is nothing to go back to but the full extent.
+    if (m_keyZooms.empty() || !(m_keyZooms.back().after == shown.zoom))
+        m_keyZooms.clear();
+    if (m_keyZooms.empty() || !m_keyZooms.back().zoomedBefore) {
+        m_keyZooms.clear();
+        m_model.userZoomOut();
+        return;
+    }
+    const graph::ZoomLimits before = m_keyZooms.back().before;
+    m_keyZooms.pop_back();
+    m_model.userZoom(before);
 }
 
 // Keys and menu ------------------------------------------------------------------------------------------------------
@@ -295,11 +330,10 @@ void GraphView::keyPressEvent(QKeyEvent* event)
         taken = m_cursor->changeCurve(1);
         break;
     case Qt::Key_Plus:
-        zoomAboutCursor(kKeyZoom);
+        zoomByKey();
         break;
     case Qt::Key_Minus:
-        if (m_model.shownProperties().zoomed)
-            m_model.userZoomOut();
+        zoomBackByKey();
         break;
     case Qt::Key_Escape:
         if (m_dragging) {

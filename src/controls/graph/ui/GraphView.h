@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "controls/graph/GraphProperties.h"
 #include "controls/graph/ui/GraphPicture.h"
 
 #include <QElapsedTimer>
@@ -11,6 +12,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <vector>
 
 class GraphModel;
 class GraphPlot;
@@ -23,8 +25,8 @@ class ReadoutCursor;
 /// Mouse: dragging with the left button zooms into a rectangle (Escape gives it up, a small one is a click), a double
 /// click returns to full extent, moving near a data point or clicking it moves the read-out cursor, the right button
 /// opens the popup. Keys: left and right walk along a curve, with page up and down by ten points, Home and End to its
-/// ends, up and down change the curve, plus and minus zoom about the cursor, Escape puts the cursor away, Menu or
-/// Shift+F10 opens the popup. Other keys go on to the parent.
+/// ends, up and down change the curve, plus zooms about the cursor and minus takes it back step by step, Escape puts
+/// the cursor away, Menu or Shift+F10 opens the popup. Other keys go on to the parent.
 ///
 /// The model must outlive the view.
 class GraphView : public QWidget
@@ -73,6 +75,8 @@ private:
     void setZoomRect(const QRect& rect);
     void zoomTo(const QRectF& pixels);
     void zoomAboutCursor(double factor);
+    void zoomByKey();
+    void zoomBackByKey();
     void cursorChanged();
     void openMenu(const QPoint& globalPosition);
     void describe();
@@ -86,4 +90,10 @@ private:
     bool m_dragging = false;
     QRect m_zoomRect;
     QPointer<QMenu> m_menu;
+    struct KeyZoom
+    {
+        bool zoomedBefore;
+        graph::ZoomLimits before, after;
+    };
+    std::vector<KeyZoom> m_keyZooms; ///< steps of the plus key that minus takes back
 };

@@ -216,6 +216,42 @@ TEST_F(GraphViewInput, PlusZoomsAboutTheCursorAndMinusReturns)
     EXPECT_FALSE(model.Zoomed());
 }
 
+TEST_F(GraphViewInput, MinusTakesBackOnePlusAtATime)
+{
+    QTest::keyClick(&view, Qt::Key_Plus);
+    const graph::ZoomLimits first = model.zoomLimits();
+    QTest::keyClick(&view, Qt::Key_Plus);
+    ASSERT_FALSE(model.zoomLimits() == first);
+    QTest::keyClick(&view, Qt::Key_Minus);
+    EXPECT_TRUE(model.Zoomed());
+    EXPECT_TRUE(model.zoomLimits() == first);
+    QTest::keyClick(&view, Qt::Key_Minus);
+    EXPECT_FALSE(model.Zoomed());
+}
+
+TEST_F(GraphViewInput, AZoomGivesNoLimitsToAnAxisThatIsNotShown)
+{
+    ASSERT_FALSE(plot().valueAxis(2).visible());
+    drag(pixel(1e4, 100), pixel(1e5, 10));
+    ASSERT_TRUE(model.Zoomed());
+    EXPECT_EQ(model.zoomLimits().ZoomMinRY, 0);
+    EXPECT_EQ(model.zoomLimits().ZoomMaxRY, 0);
+}
+
+TEST_F(GraphViewInput, ARectangleTooSmallForAZoomIsNotShown)
+{
+    const QPoint from = pixel(1e4, 100);
+    const auto picture = [this] { return view.grab().toImage(); };
+    const QImage before = picture();
+    QTest::mousePress(&view, Qt::LeftButton, Qt::NoModifier, from);
+    QTest::mouseMove(&view, from + QPoint(200, 3));
+    EXPECT_EQ(picture(), before);
+    QTest::mouseMove(&view, from + QPoint(200, 60));
+    EXPECT_NE(picture(), before);
+    QTest::keyClick(&view, Qt::Key_Escape);
+    QTest::mouseRelease(&view, Qt::LeftButton, Qt::NoModifier, from);
+}
+
 TEST_F(GraphViewInput, OtherKeysGoToTheParent)
 {
     QKeyEvent digit(QEvent::KeyPress, Qt::Key_5, Qt::NoModifier, QStringLiteral("5"));
