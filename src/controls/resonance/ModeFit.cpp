@@ -289,7 +289,7 @@ double ModeFitter::solveLinear(Window window, Model& model) const
 
 FitResult ModeFitter::refine(Window window, const Model& start, double tolerance) const
 {
-    constexpr int kMostSteps = 40;
+    const int mostSteps = tolerance < kRoughTolerance ? 40 : 15;
     FitResult fit;
     fit.window = window;
     fit.model = start;
@@ -312,7 +312,7 @@ FitResult ModeFitter::refine(Window window, const Model& start, double tolerance
     };
     double damping = 1e-3;
     Model::Vector step;
-    for (int i = 0; i < kMostSteps; ++i) {
+    for (int i = 0; i < mostSteps; ++i) {
         Model::Matrix damped = withG1(normal.matrix, fit.model);
         for (int k = 0; k < nonlinear; ++k)
             damped(k, k) *= 1 + damping;

@@ -80,8 +80,9 @@ void findPeaks(const Sweep& sweep, const Noise& noise, std::vector<Peak>& peaks)
         if (i == highest || prominence > threshold)
             peaks.push_back({i, prominence, 0});
     }
-    std::stable_sort(peaks.begin(), peaks.end(),
-                     [](const Peak& a, const Peak& b) { return a.prominence > b.prominence; });
+    std::sort(peaks.begin(), peaks.end(), [](const Peak& a, const Peak& b) {
+        return a.prominence != b.prominence ? a.prominence > b.prominence : a.index < b.index;
+    });
     std::size_t kept = 0;
     for (std::size_t i = 0; i < peaks.size() && kept < kMostPeaks; ++i) {
         Peak peak = peaks[i];

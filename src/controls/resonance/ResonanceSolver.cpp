@@ -302,13 +302,14 @@ void ResonanceSolver::widen(Group& group)
         wide.model.slope = true;
         m_fitter.weighByModel(m_noise, wide);
         wide = m_fitter.refine(wide.window, wide.model, 1e-5);
-        if (!wide.good || wide.scale() > 1 + 3 / std::sqrt(wide.degreesOfFreedom()) ||
-            wide.scale() > group.fit.scale() * (1 + 3 / std::sqrt(group.fit.degreesOfFreedom())))
+        // The scale of differences is known to about twice what that of a fit is.
+        if (!wide.good || wide.scale() > 1 + 4 * std::sqrt(8.0 / wide.degreesOfFreedom()) ||
+            wide.scale() > group.fit.scale() * (1 + 4 * std::sqrt(2.0 / group.fit.degreesOfFreedom())))
             return;
         for (int k = 0; k < wide.model.modes; ++k) {
             const auto at = static_cast<std::size_t>(k);
             const double moved = std::abs(wide.model.lnQ[at] - group.fit.model.lnQ[at]);
-            if (moved > 3 * std::sqrt(group.fit.covariance(2 * k + 1, 2 * k + 1) * group.fit.scale()))
+            if (moved > 4 * std::sqrt(group.fit.covariance(2 * k + 1, 2 * k + 1) * group.fit.scale()))
                 return;
         }
         group.fit = wide;
