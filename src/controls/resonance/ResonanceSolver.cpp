@@ -226,7 +226,10 @@ bool ResonanceSolver::fitPeak(const Peak& peak, Window limits, Group& group)
         model = group.fit.model;
         if (!(qOf(model, 0) < kLargestQ) || !(qOf(model, 0) > 0.05) || !(fsOf(model, 0) > 0))
             return false;
-        if (std::abs(model.lnQ[0] - before.lnQ[0]) < 0.02 && round > 0)
+        const Window next = windowAbout(model, limits, kWindow);
+        const bool sameTask =
+            next.first == window.first && next.last == window.last && model.slope == !atEdge(model, 0);
+        if (sameTask || (std::abs(model.lnQ[0] - before.lnQ[0]) < 0.02 && round > 0))
             break;
     }
     return true;

@@ -142,8 +142,8 @@ TEST(ResonanceAccuracy, IsNearTheBoundWithoutBias)
 TEST(ResonanceAccuracy, IntervalsOf95PercentCoverTheTruth)
 {
     ResonanceSolver solver;
-    constexpr int kSeeds = 500;
-    const Row row{300, 0.6, 80, 3e-3};
+    constexpr int kSeeds = 400;
+    const Row row{200, 0.4, 80, 3e-3};
     Part part;
     part.arms[0].q = row.q;
     part.loss = 0.01;
@@ -173,7 +173,7 @@ TEST(ResonanceAccuracy, CallsNoNoiseAndNoSmoothPartAResonance)
     for (unsigned seed = 0; seed < 2000; ++seed) {
         std::mt19937_64 random(seed);
         std::uniform_real_distribution<double> uniform;
-        const int points = static_cast<int>(40 + 80 * uniform(random));
+        const int points = static_cast<int>(40 + 40 * uniform(random));
         const double noise = std::pow(10, -5 + 3.3 * uniform(random));
         const double corner = 1e3 * std::pow(10, 4 * uniform(random));
         std::normal_distribution<double> normal;
