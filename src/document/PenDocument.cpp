@@ -328,6 +328,8 @@ void PenDocument::UpdateToolBars()
 
 void PenDocument::graphEraseLine(int Index)
 {
+    if (!m_pens.isLocked(Index) && m_pens.hasData(Index))
+        Q_EMIT aboutToErase(Index);
     if (!m_pens.erase(Index))
         return;
     SetModified();

@@ -211,6 +211,11 @@ public:
     /// Replaces the graph by the file and works out the state. Fails, with the document as it was, for a file that is
     /// none. Processes events.
     Outcome fileLoadPlot(const QString& sFileName);
+    /// The plot as a save would write it, locks included.
+    QByteArray plotBytes();
+    /// Replaces the graph by such bytes, as an unsaved plot of that caption without a file. Otherwise as
+    /// fileLoadPlot().
+    Outcome restorePlot(const QByteArray& plot, const QString& sCaption);
     /// Takes the format number from the graph as it stands.
     void readFormat();
     /// The loaded plot is of another format: the popup offers no entry that changes or exports it.
@@ -223,7 +228,7 @@ public:
     /// The version text that the next save writes.
     QString SetVersion() const;
     /// May the document close? Asks for unsaved changes and saves them if told so. False for a cancel and for a save
-    /// that failed; after true, closed() has been raised.
+    /// that failed; after true, aboutToClose() and closed() have been raised.
     bool QueryClose();
     /// From now on QueryClose() takes "No" for the answer.
     void closeUnasked() { m_closesUnasked = true; }
@@ -242,6 +247,11 @@ Q_SIGNALS:
     /// The points of a pen were erased, pasted or loaded; -1: of all pens. Measured points are told by the instrument's
     /// side, which knows how many there will be.
     void dataChanged(int pen);
+    /// The points of a pen are about to go, by a cut, a paste, a reset or a new sweep, and are still there. -1: a file
+    /// is about to replace the whole plot, which has unsaved changes. Receivers change nothing and ask nothing.
+    void aboutToErase(int pen);
+    /// The document is about to end its life and is still whole. unsaved: with changes that no file has.
+    void aboutToClose(bool unsaved);
     /// The extent that a sweep shall follow, in Hz.
     void testExtentChanged(double lowest, double highest, bool linear);
     /// The plot was saved to or loaded from this file.
@@ -262,6 +272,7 @@ private:
     void forgetZooms();
     void sendZoomExtent();
     void forgetCursor(int pen);
+    Outcome showLoaded(const QString& caption, const QString& file);
     bool askFileName(QString& sFile);
     bool mayWrite(const QString& asked, bool bfAs, bool bfOverwrite);
 

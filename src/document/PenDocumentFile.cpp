@@ -224,9 +224,36 @@ bool PenDocument::fileSavePlot(QString& sFileName)
 
 Outcome PenDocument::fileLoadPlot(const QString& sFileName)
 {
+    if (m_modified)
+        Q_EMIT aboutToErase(-1);
     if (Outcome loaded = GraphFile::PEloadfromfile(m_graph, sFileName); !loaded)
         return loaded;
     m_ownFile = sFileName;
+    return showLoaded(sFileName, sFileName);
+}
+
+QByteArray PenDocument::plotBytes()
+{
+    m_pens.storeLocks();
+    return GraphFile::PEstore(m_graph);
+}
+
+Outcome PenDocument::restorePlot(const QByteArray& plot, const QString& sCaption)
+{
+    if (m_modified)
+        Q_EMIT aboutToErase(-1);
+    if (Outcome loaded = GraphFile::PEload(m_graph, plot); !loaded)
+        return loaded;
+    m_ownFile.clear();
+    const QPointer<PenDocument> self(this);
+    Outcome shown = showLoaded(sCaption, QString());
+    if (self && shown)
+        SetModified();
+    return shown;
+}
+
+Outcome PenDocument::showLoaded(const QString& caption, const QString& file)
+{
     forgetZooms();
     forgetCursor(-1);
     const QPointer<PenDocument> self(this);
@@ -234,10 +261,11 @@ Outcome PenDocument::fileLoadPlot(const QString& sFileName)
     if (!self)
         return closedMeanwhile();
     graphUpdateStyle();
-    Q_EMIT fileUsed(sFileName);
+    if (!file.isEmpty())
+        Q_EMIT fileUsed(file);
     if (!self)
         return closedMeanwhile();
-    InitialiseSettings(sFileName, sFileName);
+    InitialiseSettings(caption, file);
     if (!self)
         return closedMeanwhile();
 
@@ -280,6 +308,7 @@ bool PenDocument::QueryClose()
         m_context.messages.message(tr("Error in form unload"), UserMessages::Stop, tr("Save File Error"));
         return false;
     }
+    Q_EMIT aboutToClose(m_modified);
     Q_EMIT closed();
     return true;
 }
