@@ -137,7 +137,7 @@ void RecoveryJournal::aboutToErase(PenDocument& document, int pen)
 {
     flush();
     if (pen < 0)
-        write(RecordType::PlotGone, plotRecord(document));
+        keepPlot(document);
     else
         write(RecordType::PenGone, penRecord(document, pen));
 }
@@ -146,10 +146,21 @@ void RecoveryJournal::aboutToClose(PenDocument& document, bool unsaved)
 {
     flush();
     if (unsaved)
-        write(RecordType::PlotGone, plotRecord(document));
+        keepPlot(document);
     settleDocument(document);
-    if (unsaved)
+    if (unsaved && m_started)
         m_writer.sync();
+}
+
+void RecoveryJournal::keepPlot(PenDocument& document)
+{
+    // Nothing is measured in an empty one.
+    for (int pen = 0; pen < plot::kPens; ++pen) {
+        if (document.pens().hasData(pen)) {
+            write(RecordType::PlotGone, plotRecord(document));
+            return;
+        }
+    }
 }
 
 void RecoveryJournal::dataChanged(PenDocument& document, int pen)

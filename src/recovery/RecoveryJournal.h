@@ -67,6 +67,7 @@ private:
 
     Followed& followed(PenDocument& document);
     void keepSnapshot(PenDocument& document);
+    void keepPlot(PenDocument& document);
     void settleDocument(PenDocument& document);
     QByteArray plotRecord(PenDocument& document) const;
     QByteArray penRecord(const PenDocument& document, int pen) const;

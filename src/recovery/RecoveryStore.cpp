@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <utility>
 
 using namespace recovery;
@@ -30,6 +31,21 @@ void eachRecord(const QString& file, Visit visit)
     RecordReader reader(file);
     while (const auto record = reader.next())
         visit(*record);
+}
+
+/// True when any pen of the snapshot there has points.
+bool holdsData(const QString& file, qint64 offset)
+{
+    const auto record = RecordReader(file).at(offset);
+    const auto plot = record ? PlotRecord::decoded(record->payload) : std::nullopt;
+    GraphModel graph;
+    if (!plot || !GraphFile::PEload(graph, plot->plot))
+        return false;
+    for (int pen = 0; pen < plot::kPens; ++pen) {
+        if (PenData::of(graph, pen).points() > 0)
+            return true;
+    }
+    return false;
 }
 
 template <typename List>
@@ -124,6 +140,7 @@ std::vector<RecoveryStore::Plot> RecoveryStore::takeUntold() const
 std::vector<RecoveryStore::Plot> RecoveryStore::unsavedPlots(const QString& session) const
 {
     std::map<std::uint32_t, Plot> unsaved;
+    std::set<std::uint32_t> measured; // documents that were given points behind their first snapshot
     const auto files = journals(m_folder, session);
     for (const QString& file : files) {
         eachRecord(file, [&](const RecordReader::Record& record) {
@@ -136,15 +153,24 @@ std::vector<RecoveryStore::Plot> RecoveryStore::unsavedPlots(const QString& sess
                 const auto pen = PenRecord::decoded(record.payload);
                 if (const auto known = pen ? unsaved.find(pen->document) : unsaved.end(); known != unsaved.end())
                     known->second.when = pen->when;
+                if (pen && pen->data.points() > 0)
+                    measured.insert(pen->document);
+            } else if (record.type == RecordType::Points) {
+                if (const auto block = PointsRecord::decoded(record.payload))
+                    measured.insert(block->document);
             } else if (record.type == RecordType::Settled) {
-                if (const auto settled = SettledRecord::decoded(record.payload))
+                if (const auto settled = SettledRecord::decoded(record.payload)) {
                     unsaved.erase(settled->document);
+                    measured.erase(settled->document);
+                }
             }
         });
     }
     std::vector<Plot> plots;
-    for (auto& [document, plot] : unsaved)
-        plots.push_back(std::move(plot));
+    for (auto& [document, plot] : unsaved) {
+        if (measured.contains(document) || holdsData(plot.place.file, plot.place.offset))
+            plots.push_back(std::move(plot));
+    }
     return plots;
 }
 

@@ -36,7 +36,7 @@ public:
         int points = 0;
         Place place;
     };
-    /// A plot that no window shows and no file holds.
+    /// A plot with points that no window shows and no file holds.
     struct Plot
     {
         QDateTime when; ///< last known

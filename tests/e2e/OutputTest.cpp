@@ -69,6 +69,7 @@ protected:
                  {QStringLiteral("export --force plot.gzd"), QStringLiteral("export --force --json plot.gzd"),
                   QStringLiteral("export --output - plot.gzd"), QStringLiteral("export - < plot.gzd")}},
                 {QStringLiteral("sweep"), {sweep(QString()), sweep(QStringLiteral("--json"))}},
+                {QStringLiteral("recover"), {QStringLiteral("recover"), QStringLiteral("recover --json")}},
                 {QStringLiteral("show"),
                  {QStringLiteral("show plot.gzd"), QStringLiteral("show --json plot.gzd"),
                   QStringLiteral("show --points 1 plot.gzd"), QStringLiteral("show - < plot.gzd")}}};

@@ -175,6 +175,21 @@ TEST_F(RecoveryJournalTest, DocumentClosedWithoutSavingIsKeptWhole)
     EXPECT_TRUE(store().takeUntold().empty()) << "its user has said no";
 }
 
+TEST_F(RecoveryJournalTest, PlotWithoutPointsIsNotOffered)
+{
+    const auto document = bench.document(PenDocument::Impedance);
+    const auto other = bench.document(PenDocument::Impedance);
+    auto keeper = journal();
+    keeper->follow(*document);
+    keeper->follow(*other);
+    document->SetModified();
+    other->SetModified();
+    bench.messages.replies = {UserMessages::ReplyNo};
+    ASSERT_TRUE(other->QueryClose());
+    keeper.reset();
+    EXPECT_TRUE(store().plots().empty());
+}
+
 TEST_F(RecoveryJournalTest, PlotThatAFileIsLoadedOverIsKept)
 {
     const auto document = bench.document(PenDocument::Impedance);

@@ -6,6 +6,7 @@
 #include "cli/instrument/DevicesCommand.h"
 #include "cli/instrument/SweepCommand.h"
 #include "cli/plots/ExportCommand.h"
+#include "cli/plots/RecoverCommand.h"
 #include "cli/plots/ShowCommand.h"
 #include "program/Version.h"
 
@@ -24,6 +25,7 @@ cli::CommandTable commandTable()
     table.push_back(std::make_unique<cli::SweepCommand>());
     table.push_back(std::make_unique<cli::ShowCommand>());
     table.push_back(std::make_unique<cli::ExportCommand>());
+    table.push_back(std::make_unique<cli::RecoverCommand>());
     return table;
 }
 

@@ -15,6 +15,7 @@
 #include "program/ProgramState.h"
 #include "shell/commands/ui/FileOpener.h"
 #include "shell/commands/ui/PreferencesCommands.h"
+#include "shell/commands/ui/RecoveryCommands.h"
 #include "shell/commands/ui/TestCommands.h"
 #include "shell/ui/frmMain.h"
 #include "shell/ui/frmQuorrelMessage.h"
@@ -96,6 +97,8 @@ void StartUp::run(const StartUpOptions& options)
         program.messages.message(log.sentence(), UserMessages::OkOnly | UserMessages::Exclamation,
                                  frmMain::tr("Link log"));
     if (!window->isUnloaded())
+        window->recoveryCommands().offerUnsaved();
+    if (window && !window->isUnloaded())
         actOnCommandLine(options.arguments);
     if (window && !window->isUnloaded() && options.testType != 0)
         startTest(options.testType);

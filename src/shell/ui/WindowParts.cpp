@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/WindowParts.h"
 
+#include "document/PenDocument.h"
 #include "program/CommandLine.h"
 #include "shell/ui/frmMain.h"
 
@@ -30,6 +31,7 @@ WindowParts::WindowParts(frmMain& window, const ShellContext& context)
     , documents(documentContext, context.state, area)
     , deviceModule(
           {context.device, context.mirror, context.state, context.preferences, context.messages, window, active})
+    , journal(recovery::stateFolder())
     , testRun(deviceModule)
     , deviceWindows(window, deviceModule, window, registry)
     , bars(registry, penBar, statusBar, context.device, context.state)
@@ -41,10 +43,14 @@ WindowParts::WindowParts(frmMain& window, const ShellContext& context)
     , windows(commandContext)
     , help(commandContext)
     , preferences(commandContext, window)
+    , recovery(commandContext, journal)
     , commands(window, registry, *window.menuBar(), toolBar, penBar)
     , quickFiles(window, commands, context.preferences,
                  [this](const QString& fileName) { documents.LoadExistingDocument(fileName); })
 {
     opener.add(plotReader(documents));
     windows.listDocuments(commands);
+    journal.listen(deviceModule.events());
+    QObject::connect(&documents, &DocumentList::added, &journal,
+                     [this](PenDocument* document) { journal.follow(*document); });
 }

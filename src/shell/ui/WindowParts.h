@@ -11,6 +11,7 @@
 #include "link/TestRun.h"
 #include "link/ui/DeviceWindows.h"
 #include "program/CommandRegistry.h"
+#include "recovery/RecoveryJournal.h"
 #include "shell/commands/ui/CommandContext.h"
 #include "shell/commands/ui/CommandSet.h"
 #include "shell/commands/ui/EditCommands.h"
@@ -21,6 +22,7 @@
 #include "shell/commands/ui/PenCommands.h"
 #include "shell/commands/ui/PreferencesCommands.h"
 #include "shell/commands/ui/QuickFileMenu.h"
+#include "shell/commands/ui/RecoveryCommands.h"
 #include "shell/commands/ui/TestCommands.h"
 #include "shell/commands/ui/WindowCommands.h"
 #include "shell/ui/DocumentBars.h"
@@ -49,6 +51,7 @@ struct WindowParts
     QToolBar& toolBar;
     DocumentList documents;
     DeviceModule deviceModule;
+    RecoveryJournal journal;
     TestRun testRun;
     DeviceWindows deviceWindows;
     DocumentBars bars;
@@ -62,6 +65,7 @@ struct WindowParts
     WindowCommands windows;
     HelpCommands help;
     PreferencesCommands preferences;
+    RecoveryCommands recovery;
 
     CommandSet commands;
     QuickFileMenu quickFiles;

@@ -357,6 +357,11 @@ const FileOpener& frmMain::fileOpener() const
     return m_parts->opener;
 }
 
+RecoveryCommands& frmMain::recoveryCommands() const
+{
+    return m_parts->recovery;
+}
+
 PreferencesCommands& frmMain::preferencesCommands() const
 {
     return m_parts->preferences;

@@ -16,6 +16,7 @@ class FileOpener;
 class PenBar;
 class PreferencesCommands;
 class QuickFileMenu;
+class RecoveryCommands;
 class StatusBar;
 class TestCommands;
 struct WindowParts;
@@ -51,6 +52,7 @@ public:
     QuickFileMenu& quickFiles() const;
     const FileOpener& fileOpener() const;
     PreferencesCommands& preferencesCommands() const;
+    RecoveryCommands& recoveryCommands() const;
     TestCommands& testCommands() const;
 
     bool boolArePathsSet();

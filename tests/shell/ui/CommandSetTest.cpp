@@ -84,11 +84,11 @@ TEST_F(CommandSetTest, everyCommandHasTextTipHandlerAndAPlaceOfItsOwn)
 TEST_F(CommandSetTest, menusKeepTheirOrder)
 {
     EXPECT_EQ(namesOf(main->commands().menu(Command::Menu::File)).filter(QStringLiteral("mnu")).join(u' '),
-              QStringLiteral("mnuFileNew mnuFileOpen mnuFileClose mnuFileSave mnuFileSaveAs mnuFileSaveAll "
-                             "mnuFileProperties mnuFileExit"));
+              QStringLiteral("mnuFileNew mnuFileOpen mnuFileClose mnuFileReopenClosed mnuFileSave mnuFileSaveAs "
+                             "mnuFileSaveAll mnuFileProperties mnuFileExit"));
     EXPECT_EQ(namesOf(main->commands().menu(Command::Menu::Edit)).join(u' '),
-              QStringLiteral("- mnuEditUndo mnuEditRedo - mnuEditCut mnuEditCopy mnuEditPaste - mnuPenLock "
-                             "mnuPenUnlockAll - mnuPreferences"));
+              QStringLiteral("- mnuEditUndo mnuEditRedo - mnuEditCut mnuEditCopy mnuEditPaste mnuEditBringBack - "
+                             "mnuPenLock mnuPenUnlockAll - mnuPreferences"));
     EXPECT_EQ(namesOf(main->commands().menu(Command::Menu::Test)).join(u' '),
               QStringLiteral("- mnuTestStart mnuTestStopTest mnuTestRepeat - mnuReRunLastTestScript - mnuTestSettings "
                              "mnuTestDevice mnuTestDeviceProperties mnuTestSchedule"));

@@ -41,6 +41,8 @@ protected:
         , devices(std::vector<std::unique_ptr<DeviceSource>>{})
         , device(devices)
     {
+        // Each test has journals of its own.
+        qputenv("XDG_STATE_HOME", QFile::encodeName(folder.filePath(QStringLiteral("state"))));
         preferences.setValue(options::kSplashScreen, false);
         preferences.setValue(options::kOpenSettings, false);
         for (const options::FolderOption& path : options::kFolders)

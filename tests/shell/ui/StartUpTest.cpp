@@ -6,6 +6,7 @@
 #include "link/ui/frmDevice.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
+#include "recovery/RecoveryJournal.h"
 #include "shell/ui/frmMain.h"
 #include "shell/ui/frmQuorrelMessage.h"
 #include "shell/ui/frmSplash.h"
@@ -27,6 +28,7 @@ class StartUpTest : public ::testing::Test
 protected:
     StartUpTest()
     {
+        qputenv("XDG_STATE_HOME", QFile::encodeName(folder.filePath(QStringLiteral("state"))));
         set(options::kSplashScreen, false);
         for (const options::FolderOption& path : options::kFolders)
             preferences.setValue(path.option, folder.path());
@@ -264,6 +266,38 @@ TEST_F(StartUpTest, settingsAreReadUnderThePlainTitleAndTheWindowUnderItsOwn)
               QString::number(150 * 15));
     EXPECT_EQ(store.GetSetting(QStringLiteral("MarrowickGraph"), QStringLiteral("Window"), QStringLiteral("Left"), 0),
               QStringLiteral("0"));
+}
+
+TEST_F(StartUpTest, WhatACrashLeftUnsavedIsOfferedInOneQuestionOnce)
+{
+    {
+        // A program that never closes its documents, as far as its journal can tell.
+        RecoveryJournal journal(recovery::stateFolder());
+        StartUp start(folder.path());
+        start.run(arguments({}));
+        for (int i = 0; i < 2; ++i) {
+            PenDocument* document = start.mainWindow()->LoadNewDoc();
+            ASSERT_NE(document, nullptr);
+            journal.follow(*document);
+            document->AddAmplitudePoint(1000, -3, 30, 1, 0);
+            document->SetModified();
+        }
+        ASSERT_TRUE(journal.settle());
+        EXPECT_TRUE(seen.isEmpty()) << seen.join(u' ').toStdString();
+    }
+    const auto offers = [this] { return seen.filter(QStringLiteral(":Recover")).size(); };
+    {
+        StartUp start(folder.path());
+        start.run(arguments({}));
+    }
+    EXPECT_GE(offers(), 1);
+    EXPECT_TRUE(text.contains(QStringLiteral("Document 1"))) << text.toStdString();
+    const qsizetype once = offers();
+    {
+        StartUp start(folder.path());
+        start.run(arguments({}));
+    }
+    EXPECT_EQ(offers(), once);
 }
 
 } // namespace
