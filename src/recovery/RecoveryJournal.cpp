@@ -63,8 +63,9 @@ RecoveryJournal::Followed& RecoveryJournal::followed(PenDocument& document)
     connect(&document, &PenDocument::pensChanged, this, [this, &document] { changed(document); });
     connect(&document, &PenDocument::viewChanged, this, [this, &document] { changed(document); });
     connect(&document, &QObject::destroyed, this, [this, gone = &document] {
-        flush();
+        // Out of the list first: a journal file that begins now asks every document on it.
         m_documents.remove(gone);
+        flush();
     });
     return *m_documents.insert(&document, {++m_lastNumber, false, false});
 }
