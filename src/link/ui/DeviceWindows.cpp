@@ -2,10 +2,10 @@
 #include "link/ui/DeviceWindows.h"
 
 #include "link/DeviceModule.h"
+#include "link/settings/ui/frmSettings.h"
 #include "link/ui/frmDevice.h"
 #include "link/ui/frmDeviceProperties.h"
 #include "link/ui/frmTestSchedule.h"
-#include "link/settings/ui/frmSettings.h"
 #include "program/CommandRegistry.h"
 #include "widgets/ui/ShowModally.h"
 

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Settings and preferences on their whole road: the real main window, its menu, its dialogs, an instrument in memory.
 #include "link/settings/ui/frmSettings.h"
+#include "shell/commands/ui/PreferencesCommands.h"
 #include "shell/ui/MainWindowHarness.h"
 #include "support/FindControl.h"
 #include "support/WriteCounter.h"
-
-#include "shell/commands/ui/PreferencesCommands.h"
 
 #include <QCheckBox>
 #include <QDir>

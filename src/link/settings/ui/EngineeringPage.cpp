@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "link/settings/ui/EngineeringPage.h"
 
-#include "instrument/InstrumentEvents.h"
 #include "instrument/Commands.h"
+#include "instrument/InstrumentEvents.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/FirmwareVersion.h"
 #include "link/TestSchedule.h"
@@ -174,10 +174,8 @@ void EngineeringPage::connectHandlers()
     connect(txtFreqComp, &FrequencyEdit::entered, this, &EngineeringPage::cmdSetFreqComp_Click);
     onClick(cmdDefault, [this] { m_channel.SendToDevice(QStringLiteral("default\rsave\r")); });
     onClick(cmdSave, [this] { m_channel.SendToDevice(QStringLiteral("save\r")); });
-    onClick(cmdSetSerial,
-            [this] { m_channel.SendToDevice(command::setSerial(txtSerialNumber->text())); });
-    onClick(chkApplyCal,
-            [this](bool checked) { m_channel.SendToDevice(command::calOn(checked)); });
+    onClick(cmdSetSerial, [this] { m_channel.SendToDevice(command::setSerial(txtSerialNumber->text())); });
+    onClick(chkApplyCal, [this](bool checked) { m_channel.SendToDevice(command::calOn(checked)); });
     onClick(chkLoopBack, [this] { chkLoopBack_Click(); });
     onScroll(
         slideVREF, [this](int value) { lblVREF->setText(QString::number(value - 1)); },

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "link/settings/ui/MonitorGroup.h"
 
-#include "instrument/InstrumentEvents.h"
 #include "instrument/Commands.h"
+#include "instrument/InstrumentEvents.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/SettingsRules.h"
 #include "link/settings/SettingsChannel.h"
@@ -189,7 +189,7 @@ void MonitorGroup::start()
     }
     m_channel.SendToDevice(command::stop());
     m_channel.SendToDevice(optMonitorAmplitude->isChecked() ? command::ampSpot(mirror.dblSpotFrequency)
-                                                             : command::impSpot(mirror.dblSpotFrequency));
+                                                            : command::impSpot(mirror.dblSpotFrequency));
 }
 
 void MonitorGroup::optMonFreq_Click()

@@ -3,8 +3,8 @@
 
 #include "document/ActiveDocument.h"
 #include "document/PenDocument.h"
-#include "instrument/InstrumentEvents.h"
 #include "instrument/Commands.h"
+#include "instrument/InstrumentEvents.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/DeviceModule.h"
 #include "link/SettingsRules.h"
