@@ -69,7 +69,7 @@ TEST_F(FrmFilePropertiesTest, theToolTipOfALongTextShowsItsLettersAndOpensNoFile
     ASSERT_GT(label->fontMetrics().horizontalAdvance(hostile), label->width());
     QHelpEvent event(QEvent::ToolTip, QPoint(2, 2), label->mapToGlobal(QPoint(2, 2)));
     QApplication::sendEvent(label, &event);
-    EXPECT_TRUE(QToolTip::text().contains("&lt;img src=&quot;/nowhere")) << QToolTip::text().toStdString();
+    EXPECT_TRUE(QToolTip::text().contains("&lt;img")) << QToolTip::text().toStdString();
     EXPECT_FALSE(QToolTip::text().contains("<img"));
     QToolTip::hideText();
 }
