@@ -155,8 +155,8 @@ void ModeFitter::accumulate(Window window, const Model& model, Normal& normal) c
         fs[k] = std::exp(model.lnFs[static_cast<std::size_t>(k)]);
         q[k] = std::exp(model.lnQ[static_cast<std::size_t>(k)]);
     }
-    double re[3 * kMostModes];
-    double im[3 * kMostModes];
+    double re[3 * kMostModes] = {};
+    double im[3 * kMostModes] = {};
     for (std::size_t i = window.first; i < window.last; ++i) {
         const double f = m_sweep.f[i];
         const double w = m_weight[i];

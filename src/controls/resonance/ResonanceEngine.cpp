@@ -129,6 +129,7 @@ QString ResonanceEngine::FormatEngineering(double value)
     if (third < -kUnity)
         return QStringLiteral("0.000 ");
     const int prefix = std::min(third, static_cast<int>(prefixes.size()) - 1 - kUnity);
+    const int entry = prefix + kUnity;
     QString digits = text.first(mark).remove(u'.');
     const qsizetype sign = digits.startsWith(u'-') ? 1 : 0;
     const qsizetype whole = sign + 1 + power - 3 * prefix;
@@ -136,5 +137,5 @@ QString ResonanceEngine::FormatEngineering(double value)
         digits.insert(whole, u'.');
     else
         digits = digits.leftJustified(whole, u'0');
-    return digits + u' ' + QLatin1String(prefixes[static_cast<std::size_t>(prefix + kUnity)]);
+    return digits + u' ' + QLatin1String(prefixes[static_cast<std::size_t>(entry)]);
 }
