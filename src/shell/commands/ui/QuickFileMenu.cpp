@@ -13,7 +13,7 @@ constexpr int kPlace = 800;
 } // namespace
 
 QuickFileMenu::QuickFileMenu(QWidget& window, CommandSet& commands, Preferences& preferences,
-                             std::function<void(const QString& fileName)> open)
+                             const std::function<void(const QString& fileName)>& open)
     : m_list(preferences)
 {
     for (std::size_t i = 0; i < mnuFileMRU.size(); ++i) {

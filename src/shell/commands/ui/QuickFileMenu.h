@@ -21,7 +21,7 @@ class QuickFileMenu
 public:
     /// The handler opens a file; it runs from the event loop.
     QuickFileMenu(QWidget& window, CommandSet& commands, Preferences& preferences,
-                  std::function<void(const QString& fileName)> open);
+                  const std::function<void(const QString& fileName)>& open);
 
     /// Puts the file on top; an empty name reads the saved entries.
     void UpdateQuickFileList(const QString& strFilePathName);
