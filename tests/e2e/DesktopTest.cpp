@@ -111,8 +111,8 @@ TEST_F(DesktopTest, TwoCopiesRunSideBySideWithAnInstrumentEach)
     ASSERT_TRUE(two.waitForFinished(kPatience)) << two.readAllStandardError().toStdString();
     EXPECT_EQ(two.exitCode(), 0);
     EXPECT_EQ(one.state(), QProcess::Running);
-    one.kill();
-    one.waitForFinished(kPatience);
+    one.terminate();
+    EXPECT_TRUE(one.waitForFinished(kPatience));
     const auto serialIn = [this](const QString& log) {
         for (const std::string& line : logged(log)) {
             if (line.starts_with("< V:"))
@@ -140,8 +140,8 @@ TEST_F(DesktopTest, ATestAskedForOnTheCommandLineRunsToItsEnd)
     EXPECT_TRUE(has("> y\\rimptest\\r"));
     EXPECT_TRUE(has("< F:"));
     EXPECT_EQ(program.state(), QProcess::Running);
-    program.kill();
-    program.waitForFinished(kPatience);
+    program.terminate();
+    EXPECT_TRUE(program.waitForFinished(kPatience));
 }
 
 TEST_F(DesktopTest, AnOptionThatNobodyKnowsEndsItBeforeAnythingOpens)

@@ -169,6 +169,12 @@ std::vector<LoggedFrame> pointsOfLastTest(const QString& linkLog)
     return points;
 }
 
+EndToEndTest::EndToEndTest()
+{
+    // What a program leaves to be recovered belongs to the test that started it, however that program was ended.
+    qputenv("XDG_STATE_HOME", QFile::encodeName(path(QStringLiteral("state"))));
+}
+
 void EndToEndTest::TearDown()
 {
     if (!HasFailure())

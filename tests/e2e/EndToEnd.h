@@ -75,11 +75,12 @@ std::vector<LoggedFrame> loggedFrames(const QString& linkLog);
 /// refuse, for a wrong length or for a flag or point number that is none, are left out.
 std::vector<LoggedFrame> pointsOfLastTest(const QString& linkLog);
 
-/// A folder for what a test writes. When the test fails it is kept in the build folder under the test's name, with
-/// pictures of the windows that this process shows.
+/// A folder for what a test writes, and for what the programs that it starts keep to be recovered. When the test fails
+/// it is kept in the build folder under the test's name, with pictures of the windows that this process shows.
 class EndToEndTest : public ::testing::Test
 {
 protected:
+    EndToEndTest();
     void TearDown() override;
 
     QString path(const QString& name) const { return m_folder.filePath(name); }
