@@ -3,7 +3,7 @@
 // 100 ns.
 #include "document/ActiveDocument.h"
 #include "document/PenDocument.h"
-#include "document/PlotSource.h"
+#include "document/content/PlotSource.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
 #include "tests/support/SilentPorts.h"

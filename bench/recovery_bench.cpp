@@ -4,7 +4,7 @@
 // Limit: 2 %.
 #include "document/ActiveDocument.h"
 #include "document/PenDocument.h"
-#include "document/PlotSource.h"
+#include "document/content/PlotSource.h"
 #include "instrument/InstrumentEvents.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"

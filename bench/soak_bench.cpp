@@ -10,7 +10,7 @@
 #include "controls/korvalink/KorvaLink.h"
 #include "document/DocumentList.h"
 #include "document/PenDocument.h"
-#include "document/PenReader.h"
+#include "document/content/PenReader.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/DeviceModule.h"
 #include "link/LinkContext.h"

@@ -6,7 +6,7 @@
 #include "sim/Levels.h"
 #include "sim/RunningTest.h"
 #include "sim/ScriptSlot.h"
-#include "sim/bench/RangeWatch.h"
+#include "sim/parts/RangeWatch.h"
 #include "sim/protocol/CommandParser.h"
 
 #include <functional>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "controls/linklog/LinkLog.h"
-#include "sim/bench/MeasuredTable.h"
+#include "sim/parts/MeasuredTable.h"
 #include "values/Outcome.h"
 
 #include <QString>

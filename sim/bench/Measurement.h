@@ -2,7 +2,7 @@
 #pragma once
 
 #include "sim/bench/Noise.h"
-#include "sim/bench/Specimen.h"
+#include "sim/parts/Specimen.h"
 #include "sim/protocol/InstrumentState.h"
 
 #include <cstdint>

@@ -7,7 +7,7 @@
 #include "sim/Replay.h"
 #include "sim/Station.h"
 #include "sim/StatusLine.h"
-#include "sim/bench/PartFile.h"
+#include "sim/parts/PartFile.h"
 #include "sim/port/DeviceEntry.h"
 #include "sim/program/EndSignals.h"
 #include "sim/script/FrameScript.h"

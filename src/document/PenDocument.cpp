@@ -2,10 +2,10 @@
 #include "document/PenDocument.h"
 
 #include "document/ActiveDocument.h"
-#include "document/GraphScope.h"
-#include "document/GraphStyle.h"
-#include "document/GraphTexts.h"
-#include "document/PlotSource.h"
+#include "document/content/GraphScope.h"
+#include "document/content/GraphStyle.h"
+#include "document/content/GraphTexts.h"
+#include "document/content/PlotSource.h"
 #include "prefs/Preferences.h"
 #include "program/UserMessages.h"
 

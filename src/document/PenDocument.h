@@ -3,11 +3,11 @@
 
 #include "controls/graph/GraphModel.h"
 #include "document/DocumentContext.h"
-#include "document/DocumentPopup.h"
-#include "document/Pens.h"
-#include "document/PointWriter.h"
-#include "document/Presentation.h"
-#include "document/ZoomHistory.h"
+#include "document/content/DocumentPopup.h"
+#include "document/content/Pens.h"
+#include "document/content/PointWriter.h"
+#include "document/content/Presentation.h"
+#include "document/content/ZoomHistory.h"
 #include "instrument/clsTestSettings.h"
 #include "values/Outcome.h"
 

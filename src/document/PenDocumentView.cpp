@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Views, zoom and the extent that a sweep follows.
-#include "document/GraphStyle.h"
 #include "document/PenDocument.h"
-#include "document/PlotSource.h"
+#include "document/content/GraphStyle.h"
+#include "document/content/PlotSource.h"
 #include "prefs/Preferences.h"
 
 #include <QCoreApplication>

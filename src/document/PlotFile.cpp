@@ -2,8 +2,8 @@
 #include "document/PlotFile.h"
 
 #include "controls/graph/GraphFile.h"
-#include "document/GraphTexts.h"
 #include "document/VersionText.h"
+#include "document/content/GraphTexts.h"
 #include "values/Conversions.h"
 
 using namespace graphtexts;

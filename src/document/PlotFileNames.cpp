@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/PlotFileNames.h"
 
-#include "document/TestType.h"
+#include "document/content/TestType.h"
 #include "files/FileNames.h"
 
 #include <QCoreApplication>

@@ -2,7 +2,7 @@
 #include "export/TextExport.h"
 
 #include "document/PenDocument.h"
-#include "document/PenReader.h"
+#include "document/content/PenReader.h"
 #include "program/Version.h"
 
 namespace TextExport {

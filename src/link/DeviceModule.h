@@ -3,10 +3,10 @@
 
 #include "instrument/InstrumentEvents.h"
 #include "link/AnswerWatch.h"
-#include "link/Frame.h"
 #include "link/LinkContext.h"
 #include "link/StatusFrames.h"
 #include "link/StatusPanels.h"
+#include "link/rules/Frame.h"
 
 #include <QObject>
 #include <QTimer>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "document/PlotSource.h"
+#include "document/content/PlotSource.h"
 
 class KorvaLink;
 struct InstrumentMirror;

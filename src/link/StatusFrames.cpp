@@ -6,8 +6,8 @@
 #include "instrument/InstrumentMirror.h"
 #include "instrument/InstrumentRanges.h"
 #include "link/DeviceModule.h"
-#include "link/FirmwareVersion.h"
-#include "link/Frame.h"
+#include "link/rules/FirmwareVersion.h"
+#include "link/rules/Frame.h"
 #include "values/Conversions.h"
 
 namespace {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "document/PointWriter.h"
+#include "document/content/PointWriter.h"
 #include "link/LinkContext.h"
 
 #include <QObject>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "recovery/PenText.h"
 
-#include "document/GraphTexts.h"
-#include "document/PenGrid.h"
+#include "document/content/GraphTexts.h"
+#include "document/content/PenGrid.h"
 #include "values/Conversions.h"
 
 namespace recovery {

@@ -3,7 +3,7 @@
 
 #include "controls/graph/GraphFile.h"
 #include "controls/graph/GraphModel.h"
-#include "document/TestType.h"
+#include "document/content/TestType.h"
 
 #include <QDataStream>
 #include <QIODevice>

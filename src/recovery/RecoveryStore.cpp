@@ -2,7 +2,7 @@
 #include "recovery/RecoveryStore.h"
 
 #include "controls/graph/GraphFile.h"
-#include "document/Pens.h"
+#include "document/content/Pens.h"
 
 #include <QCoreApplication>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/DocumentBench.h"
-#include "document/PenReader.h"
 #include "document/SystemClipboard.h"
+#include "document/content/PenReader.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

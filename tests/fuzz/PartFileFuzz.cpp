@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Part files from anywhere: refused with a sentence, or a part that has a finite impedance at every frequency.
-#include "sim/bench/PartFile.h"
+#include "sim/parts/PartFile.h"
 
 #include <cmath>
 #include <cstdlib>

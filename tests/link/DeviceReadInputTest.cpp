@@ -3,7 +3,7 @@
 #include "LinkFixture.h"
 
 #include "controls/korvalink/FrameBuffer.h"
-#include "link/FirmwareVersion.h"
+#include "link/rules/FirmwareVersion.h"
 
 namespace {
 

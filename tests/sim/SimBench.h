@@ -2,7 +2,7 @@
 #pragma once
 
 #include "sim/Instrument.h"
-#include "sim/bench/PartFile.h"
+#include "sim/parts/PartFile.h"
 #include "tests/sim/Recorder.h"
 
 #include <QStringList>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What the simulator says when it is asked for more than its table holds.
-#include "sim/bench/MeasuredTable.h"
+#include "sim/parts/MeasuredTable.h"
 #include "tests/sim/SimBench.h"
 
 namespace {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/plots/PlotSummary.h"
 
-#include "document/GraphScope.h"
-#include "document/GraphTexts.h"
 #include "document/PenDocument.h"
-#include "document/PenReader.h"
+#include "document/content/GraphScope.h"
+#include "document/content/GraphTexts.h"
+#include "document/content/PenReader.h"
 #include "values/Colours.h"
 #include "values/Conversions.h"
 #include "values/EngineeringText.h"

@@ -6,7 +6,7 @@
 #include "document/VersionText.h"
 #include "instrument/Commands.h"
 #include "instrument/InstrumentMirror.h"
-#include "link/SettingsRules.h"
+#include "link/rules/SettingsRules.h"
 #include "link/settings/SettingsChannel.h"
 #include "link/settings/SettingsDialogHost.h"
 #include "program/ProgramState.h"

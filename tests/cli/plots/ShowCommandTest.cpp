@@ -4,7 +4,7 @@
 #include "cli/plots/PlotSummary.h"
 #include "cli/plots/Workspace.h"
 #include "controls/graph/GraphFile.h"
-#include "document/GraphTexts.h"
+#include "document/content/GraphTexts.h"
 
 #include <QFile>
 #include <QJsonArray>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "document/GraphScope.h"
+#include "document/content/GraphScope.h"
 #include "document/ui/frmOptionsTestType.h"
 #include "shell/commands/ui/FileDialogs.h"
 #include "shell/commands/ui/QuickFileMenu.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sim/bench/Measurement.h"
 
-#include "sim/bench/PartModel.h"
+#include "sim/parts/PartModel.h"
 
 #include <gtest/gtest.h>
 

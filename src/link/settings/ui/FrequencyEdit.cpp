@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "link/settings/ui/FrequencyEdit.h"
 
-#include "link/SettingsRules.h"
+#include "link/rules/SettingsRules.h"
 #include "values/Conversions.h"
 
 #include <QClipboard>

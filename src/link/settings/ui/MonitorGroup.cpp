@@ -4,7 +4,7 @@
 #include "instrument/Commands.h"
 #include "instrument/InstrumentEvents.h"
 #include "instrument/InstrumentMirror.h"
-#include "link/SettingsRules.h"
+#include "link/rules/SettingsRules.h"
 #include "link/settings/SettingsChannel.h"
 #include "link/settings/ui/FrequencyEdit.h"
 #include "link/settings/ui/SettingsControls.h"

@@ -7,7 +7,7 @@
 #include "instrument/InstrumentEvents.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/DeviceModule.h"
-#include "link/SettingsRules.h"
+#include "link/rules/SettingsRules.h"
 #include "link/settings/SettingsChannel.h"
 #include "link/settings/ui/FrequencyEdit.h"
 #include "link/settings/ui/MonitorGroup.h"

@@ -4,8 +4,8 @@
 #include "instrument/Commands.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/DeviceModule.h"
-#include "link/FirmwareVersion.h"
-#include "link/SettingsRules.h"
+#include "link/rules/FirmwareVersion.h"
+#include "link/rules/SettingsRules.h"
 #include "link/settings/SettingsChannel.h"
 #include "link/settings/ui/SettingsControls.h"
 

@@ -6,7 +6,7 @@
 #include "instrument/InstrumentEvents.h"
 #include "instrument/InstrumentMirror.h"
 #include "link/DeviceModule.h"
-#include "link/FirmwareVersion.h"
+#include "link/rules/FirmwareVersion.h"
 #include "link/settings/SettingsDialogHost.h"
 #include "link/settings/ui/EngineeringPage.h"
 #include "link/settings/ui/MonitorGroup.h"

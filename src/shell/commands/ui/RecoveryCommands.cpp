@@ -3,7 +3,7 @@
 
 #include "document/DocumentList.h"
 #include "document/PenDocument.h"
-#include "document/PenTransfer.h"
+#include "document/content/PenTransfer.h"
 #include "document/ui/DocumentArea.h"
 #include "program/CommandRegistry.h"
 #include "program/ProgramState.h"

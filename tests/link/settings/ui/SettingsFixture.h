@@ -204,7 +204,8 @@ protected:
     }
     std::unique_ptr<PenDocument> makeDocument(std::int16_t type)
     {
-        auto document = std::make_unique<PenDocument>(DocumentContext{preferences, messages, plotSource, window.active});
+        auto document =
+            std::make_unique<PenDocument>(DocumentContext{preferences, messages, plotSource, window.active});
         document->gstrKey = QStringLiteral("Doc%1").arg(++m_documentCounter);
         document->PrepareNew(type, QStringLiteral("Document %1").arg(m_documentCounter));
         return document;

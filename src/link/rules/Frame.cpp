@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "link/rules/Frame.h"
+
+#include "values/Conversions.h"
+
+bool Frame::ParseField(int pos, int len, std::int32_t& result) const noexcept
+{
+    constexpr std::int32_t kTenth = 10; // what the letter stands for, so that a pen fits into one column
+    const std::string_view field = columns(pos, len);
+    if (const auto strict = values::strictInt32(field))
+        result = *strict;
+    else if (field == "A")
+        result = kTenth;
+    else
+        return false;
+    return true;
+}
+
+void Frame::ParseNumber(int pos, double& result) const noexcept
+{
+    constexpr int kNumberWidth = 13;
+    result = values::tolerantNumber(columns(pos, kNumberWidth));
+}
+
+void Frame::ParseText(QString& result) const
+{
+    constexpr int kTextColumn = 5;
+    constexpr int kTextWidth = 61;
+    std::string_view text = columns(kTextColumn, kTextWidth);
+    while (!text.empty() && text.front() == ' ')
+        text.remove_prefix(1);
+    while (!text.empty() && text.back() == ' ')
+        text.remove_suffix(1);
+    result = QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
+}
