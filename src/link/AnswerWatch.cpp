@@ -8,6 +8,8 @@ AnswerWatch::AnswerWatch(InstrumentEvents& events, QObject* parent)
 {
     m_quiet.setSingleShot(true);
     m_quiet.setInterval(kQuiet);
+    // The default kind of timer may fire a twentieth early, which would count a frame in time as missing.
+    m_quiet.setTimerType(Qt::PreciseTimer);
     connect(&m_quiet, &QTimer::timeout, this, &AnswerWatch::giveUp);
     connect(&events, &InstrumentEvents::connected, this, &AnswerWatch::connected);
     connect(&events, &InstrumentEvents::lost, this, &AnswerWatch::lost);
