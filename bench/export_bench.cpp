@@ -2,11 +2,12 @@
 // A text export of 40 960 rows of five columns against numpy's savetxt and pandas' to_csv of the same table, in one run
 // and in turns. In memory; on the disk of the build folder for information, since ours reaches the disk and theirs need
 // not.
+#include "Peers.h"
+
 #include "controls/textstore/TextStore.h"
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -37,43 +38,6 @@ std::vector<Row> rows()
     }
     return result;
 }
-
-/// Numpy and pandas wait for tasks in a process of their own and time them themselves.
-class Peers
-{
-public:
-    bool start(const QString& table, const QString& folder)
-    {
-        m_process.start(QStringLiteral("/usr/bin/python3"),
-                        {QStringLiteral(MG_SOURCE_DIR "/bench/export_peers.py"), table, folder});
-        return m_process.waitForStarted() && time("numpy") >= 0;
-    }
-    /// Milliseconds; negative when the peers have ended.
-    double time(const char* task)
-    {
-        m_process.write(QByteArray(task) + '\n');
-        while (!m_process.canReadLine()) {
-            if (!m_process.waitForReadyRead(60000))
-                return -1;
-        }
-        return m_process.readLine().trimmed().toDouble();
-    }
-    QByteArray errors()
-    {
-        end();
-        return m_process.readAllStandardError().trimmed();
-    }
-    ~Peers() { end(); }
-
-private:
-    void end()
-    {
-        m_process.closeWriteChannel();
-        m_process.waitForFinished();
-    }
-
-    QProcess m_process;
-};
 
 /// Milliseconds to collect and write all rows; negative when that failed.
 double exportTime(const std::vector<Row>& table, const QString& fileName)
@@ -113,7 +77,8 @@ bool measureIn(const QString& place, bool bounded)
         return false;
     }
     Peers peers;
-    if (!peers.start(folder.filePath(QStringLiteral("table.f32")), folder.path())) {
+    if (!peers.start(QStringLiteral("export_peers.py"), {folder.filePath(QStringLiteral("table.f32")), folder.path()},
+                     "numpy")) {
         std::printf("the peers need python3-numpy and python3-pandas: %s\n", peers.errors().constData());
         return false;
     }

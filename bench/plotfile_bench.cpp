@@ -2,6 +2,8 @@
 // Saving and loading a full plot file against numpy's and HDF5's files of the same arrays and texts, in one run and in
 // turns: in memory, where the figures are those of the formats, and on the disk of the build folder, where every save
 // that counts has reached the disk.
+#include "Peers.h"
+
 #include "controls/graph/GraphFile.h"
 #include "controls/graph/GraphModel.h"
 
@@ -10,7 +12,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -158,42 +159,6 @@ bool writeInputs(const GraphModel& model, const QString& folder)
            write(folder + QStringLiteral("/texts.json"), properties.constData(), properties.size());
 }
 
-/// The peers wait for tasks in a process of their own and time them themselves.
-class Peers
-{
-public:
-    bool start(const QString& folder)
-    {
-        m_process.start(QStringLiteral("/usr/bin/python3"),
-                        {QStringLiteral(MG_SOURCE_DIR "/bench/plotfile_peers.py"), folder});
-        return m_process.waitForStarted() && time("numpy save") >= 0;
-    }
-    /// Milliseconds; negative when the peers have ended.
-    double time(const char* task)
-    {
-        m_process.write(QByteArray(task) + '\n');
-        while (!m_process.canReadLine()) {
-            if (!m_process.waitForReadyRead(60000))
-                return -1;
-        }
-        return m_process.readLine().trimmed().toDouble();
-    }
-    QByteArray errors()
-    {
-        m_process.closeWriteChannel();
-        m_process.waitForFinished();
-        return m_process.readAllStandardError().trimmed();
-    }
-    ~Peers()
-    {
-        m_process.closeWriteChannel();
-        m_process.waitForFinished();
-    }
-
-private:
-    QProcess m_process;
-};
-
 double milliseconds(const std::function<bool()>& task)
 {
     const auto start = std::chrono::steady_clock::now();
@@ -244,7 +209,7 @@ bool measureIn(const QString& place, bool onDisk)
         std::printf("%s: cannot write there\n", qPrintable(place));
         return false;
     }
-    if (!peers.start(folder.path())) {
+    if (!peers.start(QStringLiteral("plotfile_peers.py"), {folder.path()}, "numpy save")) {
         std::printf("the peers need python3-numpy and python3-h5py: %s\n", peers.errors().constData());
         return false;
     }

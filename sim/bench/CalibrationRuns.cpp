@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sim/bench/CalibrationRuns.h"
 
-#include "sim/bench/FrequencyPlan.h"
 #include "sim/bench/PointFrames.h"
 #include "sim/protocol/StatusFrames.h"
 
@@ -19,19 +18,13 @@ QString tr(const char* text)
     return QCoreApplication::translate("sim::Run", text);
 }
 
-class AmplitudeCalibration : public Run
+class AmplitudeCalibration : public WholeRangeRun
 {
 public:
     AmplitudeCalibration(const ModelFacts& facts, QByteArray stamp)
-        : m_plan{facts.minFrequency, facts.maxFrequency, kCalibrationPoints, false}
+        : WholeRangeRun(facts, kCalibrationPoints)
         , m_stamp(std::move(stamp))
     {}
-
-    TestKind kind() const override { return TestKind::Amplitude; }
-    int points() const override { return m_plan.points; }
-    double startFrequency() const override { return m_plan.a; }
-    double endFrequency() const override { return m_plan.b; }
-    double frequency(int point) const override { return m_plan.frequency(point, false); }
 
     Frame measure(int point, bool marker, const Measurement& measurement, const InstrumentState& state,
                   std::uint64_t runNumber) override
@@ -50,7 +43,6 @@ public:
     QString name() const override { return tr("amplitude calibration"); }
 
 private:
-    FrequencyPlan m_plan;
     QByteArray m_stamp;
     std::vector<double> m_deviation;
 };

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sim/bench/Diagnosis.h"
 
-#include "sim/bench/FrequencyPlan.h"
 #include "sim/bench/PointFrames.h"
 
 #include <QCoreApplication>
@@ -10,18 +9,12 @@ namespace sim {
 
 namespace {
 
-class Diagnosis : public Run
+class Diagnosis : public WholeRangeRun
 {
 public:
     explicit Diagnosis(const ModelFacts& facts)
-        : m_plan{facts.minFrequency, facts.maxFrequency, kDiagnosePoints, false}
+        : WholeRangeRun(facts, kDiagnosePoints)
     {}
-
-    TestKind kind() const override { return TestKind::Amplitude; }
-    int points() const override { return m_plan.points; }
-    double startFrequency() const override { return m_plan.a; }
-    double endFrequency() const override { return m_plan.b; }
-    double frequency(int point) const override { return m_plan.frequency(point, false); }
 
     Frame measure(int point, bool marker, const Measurement& measurement, const InstrumentState& state,
                   std::uint64_t runNumber) override
@@ -43,7 +36,6 @@ public:
     QString name() const override { return QCoreApplication::translate("sim::Run", "diagnosis"); }
 
 private:
-    FrequencyPlan m_plan;
     int m_pass = 0;
 };
 

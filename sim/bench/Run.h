@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "sim/bench/FrequencyPlan.h"
 #include "sim/bench/Measurement.h"
 #include "sim/protocol/Frames.h"
 
@@ -35,6 +36,24 @@ public:
     virtual bool measuresSpecimen() const { return true; }
     /// For people, for example "impedance sweep".
     virtual QString name() const = 0;
+};
+
+/// A run over the whole range of a model, as calibration and diagnosis make it: linear, at amplitudes.
+class WholeRangeRun : public Run
+{
+public:
+    WholeRangeRun(const ModelFacts& facts, int points)
+        : m_plan{facts.minFrequency, facts.maxFrequency, points, false}
+    {}
+
+    TestKind kind() const override { return TestKind::Amplitude; }
+    int points() const override { return m_plan.points; }
+    double startFrequency() const override { return m_plan.a; }
+    double endFrequency() const override { return m_plan.b; }
+    double frequency(int point) const override { return m_plan.frequency(point, false); }
+
+private:
+    FrequencyPlan m_plan;
 };
 
 } // namespace sim

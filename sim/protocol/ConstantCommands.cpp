@@ -2,9 +2,8 @@
 #include "sim/protocol/ConstantCommands.h"
 
 #include "sim/protocol/CommandArguments.h"
+#include "sim/protocol/CommandTable.h"
 #include "sim/protocol/StatusFrames.h"
-
-#include <algorithm>
 
 namespace sim::constants {
 
@@ -46,13 +45,7 @@ Frame applyCalibration(Text text, InstrumentState& state)
     return status::calibration(state);
 }
 
-struct Command
-{
-    const char* word;
-    Frame (*apply)(Text text, InstrumentState& state);
-};
-
-constexpr Command kCommands[] = {
+constexpr StateCommand<Frame> kCommands[] = {
     {"setvref", referenceTrim},
     {"setvdut", dutTrim},
     {"setfreqcomp", frequencyCompensation},
@@ -63,19 +56,12 @@ constexpr Command kCommands[] = {
 
 QStringList words()
 {
-    QStringList list;
-    for (const Command& command : kCommands)
-        list.append(QLatin1String(command.word));
-    return list;
+    return wordsOf(kCommands);
 }
 
 std::optional<Frame> apply(std::string_view word, std::string_view text, InstrumentState& state)
 {
-    const auto* const found = std::find_if(std::begin(kCommands), std::end(kCommands),
-                                           [word](const Command& command) { return word == command.word; });
-    if (found == std::end(kCommands))
-        return {};
-    return found->apply(text, state);
+    return applyFrom(kCommands, word, text, state);
 }
 
 } // namespace sim::constants

@@ -2,6 +2,7 @@
 #include "sim/protocol/SettingCommands.h"
 
 #include "sim/protocol/CommandArguments.h"
+#include "sim/protocol/CommandTable.h"
 #include "sim/protocol/StatusFrames.h"
 
 #include <algorithm>
@@ -118,13 +119,7 @@ Frames factorySettings(Text, InstrumentState& state)
     return status::settings(state);
 }
 
-struct Command
-{
-    const char* word;
-    Frames (*apply)(Text text, InstrumentState& state);
-};
-
-constexpr Command kCommands[] = {
+constexpr StateCommand<Frames> kCommands[] = {
     {"startfreq", startFrequency},
     {"endfreq", endFrequency},
     {"idlefreq", idleFrequency},
@@ -146,19 +141,12 @@ constexpr Command kCommands[] = {
 
 QStringList words()
 {
-    QStringList list;
-    for (const Command& command : kCommands)
-        list.append(QLatin1String(command.word));
-    return list;
+    return wordsOf(kCommands);
 }
 
 std::optional<std::vector<Frame>> apply(std::string_view word, std::string_view text, InstrumentState& state)
 {
-    const auto* const found = std::find_if(std::begin(kCommands), std::end(kCommands),
-                                           [word](const Command& command) { return word == command.word; });
-    if (found == std::end(kCommands))
-        return {};
-    return found->apply(text, state);
+    return applyFrom(kCommands, word, text, state);
 }
 
 void setFrequency(double SweepSettings::*frequency, std::string_view text, InstrumentState& state)

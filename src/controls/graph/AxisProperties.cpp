@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/graph/AxisProperties.h"
 
-#include <cmath>
-
 namespace graph {
 
 void AxisProperties::setMainTitle(const QString& text)
@@ -70,26 +68,22 @@ void AxisProperties::setManualScaleControlY(int control)
 
 void AxisProperties::setManualMinX(double value)
 {
-    if (std::isfinite(value))
-        assign(m_properties.ManualMinX, value);
+    assignFinite(m_properties.ManualMinX, value);
 }
 
 void AxisProperties::setManualMaxX(double value)
 {
-    if (std::isfinite(value))
-        assign(m_properties.ManualMaxX, value);
+    assignFinite(m_properties.ManualMaxX, value);
 }
 
 void AxisProperties::setManualMinY(double value)
 {
-    if (std::isfinite(value))
-        assign(axis().ManualMinY, value);
+    assignFinite(axis().ManualMinY, value);
 }
 
 void AxisProperties::setManualMaxY(double value)
 {
-    if (std::isfinite(value))
-        assign(axis().ManualMaxY, value);
+    assignFinite(axis().ManualMaxY, value);
 }
 
 void AxisProperties::setPlottingMode(bool on)
@@ -121,50 +115,42 @@ void AxisProperties::setZoomLimits(const ZoomLimits& limits)
 
 void AxisProperties::setZoomMinX(double value)
 {
-    if (std::isfinite(value))
-        assign(m_properties.zoom.ZoomMinX, value);
+    assignFinite(m_properties.zoom.ZoomMinX, value);
 }
 
 void AxisProperties::setZoomMaxX(double value)
 {
-    if (std::isfinite(value))
-        assign(m_properties.zoom.ZoomMaxX, value);
+    assignFinite(m_properties.zoom.ZoomMaxX, value);
 }
 
 void AxisProperties::setZoomMinY(double value)
 {
-    if (std::isfinite(value))
-        assign(m_properties.zoom.ZoomMinY, value);
+    assignFinite(m_properties.zoom.ZoomMinY, value);
 }
 
 void AxisProperties::setZoomMaxY(double value)
 {
-    if (std::isfinite(value))
-        assign(m_properties.zoom.ZoomMaxY, value);
+    assignFinite(m_properties.zoom.ZoomMaxY, value);
 }
 
 void AxisProperties::setZoomMinRY(double value)
 {
-    if (std::isfinite(value))
-        assign(m_properties.zoom.ZoomMinRY, value);
+    assignFinite(m_properties.zoom.ZoomMinRY, value);
 }
 
 void AxisProperties::setZoomMaxRY(double value)
 {
-    if (std::isfinite(value))
-        assign(m_properties.zoom.ZoomMaxRY, value);
+    assignFinite(m_properties.zoom.ZoomMaxRY, value);
 }
 
 void AxisProperties::setZoomMinTX(double value)
 {
-    if (std::isfinite(value))
-        assign(m_properties.zoom.ZoomMinTX, value);
+    assignFinite(m_properties.zoom.ZoomMinTX, value);
 }
 
 void AxisProperties::setZoomMaxTX(double value)
 {
-    if (std::isfinite(value))
-        assign(m_properties.zoom.ZoomMaxTX, value);
+    assignFinite(m_properties.zoom.ZoomMaxTX, value);
 }
 
 } // namespace graph

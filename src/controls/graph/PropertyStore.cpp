@@ -2,6 +2,7 @@
 #include "controls/graph/PropertyStore.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace graph {
 namespace {
@@ -29,6 +30,12 @@ void PropertyStore::assign(QString& member, const QString& text)
         return;
     member = length < text.size() ? text.first(length) : text;
     m_changed = true;
+}
+
+void PropertyStore::assignFinite(double& member, double value)
+{
+    if (std::isfinite(value))
+        assign(member, value);
 }
 
 // A moving plotting cursor changes one line and shows it with every measured point: that must not copy everything else.

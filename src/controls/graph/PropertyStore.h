@@ -34,6 +34,8 @@ protected:
         m_changed = true;
     }
     void assign(QString& member, const QString& text);
+    /// Leaves the member as it is when the value is none.
+    void assignFinite(double& member, double value);
     /// Shows what was set so far.
     void show();
 
