@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sim/port/DeviceEntry.h"
 
+#include "files/RuntimeFolder.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QStandardPaths>
 
 #include <cerrno>
 #include <cstring>
-#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -19,18 +19,6 @@ namespace {
 QString tr(const char* text)
 {
     return QCoreApplication::translate("sim::DeviceEntry", text);
-}
-
-bool isOwnFolder(const QByteArray& path)
-{
-    struct stat folder = {};
-    return ::stat(path.constData(), &folder) == 0 && S_ISDIR(folder.st_mode) && folder.st_uid == ::geteuid();
-}
-
-bool hasTemporaryFolder()
-{
-    const QString folder = QDir::tempPath();
-    return QDir::isAbsolutePath(folder) && QDir(folder).exists() && !QDir(folder).isRoot();
 }
 
 /// Empty when it is no symbolic link.
@@ -45,12 +33,7 @@ QByteArray targetOf(const QByteArray& path)
 
 ValueOr<QByteArray> DeviceEntry::runtimeFolder()
 {
-    const QByteArray given = qgetenv("XDG_RUNTIME_DIR");
-    // Asking QStandardPaths would make the folder wherever the program stands, or, without a folder for temporary
-    // files, in the root of the file system.
-    const bool relative = !given.isEmpty() && !given.startsWith('/');
-    const bool astray = relative || (!isOwnFolder(given) && !hasTemporaryFolder());
-    const QString folder = astray ? QString() : QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    const QString folder = files::runtimeFolder();
     if (folder.isEmpty())
         return Outcome::failure(tr("There is no runtime folder in which hosts could find the instrument. Set "
                                    "XDG_RUNTIME_DIR to a folder of your own with mode 0700."));

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "program/InstanceTitle.h"
 
+#include "files/RuntimeFolder.h"
+
 #include <QDir>
-#include <QStandardPaths>
 #include <QUrl>
 
 #include <utility>
@@ -21,7 +22,7 @@ LockedTitles::LockedTitles(QString folder)
     : m_folder(std::move(folder))
 {
     if (m_folder.isEmpty()) {
-        m_folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+        m_folder = files::runtimeFolder();
         if (!m_folder.isEmpty())
             m_folder += QLatin1String("/marrowick/titles");
     }

@@ -3,10 +3,10 @@
 
 #include "controls/korvalink/PortAccess.h"
 #include "controls/korvalink/SerialTransport.h"
+#include "files/RuntimeFolder.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QStandardPaths>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -46,7 +46,7 @@ RuntimeDeviceSource::RuntimeDeviceSource(QString folder)
 {
     if (!m_folder.isEmpty())
         return;
-    const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    const QString runtime = files::runtimeFolder();
     if (!runtime.isEmpty())
         m_folder = runtime + QStringLiteral("/marrowick/devices");
 }

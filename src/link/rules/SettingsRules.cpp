@@ -22,7 +22,8 @@ int bar(double value, int highest)
 
 QString twoDecimals(double value)
 {
-    return QLocale::c().toString(value, 'f', 2).remove(QLatin1Char(','));
+    const QString text = QLocale::c().toString(value, 'f', 2).remove(QLatin1Char(','));
+    return text == QLatin1String("-0.00") ? text.mid(1) : text;
 }
 
 void addPhase(LevelBars& bars, double barValue, double phase, bool showPhase)

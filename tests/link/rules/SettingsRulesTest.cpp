@@ -73,6 +73,13 @@ TEST(SettingsRules, AmplitudeBars)
     EXPECT_EQ(amplitudeBars(0, -65536, false).phase, 0);
 }
 
+TEST(SettingsRules, AMeasuredNothingHasNoSign)
+{
+    EXPECT_EQ(amplitudeBars(-0.004, -0.001, true).levelText, QStringLiteral("0.00 dB"));
+    EXPECT_EQ(amplitudeBars(-0.004, -0.001, true).phaseText, QStringLiteral("0.00 Deg"));
+    EXPECT_EQ(amplitudeBars(-0.006, 0, true).levelText, QStringLiteral("-0.01 dB"));
+}
+
 TEST(SettingsRules, ImpedanceBars)
 {
     const LevelBars bars = impedanceBars(1, -45, true);

@@ -124,7 +124,7 @@ TEST(DeviceEntry, WithoutARuntimeFolderThatIsTheUsersOwnItIsRefused)
     EXPECT_EQ(entry.claim("T46-9").sentence(),
               QString("There is no runtime folder in which hosts could find the instrument. Set XDG_RUNTIME_DIR to a "
                       "folder of your own with mode 0700."));
-    qputenv("XDG_RUNTIME_DIR", "run");
+    qputenv("XDG_RUNTIME_DIR", "relative-run");
     EXPECT_FALSE(entry.claim("T46-9").ok()) << "relative to wherever the program happens to stand";
     qputenv("XDG_RUNTIME_DIR", before);
     if (temporary.isNull())
@@ -132,6 +132,6 @@ TEST(DeviceEntry, WithoutARuntimeFolderThatIsTheUsersOwnItIsRefused)
     else
         qputenv("TMPDIR", temporary);
     EXPECT_EQ(QDir::root().entryList({"marrowick", "runtime-*"}, QDir::AllEntries), QStringList());
-    EXPECT_FALSE(QFile::exists("run")) << "made nowhere";
+    EXPECT_FALSE(QFile::exists("relative-run")) << "made nowhere";
     EXPECT_TRUE(entry.claim("T46-9").ok());
 }
