@@ -64,15 +64,17 @@ protected:
     /// A line for each command that has something to tell, by the command's name.
     QMap<QString, QStringList> telling() const
     {
-        return {{QStringLiteral("devices"), {QStringLiteral("devices"), QStringLiteral("devices --json")}},
-                {QStringLiteral("export"),
-                 {QStringLiteral("export --force plot.gzd"), QStringLiteral("export --force --json plot.gzd"),
-                  QStringLiteral("export --output - plot.gzd"), QStringLiteral("export - < plot.gzd")}},
-                {QStringLiteral("sweep"), {sweep(QString()), sweep(QStringLiteral("--json"))}},
-                {QStringLiteral("recover"), {QStringLiteral("recover"), QStringLiteral("recover --json")}},
-                {QStringLiteral("show"),
-                 {QStringLiteral("show plot.gzd"), QStringLiteral("show --json plot.gzd"),
-                  QStringLiteral("show --points 1 plot.gzd"), QStringLiteral("show - < plot.gzd")}}};
+        return {
+            {QStringLiteral("devices"), {QStringLiteral("devices"), QStringLiteral("devices --json")}},
+            {QStringLiteral("export"),
+             {QStringLiteral("export --force plot.gzd"), QStringLiteral("export --force --json plot.gzd"),
+              QStringLiteral("export --output - plot.gzd"), QStringLiteral("export - < plot.gzd")}},
+            {QStringLiteral("sweep"), {sweep(QString()), sweep(QStringLiteral("--json"))}},
+            {QStringLiteral("completion"), {QStringLiteral("completion"), QStringLiteral("completion --shell zsh")}},
+            {QStringLiteral("recover"), {QStringLiteral("recover"), QStringLiteral("recover --json")}},
+            {QStringLiteral("show"),
+             {QStringLiteral("show plot.gzd"), QStringLiteral("show --json plot.gzd"),
+              QStringLiteral("show --points 1 plot.gzd"), QStringLiteral("show - < plot.gzd")}}};
     }
 
     QByteArray content(const char* name) const

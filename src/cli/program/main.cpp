@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // marrowick: the engine of MarrowickGraph without a window.
 #include "cli/Command.h"
+#include "cli/Completion.h"
 #include "cli/Console.h"
 #include "cli/StandardStreams.h"
 #include "cli/instrument/DevicesCommand.h"
@@ -18,15 +19,14 @@
 namespace {
 
 /// Every command of the program, in the order of its help.
-cli::CommandTable commandTable()
+void fill(cli::CommandTable& table)
 {
-    cli::CommandTable table;
     table.push_back(std::make_unique<cli::DevicesCommand>());
     table.push_back(std::make_unique<cli::SweepCommand>());
     table.push_back(std::make_unique<cli::ShowCommand>());
     table.push_back(std::make_unique<cli::ExportCommand>());
     table.push_back(std::make_unique<cli::RecoverCommand>());
-    return table;
+    table.push_back(std::make_unique<cli::CompletionCommand>(table));
 }
 
 } // namespace
@@ -41,5 +41,7 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationVersion(version::text());
 
     cli::Console console = cli::Console::ofProgram(QStringLiteral("marrowick"));
-    return static_cast<int>(cli::runCommandLine(commandTable(), QCoreApplication::arguments(), console));
+    cli::CommandTable commands;
+    fill(commands);
+    return static_cast<int>(cli::runCommandLine(commands, QCoreApplication::arguments(), console));
 }
