@@ -127,6 +127,12 @@ struct ModeFitter::Normal
     Model::Vector right;
 };
 
+bool ModeFitter::spend(Window window, int modes) const
+{
+    m_workLeft -= static_cast<std::int64_t>(window.count()) * modes;
+    return m_workLeft >= 0;
+}
+
 void ModeFitter::weighByData(const Noise& noise)
 {
     m_weight.resize(m_sweep.size());
@@ -279,6 +285,8 @@ bool setLinear(const Model::Matrix& matrix, const Model::Vector& right, Model& m
 double ModeFitter::solveLinear(Window window, Model& model) const
 {
     Normal normal;
+    if (!spend(window, model.modes))
+        return std::numeric_limits<double>::infinity();
     accumulate(window, model, normal);
     if (!setLinear(normal.matrix, normal.right, model))
         return std::numeric_limits<double>::infinity();
@@ -313,6 +321,8 @@ FitResult ModeFitter::refine(Window window, const Model& start, double tolerance
     double damping = 1e-3;
     Model::Vector step;
     for (int i = 0; i < mostSteps; ++i) {
+        if (!spend(window, start.modes))
+            return fit;
         Model::Matrix damped = withG1(normal.matrix, fit.model);
         for (int k = 0; k < nonlinear; ++k)
             damped(k, k) *= 1 + damping;
@@ -356,6 +366,8 @@ bool ModeFitter::linearPole(Window window, double& f0, double& q0) const
     using Vector4 = Eigen::Matrix<std::complex<double>, 4, 1>;
     std::complex<double> c = 0;
     for (int round = 0; round < 5; ++round) {
+        if (!spend(window, 1))
+            return false;
         double gram[4][4][2] = {};
         double right[4][2] = {};
         for (std::size_t i = window.first; i < window.last; ++i) {

@@ -72,6 +72,9 @@ public:
         : m_sweep(sweep)
     {}
 
+    /// From here on fits may visit that many points, each mode of the model counting; then they fail.
+    void allowWork(std::int64_t visits) { m_workLeft = visits; }
+
     /// Variances by the measured modulus.
     void weighByData(const Noise& noise);
     /// Variances by the model's modulus, inside the window.
@@ -96,8 +99,11 @@ private:
     void accumulate(Window window, const Model& model, Normal& normal) const;
     double residual(Window window, const Model& model, Model::Vector& gradient) const;
 
+    bool spend(Window window, int modes) const;
+
     const Sweep& m_sweep;
     std::vector<double> m_weight; ///< 1/variance
+    mutable std::int64_t m_workLeft = 0;
 };
 
 } // namespace resonance

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 using resonance::Refusal;
@@ -17,11 +18,38 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 void ResonanceEngine::AnalysisClear()
 {
-    for (Set& set : m_sets) {
-        set.samples.clear();
-        set.withoutPhase = false;
-        set.solved = false;
+    for (Set& set : m_sets)
+        set.forget();
+}
+
+void ResonanceEngine::Set::forget()
+{
+    samples.clear();
+    indices.clear();
+    withoutPhase = false;
+    solved = false;
+}
+
+bool ResonanceEngine::Set::isAsSolved() const
+{
+    // By their bytes: what is not a number is equal to itself here.
+    static_assert(sizeof(resonance::Sample) == 3 * sizeof(double));
+    return samples.size() == solvedSamples.size() &&
+           std::memcmp(samples.data(), solvedSamples.data(), samples.size() * sizeof(resonance::Sample)) == 0;
+}
+
+std::int32_t ResonanceEngine::Set::indexNear(double frequency) const
+{
+    std::int32_t nearest = -1;
+    double least = std::numeric_limits<double>::infinity();
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        const double distance = std::abs(samples[i].frequency - frequency);
+        if (distance < least && std::isfinite(samples[i].conductance) && std::isfinite(samples[i].susceptance)) {
+            least = distance;
+            nearest = indices[i];
+        }
     }
+    return nearest;
 }
 
 ResonanceEngine::Set* ResonanceEngine::setFor(std::int32_t pen, std::int32_t index)
@@ -29,11 +57,10 @@ ResonanceEngine::Set* ResonanceEngine::setFor(std::int32_t pen, std::int32_t ind
     if (pen < 0 || pen >= kPens)
         return nullptr;
     Set& set = m_sets[static_cast<std::size_t>(pen)];
-    if (index == 0) {
-        set.samples.clear();
-        set.withoutPhase = false;
-    }
+    if (index == 0)
+        set.forget();
     set.solved = false;
+    set.indices.push_back(index);
     return &set;
 }
 
@@ -43,7 +70,7 @@ void ResonanceEngine::AnalysisAddPolar(double frequency, double modulus, double 
     Set* const set = setFor(pen, index);
     if (!set)
         return;
-    if (phase == kNoPhase)
+    if (std::abs(phase) == kNoPhase)
         set->withoutPhase = true;
     // A sample that is not finite is left out and counted by the solver.
     resonance::Sample sample{frequency, kNaN, kNaN};
@@ -84,8 +111,10 @@ const resonance::Solution& ResonanceEngine::solution(std::int32_t pen)
     if (set.withoutPhase) {
         set.solution = {};
         set.solution.refusal = Refusal::NoPhase;
-    } else {
+        set.solvedSamples.clear();
+    } else if (!set.isAsSolved()) {
         set.solution = m_solver.solve(set.samples);
+        set.solvedSamples = set.samples;
         ++m_solveCount;
     }
     set.solved = true;
@@ -95,10 +124,12 @@ const resonance::Solution& ResonanceEngine::solution(std::int32_t pen)
 bool ResonanceEngine::AnalysisSolve(std::int32_t pen, std::int32_t mode)
 {
     m_mode = {};
+    m_pointIndex = -1;
     const resonance::Solution& found = solution(pen);
     if (!found.found || mode > found.otherCount)
         return false;
     m_mode = mode <= 0 ? found.mode : found.others[static_cast<std::size_t>(mode - 1)];
+    m_pointIndex = m_sets[static_cast<std::size_t>(pen)].indexNear(m_mode.fs.value);
     return true;
 }
 
@@ -107,7 +138,7 @@ bool ResonanceEngine::AnalysisSolveClf(std::int32_t pen)
     m_clf = {};
     if (!hasPoints(pen) || m_sets[static_cast<std::size_t>(pen)].withoutPhase)
         return false;
-    m_clf = resonance::lowFrequencyCapacitance(m_sets[static_cast<std::size_t>(pen)].samples, solution(pen));
+    m_clf = m_solver.lowFrequencyCapacitance(m_sets[static_cast<std::size_t>(pen)].samples, solution(pen));
     return m_clf.found;
 }
 

@@ -9,12 +9,13 @@
 #include <cstdint>
 
 /// Sets of points, one for each pen, and the resonance of each. A set is solved once, when it is first asked for after
-/// a change of its points.
+/// a change of its points; a set that is fed the same points again keeps its solution, so that every reader may begin
+/// with AnalysisClear. Takes no memory once it has met sets of a size.
 class ResonanceEngine
 {
 public:
     static constexpr int kPens = 11; ///< ten of the graph and one that the user may name
-    /// The phase of a point measured without one, in degrees.
+    /// The phase of a point measured without one, in degrees, of either sign.
     static constexpr double kNoPhase = 65536;
 
     void AnalysisClear();
@@ -24,8 +25,8 @@ public:
     /// A point of a reactance document: Hz, Ohm, Ohm, S, S. Where both of B and G are 0 they are taken from R and X.
     void AnalysisAddRect(double frequency, double resistance, double reactance, double susceptance, double conductance,
                          std::int32_t pen, std::int32_t& index);
-    /// False when the pen has no resonance, or no set; mode -1 is the resonance, 0 and up the other modes by falling
-    /// conductance.
+    /// False when the pen has no resonance, or no set. Mode -1 (and 0) is the resonance, 1 and up are the other modes
+    /// by falling conductance.
     bool AnalysisSolve(std::int32_t pen, std::int32_t mode);
     bool AnalysisSolveClf(std::int32_t pen);
 
@@ -37,6 +38,9 @@ public:
     double ResultF1() const { return m_mode.f1.value; }           ///< Hz
     double ResultClf() const { return m_clf.capacitance; }        ///< F
     double ResultClfFrequency() const { return m_clf.frequency; } ///< Hz
+
+    /// The index under which the point nearest to ResultFr was added; -1 after a solve that failed.
+    std::int32_t ResultPointIndex() const { return m_pointIndex; }
 
     /// Four significant digits and a prefix, "4.076 n"; "N/A" for what is not finite.
     static QString FormatEngineering(double value);
@@ -51,9 +55,15 @@ private:
     struct Set
     {
         std::vector<resonance::Sample> samples;
+        std::vector<std::int32_t> indices; ///< of the samples
         bool withoutPhase = false;
-        bool solved = false;
+        bool solved = false; ///< the solution is that of the samples
+        std::vector<resonance::Sample> solvedSamples;
         resonance::Solution solution;
+
+        void forget();
+        bool isAsSolved() const;
+        std::int32_t indexNear(double frequency) const;
     };
 
     Set* setFor(std::int32_t pen, std::int32_t index);
@@ -63,5 +73,6 @@ private:
     resonance::Solution m_none;
     resonance::Mode m_mode;
     resonance::LowFrequencyCapacitance m_clf;
+    std::int32_t m_pointIndex = -1;
     int m_solveCount = 0;
 };

@@ -15,6 +15,8 @@ constexpr double kWindow = 3;  ///< |Q u| at the ends of the first window
 constexpr int kSidePoints = 6; ///< at least so many on either side of it
 constexpr double kOverlap = 6; ///< half-widths below which modes are fitted together
 constexpr double kLargestQ = 1e7;
+/// Points times modes that all fits of a sweep may visit together: some 30 times what a part of many modes takes.
+constexpr std::int64_t kMostWork = 600000;
 
 double qOf(const Model& model, int mode)
 {
@@ -26,12 +28,25 @@ double fsOf(const Model& model, int mode)
     return std::exp(model.lnFs[static_cast<std::size_t>(mode)]);
 }
 
+bool isKnown(const Figure& figure)
+{
+    return std::isfinite(figure.value) && std::isfinite(figure.uncertainty);
+}
+
+/// Every figure that a resonance always has.
+bool isWhole(const Mode& mode)
+{
+    return isKnown(mode.fs) && isKnown(mode.q) && isKnown(mode.g1) && isKnown(mode.f1) && isKnown(mode.f2) &&
+           isKnown(mode.zr) && isKnown(mode.r1) && isKnown(mode.l1) && isKnown(mode.c1);
+}
+
 } // namespace
 
 Solution ResonanceSolver::solve(const std::vector<Sample>& samples)
 {
     m_sweep.load(samples);
     m_sweep.leaveOutPlateau();
+    m_fitter.allowWork(kMostWork);
     Solution solution = solveSweep();
     if (!solution.found && solution.refusal != Refusal::NoPoints && solution.refusal != Refusal::TooFewPoints) {
         m_sweep.conjugate();
@@ -423,6 +438,10 @@ void ResonanceSolver::answer(Solution& solution) const
                 continue;
             }
             Mode mode = figuresOf(group.fit, k);
+            if (!isWhole(mode)) {
+                solution.refusal = Refusal::NotAPole;
+                continue;
+            }
             mode.pointsPerBandwidth = pointsPerBandwidth(group.fit.model, k);
             std::uint32_t raised = 0;
             if (atEdge(group.fit.model, k))
@@ -456,10 +475,11 @@ void ResonanceSolver::answer(Solution& solution) const
         solution.others[i - 1] = modes[i];
 }
 
-LowFrequencyCapacitance lowFrequencyCapacitance(const std::vector<Sample>& samples, const Solution& solution)
+LowFrequencyCapacitance ResonanceSolver::lowFrequencyCapacitance(const std::vector<Sample>& samples,
+                                                                 const Solution& solution)
 {
-    LowFrequencyCapacitance none;
-    Sweep sweep;
+    const LowFrequencyCapacitance none;
+    Sweep& sweep = m_lowSweep;
     sweep.load(samples);
     const std::size_t size = sweep.size();
     if (size == 0)

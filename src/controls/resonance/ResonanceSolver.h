@@ -6,11 +6,15 @@
 
 namespace resonance {
 
-/// Finds the resonance of a sweep. The same samples give the same answer, bit for bit. Keeps its memory between calls.
+/// Finds the resonance of a sweep. The same samples give the same answer, bit for bit; what is found is finite. Work is
+/// bounded, so that no 1024 samples, whatever they are, take longer than 20 ms. Keeps its memory between calls: none is
+/// taken after the first of a size.
 class ResonanceSolver
 {
 public:
     Solution solve(const std::vector<Sample>& samples);
+    /// The capacitance below the resonance, by the median of the first few points.
+    LowFrequencyCapacitance lowFrequencyCapacitance(const std::vector<Sample>& samples, const Solution& solution);
 
 private:
     /// A fit of one mode or several close ones, and the span of the sweep it may use.
@@ -38,6 +42,7 @@ private:
     void answer(Solution& solution) const;
 
     Sweep m_sweep;
+    Sweep m_lowSweep; ///< of the capacitance
     ModeFitter m_fitter{m_sweep};
     NoiseEstimator m_estimator;
     Noise m_noise;
@@ -47,8 +52,5 @@ private:
     std::vector<double> m_im;
     std::vector<double> m_level;
 };
-
-/// The capacitance below the resonance, by the median of the first few points.
-LowFrequencyCapacitance lowFrequencyCapacitance(const std::vector<Sample>& samples, const Solution& solution);
 
 } // namespace resonance

@@ -27,14 +27,31 @@ void Sweep::load(const std::vector<Sample>& samples)
     leftOut = static_cast<int>(samples.size() - m_sorted.size());
     if (leftOut > 0)
         flags |= LeftOutFlag;
-    const auto lower = [](const Sample& one, const Sample& two) { return one.frequency < two.frequency; };
-    const auto higher = [](const Sample& one, const Sample& two) { return one.frequency > two.frequency; };
-    if (std::is_sorted(m_sorted.begin(), m_sorted.end(), higher))
-        std::reverse(m_sorted.begin(), m_sorted.end());
-    else if (!std::is_sorted(m_sorted.begin(), m_sorted.end(), lower))
-        std::stable_sort(m_sorted.begin(), m_sorted.end(), lower);
+    sort();
     averageEqual();
     turn();
+}
+
+void Sweep::sort()
+{
+    const auto lower = [](const Sample& one, const Sample& two) { return one.frequency < two.frequency; };
+    const auto higher = [](const Sample& one, const Sample& two) { return one.frequency > two.frequency; };
+    if (std::is_sorted(m_sorted.begin(), m_sorted.end(), lower))
+        return;
+    if (std::is_sorted(m_sorted.begin(), m_sorted.end(), higher)) {
+        std::reverse(m_sorted.begin(), m_sorted.end());
+        return;
+    }
+    // The library's stable sort takes memory at every call.
+    m_placed.clear();
+    for (const Sample& sample : m_sorted)
+        m_placed.push_back({sample, m_placed.size()});
+    std::sort(m_placed.begin(), m_placed.end(), [](const Placed& one, const Placed& two) {
+        return one.sample.frequency != two.sample.frequency ? one.sample.frequency < two.sample.frequency
+                                                            : one.place < two.place;
+    });
+    for (std::size_t i = 0; i < m_sorted.size(); ++i)
+        m_sorted[i] = m_placed[i].sample;
 }
 
 void Sweep::averageEqual()

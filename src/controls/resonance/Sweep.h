@@ -28,11 +28,18 @@ public:
     int leftOut = 0;
 
 private:
+    void sort();
     void averageEqual();
     void turn();
 
+    struct Placed
+    {
+        Sample sample;
+        std::size_t place; ///< among the samples given: equal frequencies stay in their order
+    };
+
     std::vector<Sample> m_sorted;
-    std::vector<Sample> m_merge;
+    std::vector<Placed> m_placed;
     std::vector<double> m_scratch;
 };
 

@@ -152,6 +152,53 @@ TEST(ResonanceEngine, SolvesOnceForEachChangeOfData)
     EXPECT_EQ(engine.solveCount(), 2);
 }
 
+TEST(ResonanceEngine, TheSamePointsFedAgainAreNotSolvedAgain)
+{
+    ResonanceEngine engine;
+    for (int reader = 0; reader < 3; ++reader) {
+        engine.AnalysisClear();
+        feedPolar(engine, 0, Part{}, kSweep);
+        EXPECT_TRUE(engine.AnalysisSolve(0, -1));
+        EXPECT_NEAR(engine.ResultFr(), 40e3, 0.04);
+    }
+    EXPECT_EQ(engine.solveCount(), 1);
+    Part other;
+    other.arms[0].fs = 41e3;
+    feedPolar(engine, 0, other, kSweep);
+    EXPECT_TRUE(engine.AnalysisSolve(0, -1));
+    EXPECT_NEAR(engine.ResultFr(), 41e3, 0.04);
+    EXPECT_EQ(engine.solveCount(), 2);
+}
+
+TEST(ResonanceEngine, TellsTheIndexOfThePointNearestToTheResonance)
+{
+    ResonanceEngine engine;
+    // Every second index, as where points are absent.
+    for (std::size_t i = 0; i < kSweep.size(); ++i) {
+        const std::complex<double> z = 1.0 / Part{}(kSweep[i]);
+        auto index = static_cast<std::int32_t>(2 * i);
+        engine.AnalysisAddPolar(kSweep[i], std::abs(z), std::arg(z) * 180 / std::numbers::pi, 0, index);
+    }
+    ASSERT_TRUE(engine.AnalysisSolve(0, -1));
+    const auto at = static_cast<std::size_t>(engine.ResultPointIndex() / 2);
+    ASSERT_LT(at, kSweep.size() - 1);
+    EXPECT_LE(std::abs(kSweep[at] - 40e3), std::abs(kSweep[at + 1] - 40e3));
+    EXPECT_LE(std::abs(kSweep[at] - 40e3), std::abs(kSweep[at - 1] - 40e3));
+    EXPECT_FALSE(engine.AnalysisSolve(1, -1));
+    EXPECT_EQ(engine.ResultPointIndex(), -1);
+}
+
+TEST(ResonanceEngine, AFailedSolveLeavesNoFigureOfTheOneBefore)
+{
+    ResonanceEngine engine;
+    feedPolar(engine, 0, Part{}, kSweep);
+    ASSERT_TRUE(engine.AnalysisSolve(0, -1));
+    EXPECT_FALSE(engine.AnalysisSolve(1, -1));
+    for (const double result :
+         {engine.ResultFr(), engine.ResultZr(), engine.ResultQ(), engine.ResultF1(), engine.ResultF2()})
+        EXPECT_TRUE(std::isnan(result));
+}
+
 TEST(ResonanceEngine, OtherModesAreAskedForByNumber)
 {
     ResonanceEngine engine;

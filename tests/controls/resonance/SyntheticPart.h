@@ -21,7 +21,7 @@ struct Arm
 
 struct Part
 {
-    std::vector<Arm> arms{Arm{}};
+    std::vector<Arm> arms = std::vector<Arm>(1);
     double c0 = 0.001 / (2 * std::numbers::pi * 40e3); ///< F, M = 10 for the arm above
     double loss = 0;
 
