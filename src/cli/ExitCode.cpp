@@ -8,7 +8,7 @@
 namespace cli {
 namespace {
 
-constexpr std::array<ExitCodeText, 8> kTexts = {{
+constexpr std::array<ExitCodeText, 9> kTexts = {{
     {ExitCode::Done, QT_TRANSLATE_NOOP("cli", "done"), "Done."},
     {ExitCode::Usage, QT_TRANSLATE_NOOP("cli", "usage"), "The command line cannot be carried out as it stands."},
     {ExitCode::NoInstrument, QT_TRANSLATE_NOOP("cli", "no instrument"),
@@ -23,6 +23,7 @@ constexpr std::array<ExitCodeText, 8> kTexts = {{
     {ExitCode::Different, QT_TRANSLATE_NOOP("cli", "another sweep than asked"),
      "The sweep is complete, but the instrument swept another range, in another direction or with another number of "
      "points than asked."},
+    {ExitCode::NotSolved, QT_TRANSLATE_NOOP("cli", "no resonance"), "A pen that was analysed has no resonance."},
 }};
 
 } // namespace

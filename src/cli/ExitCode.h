@@ -17,7 +17,8 @@ enum class ExitCode
     Refused = 4,      ///< the instrument or a rule of the program refused the test
     FileError = 5,    ///< a result could not be written, or a file not read
     Stopped = 6,      ///< ended before the last point: Ctrl-C, --timeout, or by the instrument
-    Different = 7     ///< complete, but not the sweep that was asked for
+    Different = 7,    ///< complete, but not the sweep that was asked for
+    NotSolved = 8     ///< a pen has no resonance
 };
 
 struct ExitCodeText

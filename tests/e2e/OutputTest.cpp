@@ -29,9 +29,11 @@ class OutputTest : public EndToEndTest
 protected:
     void SetUp() override
     {
-        const Ended made = runProgram(kProgram, {QStringLiteral("sweep"), QStringLiteral("--device"),
-                                                 m_simulator.serial(), QStringLiteral("--points"), QStringLiteral("20"),
-                                                 QStringLiteral("--output"), plot()});
+        const Ended made =
+            runProgram(kProgram, {QStringLiteral("sweep"), QStringLiteral("--device"), m_simulator.serial(),
+                                  QStringLiteral("--points"), QStringLiteral("200"), QStringLiteral("--from"),
+                                  QStringLiteral("39k"), QStringLiteral("--to"), QStringLiteral("41k"),
+                                  QStringLiteral("--output"), plot()});
         ASSERT_EQ(made.exitCode, 0) << made.errors.toStdString();
     }
 
@@ -64,17 +66,20 @@ protected:
     /// A line for each command that has something to tell, by the command's name.
     QMap<QString, QStringList> telling() const
     {
-        return {
-            {QStringLiteral("devices"), {QStringLiteral("devices"), QStringLiteral("devices --json")}},
-            {QStringLiteral("export"),
-             {QStringLiteral("export --force plot.gzd"), QStringLiteral("export --force --json plot.gzd"),
-              QStringLiteral("export --output - plot.gzd"), QStringLiteral("export - < plot.gzd")}},
-            {QStringLiteral("sweep"), {sweep(QString()), sweep(QStringLiteral("--json"))}},
-            {QStringLiteral("completion"), {QStringLiteral("completion"), QStringLiteral("completion --shell zsh")}},
-            {QStringLiteral("recover"), {QStringLiteral("recover"), QStringLiteral("recover --json")}},
-            {QStringLiteral("show"),
-             {QStringLiteral("show plot.gzd"), QStringLiteral("show --json plot.gzd"),
-              QStringLiteral("show --points 1 plot.gzd"), QStringLiteral("show - < plot.gzd")}}};
+        QMap<QString, QStringList> lines;
+        const auto add = [&lines](const char* command, const QStringList& words) {
+            lines.insert(QLatin1String(command), words);
+        };
+        add("analyse", {"analyse plot.gzd", "analyse --csv plot.gzd", "analyse --json plot.gzd"});
+        add("completion", {"completion", "completion --shell zsh"});
+        add("devices", {"devices", "devices --json"});
+        add("export", {"export --force plot.gzd", "export --force --json plot.gzd", "export --output - plot.gzd",
+                       "export - < plot.gzd"});
+        add("recover", {"recover", "recover --json"});
+        add("show", {"show plot.gzd", "show --json plot.gzd", "show --points 1 plot.gzd", "show - < plot.gzd"});
+        add("sweep", {sweep(QString()), sweep(QStringLiteral("--json")),
+                      sweep(QStringLiteral("--points 200 --from 39k --to 41k --analyse"))});
+        return lines;
     }
 
     QByteArray content(const char* name) const

@@ -4,6 +4,7 @@
 #include "cli/StandardStreams.h"
 #include "cli/instrument/SweepRun.h"
 #include "cli/plots/DrawProgram.h"
+#include "document/PenDocument.h"
 #include "program/Interrupts.h"
 
 #include <QCoreApplication>
@@ -64,6 +65,7 @@ SweepCommand::SweepCommand()
                     u"1280x800"_s)
     , m_linkLog(u"link-log"_s, tr("Logs everything that passes the link."), u"file"_s)
     , m_timeout(u"timeout"_s, tr("Stops after that many seconds (0: no limit)."), u"seconds"_s, u"0"_s)
+    , m_analyse(u"analyse"_s, tr("Tells the resonance of each sweep too; not of an amplitude sweep."))
 {}
 
 QString SweepCommand::name() const
@@ -84,7 +86,7 @@ QString SweepCommand::description() const
 QList<QCommandLineOption> SweepCommand::options() const
 {
     return {m_device, m_type,   m_from,   m_to,  m_points,  m_period,      m_attenuation, m_direction, m_noPhase,
-            m_linear, m_repeat, m_output, m_csv, m_picture, m_pictureSize, m_linkLog,     m_timeout};
+            m_linear, m_repeat, m_output, m_csv, m_picture, m_pictureSize, m_linkLog,     m_timeout,   m_analyse};
 }
 
 SweepOptions SweepCommand::read(Arguments& arguments) const
@@ -113,6 +115,11 @@ SweepOptions SweepCommand::read(Arguments& arguments) const
     result.timeout = arguments.number(m_timeout, tr("a number of seconds from 0"));
     result.quiet = arguments.common().quiet;
     result.json = arguments.common().json;
+    result.analyse = arguments.isSet(m_analyse);
+    if (result.analyse && result.type == PenDocument::Amplitude)
+        arguments.refuse(tr("--analyse needs an impedance or reactance sweep."));
+    if (result.analyse && result.streams())
+        arguments.refuse(tr("--analyse prints to standard output; no file can go there beside it."));
     if (!(result.from < result.to))
         arguments.refuse(tr("--from must be below --to; --direction down sweeps downward."));
     refuseClashes(result, arguments);

@@ -36,9 +36,10 @@ struct SweepOptions
     OutputFile picture;
     QSize pictureSize = {1280, 800};
     QString linkLog;
-    double timeout = 0; ///< seconds for everything; 0: no limit
-    bool quiet = false; ///< no progress
-    bool json = false;  ///< results as one JSON object
+    double timeout = 0;   ///< seconds for everything; 0: no limit
+    bool quiet = false;   ///< no progress
+    bool json = false;    ///< results as one JSON object
+    bool analyse = false; ///< the resonance of each sweep too
 
     /// Standard output carries one of the files, so the results are not told there.
     bool streams() const;
@@ -62,7 +63,7 @@ private:
     void refuseClashes(const SweepOptions& options, Arguments& arguments) const;
 
     QCommandLineOption m_device, m_type, m_from, m_to, m_points, m_period, m_attenuation, m_direction, m_noPhase,
-        m_linear, m_repeat, m_output, m_csv, m_picture, m_pictureSize, m_linkLog, m_timeout;
+        m_linear, m_repeat, m_output, m_csv, m_picture, m_pictureSize, m_linkLog, m_timeout, m_analyse;
 };
 
 /// Fails when it is known before the sweep that a file which the options name, or standard output, cannot be written,

@@ -2,7 +2,9 @@
 #include "cli/instrument/SweepRun.h"
 
 #include "cli/plots/DrawProgram.h"
+#include "cli/plots/PenAnalysis.h"
 #include "controls/graph/GraphFile.h"
+#include "controls/resonance/ResonanceEngine.h"
 #include "instrument/Commands.h"
 #include "link/DocumentFollower.h"
 #include "values/Conversions.h"
@@ -84,9 +86,12 @@ ExitCode SweepRun::run()
         return code;
 
     const ExitCode written = hasPoints() ? writeFiles(document) : ExitCode::Done;
-    if (!m_options.streams())
-        printResults();
-    return code == ExitCode::Done ? written : code;
+    const ExitCode printed = m_options.streams() ? ExitCode::Done : printResults(document);
+    for (const ExitCode each : {code, written}) {
+        if (each != ExitCode::Done)
+            return each;
+    }
+    return printed;
 }
 
 void SweepRun::stop()
@@ -325,17 +330,34 @@ ExitCode SweepRun::writeFiles(PenDocument& document)
     return code;
 }
 
-void SweepRun::printResults()
+ExitCode SweepRun::printResults(const PenDocument& document)
 {
-    if (!m_options.json) {
-        for (const SweepResult& result : m_results)
-            m_console.result(resultLine(result));
-        return;
-    }
+    ExitCode code = ExitCode::Done;
+    ResonanceEngine engine;
+    const AnalysisDetail detail{true, true};
     QJsonArray sweeps;
-    for (const SweepResult& result : m_results)
-        sweeps.append(resultObject(result));
-    m_console.result(QJsonObject{{u"sweeps"_s, sweeps}});
+    int pen = 0;
+    for (const SweepResult& result : m_results) {
+        ++pen;
+        QJsonObject object;
+        if (m_options.json)
+            object = resultObject(result);
+        else
+            m_console.result(resultLine(result));
+        if (m_options.analyse) {
+            const PenAnalysis analysis = analyse(engine, document, {}, pen, 0).front();
+            if (!analysis.solved())
+                code = ExitCode::NotSolved;
+            if (m_options.json)
+                object.insert(u"analysis"_s, analysisObject(analysis, detail));
+            else
+                m_console.result(analysisText(analysis, detail));
+        }
+        sweeps.append(object);
+    }
+    if (m_options.json)
+        m_console.result(QJsonObject{{u"sweeps"_s, sweeps}});
+    return code;
 }
 
 } // namespace cli

@@ -63,7 +63,8 @@ private:
     ExitCode compare(const SweepResult& result);
     ExitCode writeFiles(PenDocument& document);
     Outcome writePlot(const GraphModel& graph) const;
-    void printResults();
+    /// NotSolved when an analysis that was asked for found no resonance.
+    ExitCode printResults(const PenDocument& document);
     /// Runs events until the condition holds, the sweep has ended early or the time is over. The answer is the
     /// condition.
     bool waitFor(const std::function<bool()>& condition, int milliseconds);

@@ -6,6 +6,7 @@
 #include "cli/StandardStreams.h"
 #include "cli/instrument/DevicesCommand.h"
 #include "cli/instrument/SweepCommand.h"
+#include "cli/plots/AnalyseCommand.h"
 #include "cli/plots/ExportCommand.h"
 #include "cli/plots/RecoverCommand.h"
 #include "cli/plots/ShowCommand.h"
@@ -24,6 +25,7 @@ void fill(cli::CommandTable& table)
     table.push_back(std::make_unique<cli::DevicesCommand>());
     table.push_back(std::make_unique<cli::SweepCommand>());
     table.push_back(std::make_unique<cli::ShowCommand>());
+    table.push_back(std::make_unique<cli::AnalyseCommand>());
     table.push_back(std::make_unique<cli::ExportCommand>());
     table.push_back(std::make_unique<cli::RecoverCommand>());
     table.push_back(std::make_unique<cli::CompletionCommand>(table));

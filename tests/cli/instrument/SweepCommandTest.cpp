@@ -42,6 +42,15 @@ TEST(SweepCommand, ASweepWithoutOptionsHasTheDocumentedDefaults)
     EXPECT_EQ(options.timeout, 0);
     EXPECT_FALSE(options.quiet);
     EXPECT_FALSE(options.json);
+    EXPECT_FALSE(options.analyse);
+}
+
+TEST(SweepCommand, AnAnalysisIsOfImpedanceOrReactanceAndNeedsStandardOutputForItself)
+{
+    EXPECT_TRUE(sweepOf("--analyse").analyse);
+    EXPECT_TRUE(sweepOf("--analyse --type reactance --output a.gxd --json").analyse);
+    EXPECT_EQ(problemOf("--analyse --type amplitude"), "--analyse needs an impedance or reactance sweep.");
+    EXPECT_EQ(problemOf("--analyse --csv -"), "--analyse prints to standard output; no file can go there beside it.");
 }
 
 TEST(SweepCommand, EveryOptionOfASweepIsRead)
