@@ -49,7 +49,7 @@ QString helpOf(const Command& command, const QCommandLineParser& parser)
     QString help = parser.helpText();
     // The library names the program by the path that it was started with.
     help.replace(QCoreApplication::arguments().constFirst(), u"marrowick "_s + command.name());
-    return help + u'\n' + exitCodeHelp();
+    return help + u'\n' + command.exitCodes();
 }
 
 ExitCode runCommand(Command& command, const QStringList& words, Console& console)
@@ -72,26 +72,26 @@ ExitCode runCommand(Command& command, const QStringList& words, Console& console
     const QString seeHelp = tr("; marrowick %1 --help lists them").arg(command.name());
     if (!parser.unknownOptionNames().isEmpty()) {
         const QString unknown = parser.unknownOptionNames().constFirst();
-        return console.failed(ExitCode::Usage, tr("There is no option --%1").arg(unknown) +
-                                                   suggestion(unknown, longNames(options), u"--"_s, seeHelp + u'.'));
+        return console.failed(command.refusal(), tr("There is no option --%1").arg(unknown) +
+                                                     suggestion(unknown, longNames(options), u"--"_s, seeHelp + u'.'));
     }
     if (!understood)
-        return console.failed(ExitCode::Usage, parser.errorText());
+        return console.failed(command.refusal(), parser.errorText());
     const QStringList files = parser.positionalArguments();
     const qsizetype most = takesMany ? files.size() : command.files() == Command::Files::One ? 1 : 0;
     if (files.size() > most)
-        return console.failed(ExitCode::Usage, tr("\"%1\" has no place here").arg(files.at(most)) +
-                                                   suggestion(files.at(most), longNames(options), u"--"_s,
-                                                              tr("; options begin with \"--\".")));
+        return console.failed(command.refusal(), tr("\"%1\" has no place here").arg(files.at(most)) +
+                                                     suggestion(files.at(most), longNames(options), u"--"_s,
+                                                                tr("; options begin with \"--\".")));
     if (files.isEmpty() && command.files() != Command::Files::None)
-        return console.failed(ExitCode::Usage, tr("A plot file is missing."));
+        return console.failed(command.refusal(), tr("A plot file is missing."));
     if (files.count(u"-"_s) > 1)
-        return console.failed(ExitCode::Usage, tr("Standard input can be read once only."));
+        return console.failed(command.refusal(), tr("Standard input can be read once only."));
 
     Arguments arguments(parser);
     arguments.readCommon(takesMany);
     if (!arguments.outcome())
-        return console.failed(ExitCode::Usage, arguments.outcome().sentence());
+        return console.failed(command.refusal(), arguments.outcome().sentence());
     return command.run(arguments, console);
 }
 

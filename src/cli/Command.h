@@ -39,6 +39,10 @@ public:
     virtual QList<QCommandLineOption> options() const { return {}; }
     /// The files it reads, each "-" for standard input. At least one is asked for where any are taken.
     virtual Files files() const { return Files::None; }
+    /// What the program ends with when the command line cannot be carried out.
+    virtual ExitCode refusal() const { return ExitCode::Usage; }
+    /// The last lines of the command's help. A command whose answer is its exit code has codes of its own.
+    virtual QString exitCodes() const { return exitCodeHelp(); }
     /// Reads its options and does its work; problems have been told on the console when it returns.
     virtual ExitCode run(Arguments& arguments, Console& console) = 0;
 };

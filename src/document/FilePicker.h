@@ -3,8 +3,8 @@
 
 #include <QString>
 
-/// Asks the user for the name of a file to write. Windows answer with a file dialog, tests and the command line with a
-/// name.
+/// Asks the user for the name of a file to write or to read. Windows answer with a file dialog, tests and the command
+/// line with a name.
 class FilePicker
 {
 public:
@@ -15,4 +15,9 @@ public:
     /// the document does. May run a nested event loop.
     virtual QString saveFileName(const QString& title, const QString& filters, const QString& folder,
                                  const QString& proposedName) = 0;
+    /// An existing file to read, in the same manner.
+    virtual QString openFileName(const QString& /*title*/, const QString& /*filters*/, const QString& /*folder*/)
+    {
+        return {};
+    }
 };

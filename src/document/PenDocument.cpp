@@ -337,6 +337,20 @@ void PenDocument::graphEraseLine(int Index)
     Q_EMIT dataChanged(Index);
 }
 
+void PenDocument::tellReplacing(int Index)
+{
+    if (m_pens.hasData(Index))
+        Q_EMIT aboutToErase(Index);
+}
+
+void PenDocument::tellReplaced(int Index)
+{
+    m_graph.PEactions(graph::Reinitialise);
+    SetModified();
+    forgetCursor(Index);
+    Q_EMIT dataChanged(Index);
+}
+
 void PenDocument::setPenName(int Index, const QString& name)
 {
     m_pens.setName(Index, name);

@@ -184,6 +184,10 @@ public:
     void graphResetData();
     /// Mask lines are on: pens 8 and 9 carry them.
     bool hasMasks() const;
+    /// Whoever writes the points of a pen into peGraph tells it before, while they are still there, and behind: the
+    /// document is modified then and shows them.
+    void tellReplacing(int Index);
+    void tellReplaced(int Index);
     /// A key typed into the document's window while no test runs: digits choose the pen, L locks it, V hides it.
     void KeyPressed(QChar key);
 

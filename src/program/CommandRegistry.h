@@ -18,6 +18,7 @@ struct Command
         Edit,
         View,
         Test,
+        Masks,
         Window,
         Help
     };

@@ -41,6 +41,14 @@ public:
     /// the caller checks that what it holds still lives.
     virtual int message(const QString& strMessage, int style, const QString& strTitle) = 0;
 
+    /// The same with details below the text.
+    virtual int messageWithDetails(const QString& strMessage, const QString& strDetails, int style,
+                                   const QString& strTitle)
+    {
+        return message(strDetails.isEmpty() ? strMessage : strMessage + QLatin1String("\n\n") + strDetails, style,
+                       strTitle);
+    }
+
     /// The plain system message box, used for the instrument's own notices and prompts.
     virtual int systemBox(const QString& strMessage, int style, const QString& strTitle) = 0;
 

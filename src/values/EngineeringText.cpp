@@ -119,6 +119,20 @@ QString ParseEngineeringValue(QString& strValue)
     return decimalText(value);
 }
 
+std::optional<double> enteredNumber(const QString& text)
+{
+    QString number = text;
+    number.replace(u',', u'.');
+    if (number.contains(u'e', Qt::CaseInsensitive)) {
+        const auto value = strictNumber(number);
+        return value ? std::optional(std::min(*value, kLargestParsedValue)) : value;
+    }
+    static const QRegularExpression digit(u"[0-9]"_s);
+    if (!number.contains(digit))
+        return std::nullopt;
+    return tolerantNumber(ParseEngineeringValue(number));
+}
+
 std::optional<double> frequencyOf(const QString& text)
 {
     static const QRegularExpression suffixed(u"^(?=.*[0-9])[0-9]*(?:\\.[0-9]*)?[kKMgGtT]$|^[0-9]+[kKMgGtT][0-9]+$"_s);

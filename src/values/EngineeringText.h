@@ -19,6 +19,10 @@ inline constexpr double kLargestParsedValue = 2147483646.0;
 /// suffixes multiply. Never fails: no digit gives "0".
 QString ParseEngineeringValue(QString& strValue);
 
+/// The number that was typed into a box: as above, with a comma as decimal point, or with an exponent ("1.5E3").
+/// Nothing for a text without a digit and for an "E" that makes no exponent.
+std::optional<double> enteredNumber(const QString& text);
+
 /// The strict reading for command lines: a number as "40000", "4.2e4", "42k", "4k7" or "2.2M", with or without "Hz"
 /// behind it; nothing for anything else.
 std::optional<double> frequencyOf(const QString& text);

@@ -43,6 +43,11 @@ public:
         return answer;
     }
 
+    QString openFileName(const QString& askedTitle, const QString& askedFilters, const QString& askedFolder) override
+    {
+        return saveFileName(askedTitle, askedFilters, askedFolder, {});
+    }
+
     QString answer; ///< empty: cancelled
     int asked = 0;
     QString title, filters, folder, name;

@@ -35,6 +35,7 @@ protected:
                                   QStringLiteral("39k"), QStringLiteral("--to"), QStringLiteral("41k"),
                                   QStringLiteral("--output"), plot()});
         ASSERT_EQ(made.exitCode, 0) << made.errors.toStdString();
+        write("mask.mgm", "frequency_Hz upper_Ohm lower_Ohm\n1 1e30 0\n1e9 1e30 0\n");
     }
 
     QString plot() const { return path(QStringLiteral("plot.gzd")); }
@@ -75,6 +76,8 @@ protected:
         add("devices", {"devices", "devices --json"});
         add("export", {"export --force plot.gzd", "export --force --json plot.gzd", "export --output - plot.gzd",
                        "export - < plot.gzd"});
+        add("mask", {"mask --set mask.mgm plot.gzd", "mask --set mask.mgm --json plot.gzd",
+                     "mask --set mask.mgm --pen 1 plot.gzd", "mask --set mask.mgm --pen 1 --json plot.gzd"});
         add("recover", {"recover", "recover --json"});
         add("show", {"show plot.gzd", "show --json plot.gzd", "show --points 1 plot.gzd", "show - < plot.gzd"});
         add("sweep", {sweep(QString()), sweep(QStringLiteral("--json")),

@@ -16,11 +16,17 @@ public:
         QString text;
         int style = 0;
         bool system = false;
+        QString details = {};
     };
 
     int message(const QString& strMessage, int style, const QString& strTitle) override
     {
         return show({strTitle, strMessage, style, false});
+    }
+    int messageWithDetails(const QString& strMessage, const QString& strDetails, int style,
+                           const QString& strTitle) override
+    {
+        return show({strTitle, strMessage, style, false, strDetails});
     }
     int systemBox(const QString& strMessage, int style, const QString& strTitle) override
     {
@@ -29,7 +35,10 @@ public:
 
     std::vector<Shown> shown;
     std::vector<int> replies;           ///< taken from the front
+    int dismissed = 0;                  ///< calls of dismiss()
     std::function<void()> whileShowing; ///< what happens in the nested event loop of a message
+
+    void dismiss() override { ++dismissed; }
 
 private:
     int show(Shown message)

@@ -44,6 +44,8 @@ WindowParts::WindowParts(frmMain& window, const ShellContext& context)
     , help(commandContext)
     , preferences(commandContext, window)
     , recovery(commandContext, journal)
+    , maskFrame(deviceModule)
+    , masks({registry, active, context.preferences, context.messages, fileDialogs})
     , commands(window, registry, *window.menuBar(), toolBar, penBar)
     , quickFiles(window, commands, context.preferences,
                  [this](const QString& fileName) { documents.LoadExistingDocument(fileName); })

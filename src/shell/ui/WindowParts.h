@@ -10,6 +10,8 @@
 #include "link/InstrumentPlotSource.h"
 #include "link/TestRun.h"
 #include "link/ui/DeviceWindows.h"
+#include "mask/MaskCommands.h"
+#include "mask/link/MaskFrame.h"
 #include "program/CommandRegistry.h"
 #include "recovery/RecoveryJournal.h"
 #include "shell/commands/ui/CommandContext.h"
@@ -66,6 +68,8 @@ struct WindowParts
     HelpCommands help;
     PreferencesCommands preferences;
     RecoveryCommands recovery;
+    MaskFrame maskFrame;
+    MaskCommands masks;
 
     CommandSet commands;
     QuickFileMenu quickFiles;

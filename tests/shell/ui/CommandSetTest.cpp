@@ -92,6 +92,8 @@ TEST_F(CommandSetTest, menusKeepTheirOrder)
     EXPECT_EQ(namesOf(main->commands().menu(Command::Menu::Test)).join(u' '),
               QStringLiteral("- mnuTestStart mnuTestStopTest mnuTestRepeat - mnuReRunLastTestScript - mnuTestSettings "
                              "mnuTestDevice mnuTestDeviceProperties mnuTestSchedule"));
+    EXPECT_EQ(namesOf(main->commands().menu(Command::Menu::Masks)).join(u' '),
+              QStringLiteral("- mnuCheckMask - mnuMaskRead mnuMaskSave"));
     EXPECT_EQ(namesOf(main->commands().menu(Command::Menu::Help)).join(u' '),
               QStringLiteral("- mnuManual mnuInterimManual mnuOnLineHelp - mnuHelpAbout"));
     EXPECT_EQ(buttonsOf("tbToolBar").join(u' '),
@@ -127,7 +129,7 @@ TEST_F(CommandSetTest, aCommandThatComesLaterTakesItsPlaceInMenuAndToolBar)
 TEST_F(CommandSetTest, mnemonicsAreUniqueWithinEachMenu)
 {
     const auto menus = main->menuBar()->actions();
-    ASSERT_EQ(menus.size(), 6);
+    ASSERT_EQ(menus.size(), 7);
     for (const QAction* top : menus) {
         QHash<QChar, QString> owners;
         for (const QAction* entry : top->menu()->actions()) {

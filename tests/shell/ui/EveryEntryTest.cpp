@@ -144,7 +144,7 @@ TEST_P(EveryEntryTest, ofAMenuMayBePressed)
 }
 
 INSTANTIATE_TEST_SUITE_P(Menus, EveryEntryTest,
-                         ::testing::Values("&File", "&Edit", "&View", "&Test", "&Window", "&Help"));
+                         ::testing::Values("&File", "&Edit", "&View", "&Test", "&Masks", "&Window", "&Help"));
 
 class EveryButtonTest : public EveryEntryTest
 {};

@@ -80,8 +80,10 @@ CommandSet::CommandSet(QWidget& window, CommandRegistry& registry, QMenuBar& men
     , m_registry(registry)
 {
     const std::pair<Command::Menu, QString> titles[] = {
-        {Command::Menu::File, tr("&File")}, {Command::Menu::Edit, tr("&Edit")},     {Command::Menu::View, tr("&View")},
-        {Command::Menu::Test, tr("&Test")}, {Command::Menu::Window, tr("&Window")}, {Command::Menu::Help, tr("&Help")},
+        {Command::Menu::File, tr("&File")},   {Command::Menu::Edit, tr("&Edit")},
+        {Command::Menu::View, tr("&View")},   {Command::Menu::Test, tr("&Test")},
+        {Command::Menu::Masks, tr("&Masks")}, {Command::Menu::Window, tr("&Window")},
+        {Command::Menu::Help, tr("&Help")},
     };
     for (const auto& [which, title] : titles)
         m_menus[which].menu = menuBar.addMenu(title);

@@ -41,9 +41,19 @@ QString FileDialogs::saveFileName(const QString& title, const QString& filters, 
 
 QStringList FileDialogs::openFileNames(const QString& title, const QString& filters, const QString& folder)
 {
+    return openFiles(title, filters, folder, QFileDialog::ExistingFiles);
+}
+
+QString FileDialogs::openFileName(const QString& title, const QString& filters, const QString& folder)
+{
+    return openFiles(title, filters, folder, QFileDialog::ExistingFile).value(0);
+}
+
+QStringList FileDialogs::openFiles(const QString& title, const QString& filters, const QString& folder, int mode)
+{
     const QPointer<QFileDialog> dialog = new QFileDialog(&m_owner, title, folder);
     dialog->setAcceptMode(QFileDialog::AcceptOpen);
-    dialog->setFileMode(QFileDialog::ExistingFiles);
+    dialog->setFileMode(static_cast<QFileDialog::FileMode>(mode));
     dialog->setNameFilters(nameFilters(filters));
     const bool accepted = dialog->exec() == QDialog::Accepted;
     if (!dialog)

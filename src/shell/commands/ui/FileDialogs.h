@@ -17,6 +17,7 @@ public:
 
     QString saveFileName(const QString& title, const QString& filters, const QString& folder,
                          const QString& proposedName) override;
+    QString openFileName(const QString& title, const QString& filters, const QString& folder) override;
     /// Existing files; empty when the user cancelled.
     QStringList openFileNames(const QString& title, const QString& filters, const QString& folder);
 
@@ -25,5 +26,8 @@ public:
     static QStringList nameFilters(const QString& filters);
 
 private:
+    /// mode: QFileDialog::FileMode.
+    QStringList openFiles(const QString& title, const QString& filters, const QString& folder, int mode);
+
     QWidget& m_owner;
 };
