@@ -31,11 +31,12 @@ struct NamedFormat
     PictureFormat format;
 };
 
-constexpr std::array<NamedFormat, 6> kFormats = {{
+constexpr std::array<NamedFormat, 7> kFormats = {{
     {"png", PictureFormat::Png},
     {"jpg", PictureFormat::Jpeg},
     {"jpeg", PictureFormat::Jpeg},
     {"bmp", PictureFormat::Bmp},
+    {"wmf", PictureFormat::Wmf},
     {"svg", PictureFormat::Svg},
     {"pdf", PictureFormat::Pdf},
 }};
@@ -56,7 +57,7 @@ QStringList formatNames()
 struct Options
 {
     QCommandLineOption output{u"output"_s, tr("The picture; - is standard output."), u"file"_s};
-    QCommandLineOption format{u"format"_s, tr("png, jpg, bmp, svg or pdf (as the name of the picture ends)."),
+    QCommandLineOption format{u"format"_s, tr("png, jpg, bmp, wmf, svg or pdf (as the name of the picture ends)."),
                               u"format"_s};
     QCommandLineOption size{u"size"_s, tr("Size of the picture in pixels (1280x800)."), u"width x height"_s,
                             u"1280x800"_s};

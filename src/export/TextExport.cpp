@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "export/TextExport.h"
 
+#include "controls/resonance/ResonanceEngine.h"
 #include "document/PenDocument.h"
 #include "document/content/PenReader.h"
 #include "program/Version.h"
@@ -38,6 +39,45 @@ void addPoint(TextStore& store, Kind kind, const GraphModel& graph, int pen, int
     }
 }
 
+/// Feeds the engine with the points that an export of the pen holds.
+void analyse(ResonanceEngine& engine, const PenDocument& document, int pen)
+{
+    const GraphModel& graph = document.peGraph();
+    const int points = PenReader::pointCount(graph, pen);
+    const auto y = [&](int set, int point) { return static_cast<double>(graph.YData(pen + set * plot::kPens, point)); };
+    for (std::int32_t point = 0; point < points; ++point) {
+        std::int32_t index = point;
+        const auto frequency = static_cast<double>(graph.XData(pen, point));
+        if (document.pgiTestType() == plot::Reactance)
+            engine.AnalysisAddRect(frequency, y(3, point), y(0, point), y(1, point), y(2, point), pen, index);
+        else
+            engine.AnalysisAddPolar(frequency, y(0, point), y(3, point), pen, index);
+    }
+}
+
+/// The measures of the pen's resonance for the header; empty where there is none.
+QString measuresOf(const PenDocument& document, int pen)
+{
+    constexpr int kDigits = 9;
+    if (document.pgiTestType() != plot::Impedance && document.pgiTestType() != plot::Reactance)
+        return QString();
+    ResonanceEngine engine;
+    analyse(engine, document, pen);
+    if (!engine.hasPoints(pen) || !engine.AnalysisSolve(pen, -1))
+        return QString();
+    const auto number = [](double value) { return QString::number(value, 'g', kDigits); };
+    return QStringLiteral("Resonance: Fr %1 Hz, Zr %2 Ohm, Q %3, F1 %4 Hz, F2 %5 Hz")
+        .arg(number(engine.ResultFr()), number(engine.ResultZr()), number(engine.ResultQ()), number(engine.ResultF1()),
+             number(engine.ResultF2()));
+}
+
+void addPen(TextStore& store, const PenDocument& document, int pen, const Format& format)
+{
+    ExportSubset(store, document, pen);
+    if (format.header && Pens::isPen(pen))
+        store.ExportSetSolution(static_cast<std::int16_t>(pen), measuresOf(document, pen));
+}
+
 } // namespace
 
 void ExportSubset(TextStore& store, const PenDocument& document, int pen)
@@ -67,9 +107,21 @@ void collect(TextStore& store, const PenDocument& document, const QString& fileN
         store.ExportSetTitle(graph.MainTitle());
     }
     if (pen != TextStore::kAllPens)
-        return ExportSubset(store, document, pen);
+        return addPen(store, document, pen, format);
     for (int each = 0; each < TextStore::kPens; ++each)
-        ExportSubset(store, document, each);
+        addPen(store, document, each, format);
+}
+
+Outcome ExportTextFile(const PenDocument& document, const QString& strFileName, bool bfSubset, bool bfPhase,
+                       int iPenIndex, int iPrecision, bool bfHeader, bool bfComma, bool bfUnix)
+{
+    Q_UNUSED(bfSubset)
+    Q_UNUSED(bfPhase)
+    Q_UNUSED(iPrecision)
+    TextStore store;
+    collect(store, document, strFileName, iPenIndex, {bfHeader, bfComma, bfUnix});
+    store.ExportWrite(iPenIndex);
+    return store.exportOutcome();
 }
 
 } // namespace TextExport

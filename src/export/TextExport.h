@@ -22,7 +22,13 @@ struct Format
 void ExportSubset(TextStore& store, const PenDocument& document, int pen);
 
 /// Makes the store ready for ExportWrite of the same pen (0 to 9, or TextStore::kAllPens): clears it, then feeds it
-/// with file, format, header and pens. Solutions are the caller's to add.
+/// with file, format, header and pens. A header names the resonance of each pen that has one.
 void collect(TextStore& store, const PenDocument& document, const QString& fileName, int pen, const Format& format);
+
+/// Writes the text file, for scripts and windows alike. bfSubset, bfPhase and iPrecision have no effect on it: scripts
+/// pass them. iPenIndex: 0 to 9, or TextStore::kAllPens. An existing file is replaced without a word. The sentence of a
+/// failure names the file and the reason.
+Outcome ExportTextFile(const PenDocument& document, const QString& strFileName, bool bfSubset, bool bfPhase,
+                       int iPenIndex, int iPrecision, bool bfHeader, bool bfComma, bool bfUnix);
 
 } // namespace TextExport

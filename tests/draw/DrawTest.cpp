@@ -59,9 +59,9 @@ protected:
 
 TEST_F(DrawTest, EveryKindOfPictureIsMadeByItsNameOrByTheOption)
 {
-    const std::map<QByteArray, QByteArray> beginnings = {{"png", "\x89PNG"},       {"jpg", "\xff\xd8\xff"},
-                                                         {"jpeg", "\xff\xd8\xff"}, {"bmp", "BM"},
-                                                         {"svg", "<?xml"},         {"pdf", "%PDF"}};
+    const std::map<QByteArray, QByteArray> beginnings = {
+        {"png", "\x89PNG"},          {"jpg", "\xff\xd8\xff"}, {"jpeg", "\xff\xd8\xff"}, {"bmp", "BM"},
+        {"wmf", "\xd7\xcd\xc6\x9a"}, {"svg", "<?xml"},        {"pdf", "%PDF"}};
     for (const auto& [kind, beginning] : beginnings) {
         const QByteArray name = "a." + kind;
         const Ended named = draw(QStringLiteral("--output ") + path(name.constData()), m_plot);

@@ -6,9 +6,11 @@
 #include "program/Version.h"
 
 #include <QDir>
+#include <QRegularExpression>
 
 #include <bit>
 #include <charconv>
+#include <complex>
 #include <gtest/gtest.h>
 
 namespace {
@@ -165,4 +167,67 @@ TEST_F(TextExportTest, ADocumentOfUnknownTypeHasNoRows)
     PenDocument document(m_bench.context);
     document.peGraph().setPoint(0, 0, 1000, 1);
     EXPECT_EQ(text(document, TextStore::kAllPens, {}), "");
+}
+
+namespace {
+
+/// A series circuit that resonates at 40 kHz, with its static capacitance across.
+void addResonance(PenDocument& document, int pen)
+{
+    constexpr double kTwoPi = 6.283185307179586;
+    constexpr double kR = 15;
+    constexpr double kL = 60e-3;
+    constexpr double kC = 1 / (kTwoPi * 40e3 * kTwoPi * 40e3 * kL);
+    constexpr double kC0 = 4e-9;
+    document.setCurrentPen(pen);
+    for (int point = 0; point < 400; ++point) {
+        const double frequency = 39e3 + 10 * point;
+        const double omega = kTwoPi * frequency;
+        const std::complex<double> branch(kR, omega * kL - 1 / (omega * kC));
+        const std::complex<double> z = 1.0 / (1.0 / branch + std::complex<double>(0, omega * kC0));
+        const double phase = std::arg(z) * 360 / kTwoPi;
+        document.AddImpedancePoint(frequency, std::abs(z), std::abs(phase), phase < 0 ? -1 : 1, point);
+    }
+}
+
+} // namespace
+
+TEST_F(TextExportTest, TheHeaderNamesTheResonanceOfAPenThatHasOne)
+{
+    for (const std::int16_t type : {plot::Impedance, plot::Reactance}) {
+        const auto document = m_bench.document(type);
+        addResonance(*document, 4);
+        const QString whole = QString::fromStdString(text(*document, TextStore::kAllPens, {true, false, true}));
+        const QString line = whole.section(u"# Pen 5"_s, 1).section(u'\n', 1, 1);
+        static const QRegularExpression expected(
+            u"^# Resonance: Fr (\\S+) Hz, Zr (\\S+) Ohm, Q (\\S+), F1 (\\S+) Hz, F2 (\\S+) Hz$"_s);
+        const QRegularExpressionMatch match = expected.match(line);
+        ASSERT_TRUE(match.hasMatch()) << line.toStdString();
+        EXPECT_NEAR(match.captured(1).toDouble(), 40e3, 10) << type;
+        EXPECT_NEAR(match.captured(2).toDouble(), 15, 1) << type;
+        EXPECT_EQ(whole.count(u"# Resonance"_s), 1) << "empty pens have none";
+        EXPECT_EQ(text(*document, 4, {false, false, true}).find('#'), std::string::npos);
+    }
+}
+
+TEST_F(TextExportTest, ScriptsWriteTheFileAndWhatTheyPassOfSubsetPhaseAndPrecisionHasNoEffect)
+{
+    const auto document = m_bench.document(plot::Impedance);
+    document->AddImpedancePoint(1000, 5, 6, -1, 0);
+    const auto content = [this](const char* name) {
+        QFile file(m_bench.path(QLatin1String(name)));
+        return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
+    };
+    ASSERT_TRUE(TextExport::ExportTextFile(*document, m_bench.path(u"a.txt"_s), false, false, 10, 0, true, true, true));
+    ASSERT_TRUE(TextExport::ExportTextFile(*document, m_bench.path(u"b.txt"_s), true, true, 10, 7, true, true, true));
+    EXPECT_EQ(content("a.txt"), content("b.txt"));
+    EXPECT_TRUE(content("a.txt").endsWith("1, 1000, 5, -6\n"));
+    ASSERT_TRUE(
+        TextExport::ExportTextFile(*document, m_bench.path(u"a.txt"_s), false, false, 0, 0, false, false, false));
+    EXPECT_EQ(content("a.txt"), "1000\t5\t-6\r\n") << "replaced without a word";
+    EXPECT_TRUE(m_bench.messages.shown.empty());
+    const Outcome failed =
+        TextExport::ExportTextFile(*document, u"/nowhere/a.txt"_s, false, false, 0, 0, false, false, false);
+    ASSERT_FALSE(failed);
+    EXPECT_TRUE(failed.sentence().contains(u"/nowhere/a.txt"_s));
 }

@@ -57,10 +57,11 @@ SweepCommand::SweepCommand()
     , m_output(u"output"_s, tr("Writes a plot file, or a table when the name ends in .csv; - is standard output."),
                u"file"_s)
     , m_csv(u"csv"_s, tr("Writes the points as a table; - is standard output."), u"file"_s)
-    , m_picture(u"picture"_s,
-                tr("Draws the graph into a picture; its name tells the kind: .png, .jpg, .bmp, .svg or .pdf. - is a "
-                   ".png on standard output."),
-                u"file"_s)
+    , m_picture(
+          u"picture"_s,
+          tr("Draws the graph into a picture; its name tells the kind: .png, .jpg, .bmp, .wmf, .svg or .pdf. - is a "
+             ".png on standard output."),
+          u"file"_s)
     , m_pictureSize(u"picture-size"_s, tr("Size of the picture in pixels (1280x800)."), u"width x height"_s,
                     u"1280x800"_s)
     , m_linkLog(u"link-log"_s, tr("Logs everything that passes the link."), u"file"_s)

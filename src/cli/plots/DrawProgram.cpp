@@ -40,7 +40,7 @@ QString sentenceOf(QProcess& process)
 
 QStringList formats()
 {
-    return {u"png"_s, u"jpg"_s, u"jpeg"_s, u"bmp"_s, u"svg"_s, u"pdf"_s};
+    return {u"png"_s, u"jpg"_s, u"jpeg"_s, u"bmp"_s, u"wmf"_s, u"svg"_s, u"pdf"_s};
 }
 
 QString formatOf(const OutputFile& picture)

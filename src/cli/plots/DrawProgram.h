@@ -16,7 +16,7 @@ namespace cli {
 /// picture: the plot goes to it on standard input, the file is written by it.
 namespace DrawProgram {
 
-/// The kinds of picture: "png", "jpg", "jpeg", "bmp", "svg", "pdf".
+/// The kinds of picture: "png", "jpg", "jpeg", "bmp", "wmf", "svg", "pdf".
 QStringList formats();
 /// The kind that the name asks for; "png" for "-"; empty for a name that asks for none.
 QString formatOf(const OutputFile& picture);

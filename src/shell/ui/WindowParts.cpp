@@ -46,6 +46,7 @@ WindowParts::WindowParts(frmMain& window, const ShellContext& context)
     , recovery(commandContext, journal)
     , maskFrame(deviceModule)
     , masks({registry, active, context.preferences, context.messages, fileDialogs})
+    , exports(commandContext, pens)
     , commands(window, registry, *window.menuBar(), toolBar, penBar)
     , quickFiles(window, commands, context.preferences,
                  [this](const QString& fileName) { documents.LoadExistingDocument(fileName); })

@@ -17,6 +17,7 @@
 #include "shell/commands/ui/CommandContext.h"
 #include "shell/commands/ui/CommandSet.h"
 #include "shell/commands/ui/EditCommands.h"
+#include "shell/commands/ui/ExportCommands.h"
 #include "shell/commands/ui/FileCommands.h"
 #include "shell/commands/ui/FileDialogs.h"
 #include "shell/commands/ui/FileOpener.h"
@@ -70,6 +71,7 @@ struct WindowParts
     RecoveryCommands recovery;
     MaskFrame maskFrame;
     MaskCommands masks;
+    ExportCommands exports;
 
     CommandSet commands;
     QuickFileMenu quickFiles;

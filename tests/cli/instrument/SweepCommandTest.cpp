@@ -97,8 +97,9 @@ TEST(SweepCommand, AWrongValueIsToldWithItsOptionAndWhatIsWanted)
     EXPECT_EQ(problemOf("--timeout soon"), "--timeout needs a number of seconds from 0, not \"soon\".");
     EXPECT_EQ(problemOf("--picture-size 99x800"),
               "--picture-size needs a width and a height from 100 to 16384, as 1280x800, not \"99x800\".");
-    EXPECT_EQ(problemOf("--picture sweep.doc"),
-              "--picture needs a name that ends in one of .png, .jpg, .jpeg, .bmp, .svg, .pdf, not \"sweep.doc\".");
+    EXPECT_EQ(
+        problemOf("--picture sweep.doc"),
+        "--picture needs a name that ends in one of .png, .jpg, .jpeg, .bmp, .wmf, .svg, .pdf, not \"sweep.doc\".");
     EXPECT_EQ(problemOf("--output="), "--output needs a file name, not \"\".");
 }
 

@@ -85,10 +85,10 @@ TEST_F(CommandSetTest, menusKeepTheirOrder)
 {
     EXPECT_EQ(namesOf(main->commands().menu(Command::Menu::File)).filter(QStringLiteral("mnu")).join(u' '),
               QStringLiteral("mnuFileNew mnuFileOpen mnuFileClose mnuFileReopenClosed mnuFileSave mnuFileSaveAs "
-                             "mnuFileSaveAll mnuFileProperties mnuFileExit"));
+                             "mnuFileSaveAll mnuFileExport mnuFileExportPicture mnuFileProperties mnuFileExit"));
     EXPECT_EQ(namesOf(main->commands().menu(Command::Menu::Edit)).join(u' '),
-              QStringLiteral("- mnuEditUndo mnuEditRedo - mnuEditCut mnuEditCopy mnuEditPaste mnuEditBringBack - "
-                             "mnuPenLock mnuPenUnlockAll - mnuPreferences"));
+              QStringLiteral("- mnuEditUndo mnuEditRedo - mnuEditCut mnuEditCopy mnuEditCopyPicture mnuEditPaste "
+                             "mnuEditBringBack - mnuPenLock mnuPenUnlockAll - mnuPreferences"));
     EXPECT_EQ(namesOf(main->commands().menu(Command::Menu::Test)).join(u' '),
               QStringLiteral("- mnuTestStart mnuTestStopTest mnuTestRepeat - mnuReRunLastTestScript - mnuTestSettings "
                              "mnuTestDevice mnuTestDeviceProperties mnuTestSchedule"));
@@ -96,11 +96,12 @@ TEST_F(CommandSetTest, menusKeepTheirOrder)
               QStringLiteral("- mnuCheckMask - mnuMaskRead mnuMaskSave"));
     EXPECT_EQ(namesOf(main->commands().menu(Command::Menu::Help)).join(u' '),
               QStringLiteral("- mnuManual mnuInterimManual mnuOnLineHelp - mnuHelpAbout"));
-    EXPECT_EQ(buttonsOf("tbToolBar").join(u' '),
-              QStringLiteral("mnuFileNew mnuFileOpen mnuFileSave - mnuEditCut mnuEditCopy mnuEditPaste - "
-                             "mnuViewAddText mnuViewMarkPoints mnuViewZoomExtents mnuEditUndo mnuEditRedo - "
-                             "mnuTestStart mnuTestStopTest mnuTestRepeat mnuTestSettings mnuTestDevice - "
-                             "mnuNextDocument mnuPreviousDocument - mnuManual"));
+    EXPECT_EQ(
+        buttonsOf("tbToolBar").join(u' '),
+        QStringLiteral("mnuFileNew mnuFileOpen mnuFileSave mnuFileExport - mnuEditCut mnuEditCopy "
+                       "mnuEditPaste - mnuViewAddText mnuViewMarkPoints mnuViewZoomExtents mnuEditUndo mnuEditRedo - "
+                       "mnuTestStart mnuTestStopTest mnuTestRepeat mnuTestSettings mnuTestDevice - "
+                       "mnuNextDocument mnuPreviousDocument - mnuManual"));
 }
 
 TEST_F(CommandSetTest, aCommandThatComesLaterTakesItsPlaceInMenuAndToolBar)
@@ -117,10 +118,11 @@ TEST_F(CommandSetTest, aCommandThatComesLaterTakesItsPlaceInMenuAndToolBar)
                           .toolBarKey = "Print"});
     EXPECT_TRUE(namesOf(main->commands().menu(Command::Menu::File))
                     .join(u' ')
-                    .contains(QStringLiteral("mnuFileSaveAll - mnuFilePrint - mnuFileProperties")));
-    EXPECT_TRUE(buttonsOf("tbToolBar")
-                    .join(u' ')
-                    .startsWith(QStringLiteral("mnuFileNew mnuFileOpen mnuFileSave mnuFilePrint - mnuEditCut")));
+                    .contains(QStringLiteral("mnuFileExport mnuFileExportPicture mnuFilePrint - mnuFileProperties")));
+    EXPECT_TRUE(
+        buttonsOf("tbToolBar")
+            .join(u' ')
+            .startsWith(QStringLiteral("mnuFileNew mnuFileOpen mnuFileSave mnuFileExport mnuFilePrint - mnuEditCut")));
     action("mnuFilePrint").trigger();
     main->buttonClick(QStringLiteral("PRINT"));
     EXPECT_EQ(calls, 2);
@@ -162,6 +164,7 @@ TEST_F(CommandSetTest, everyToolBarKeyHasItsCommand)
         {"New", "mnuFileNew"},
         {"Open", "mnuFileOpen"},
         {"Save", "mnuFileSave"},
+        {"Export Data", "mnuFileExport"},
         {"Cut", "mnuEditCut"},
         {"Copy", "mnuEditCopy"},
         {"Paste", "mnuEditPaste"},

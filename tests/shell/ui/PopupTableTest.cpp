@@ -37,30 +37,30 @@ TEST_F(PopupTableTest, everyCommandOfThePopupNamesAnEntryOfTheTable)
         ++used;
         EXPECT_TRUE(identifiers.contains(command->popupEntry)) << command->popupEntry.toStdString();
     }
-    EXPECT_EQ(used, 10);
+    EXPECT_EQ(used, 11);
 }
 
 TEST_F(PopupTableTest, anEntryShowsAndWorksOnceAFeatureHasRegisteredIt)
 {
     int calls = 0;
-    main->registry().add({.name = "mnuFileExport",
-                          .menu = Command::Menu::File,
-                          .place = 300,
-                          .text = "&Export...",
-                          .statusTip = "Write the measured points as text",
+    main->registry().add({.name = "mnuViewLoop",
+                          .menu = Command::Menu::View,
+                          .place = 400,
+                          .text = "&Loop...",
+                          .statusTip = "Show the admittance loop",
                           .handler = [&calls] { ++calls; },
                           .rules = Command::NeedsDocument,
-                          .toolBarKey = "Export Data",
-                          .popupEntry = "Export"});
+                          .toolBarKey = "GraphView",
+                          .popupEntry = "Loop"});
     load();
     PenDocument* document = newDocument(PenDocument::Impedance);
-    EXPECT_EQ(document->peGraph().CustomMenuState(14), graph::MenuNormal);
-    EXPECT_EQ(document->peGraph().CustomMenuState(4), graph::MenuHidden);
-    Q_EMIT document->peGraph().CustomMenuClicked(14, 0);
-    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(document->peGraph().CustomMenuState(4), graph::MenuNormal);
+    EXPECT_EQ(document->peGraph().CustomMenuState(3), graph::MenuHidden);
     Q_EMIT document->peGraph().CustomMenuClicked(4, 0);
     EXPECT_EQ(calls, 1);
-    main->buttonClick(QStringLiteral("export data"));
+    Q_EMIT document->peGraph().CustomMenuClicked(3, 0);
+    EXPECT_EQ(calls, 1);
+    main->buttonClick(QStringLiteral("graphview"));
     EXPECT_EQ(calls, 2);
 }
 

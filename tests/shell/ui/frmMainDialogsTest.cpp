@@ -221,7 +221,7 @@ TEST_F(FrmMainDialogsTest, thePopupOffersNothingThatCannotBeDoneYet)
 {
     load();
     PenDocument* document = newDocument(PenDocument::Impedance);
-    for (const int item : {PopupViewOptions, PopupAnalysis, PopupLoop, PopupExport})
+    for (const int item : {PopupViewOptions, PopupAnalysis, PopupLoop})
         EXPECT_EQ(document->peGraph().CustomMenuState(item), graph::MenuHidden) << item;
     for (const int item : {PopupAddText, PopupView, PopupPhase, PopupCut, PopupCopy, PopupProperties})
         EXPECT_EQ(document->peGraph().CustomMenuState(item), graph::MenuNormal) << item;

@@ -211,11 +211,13 @@ TEST_F(FrmMainDocumentsTest, documentsOfANewerFormatAreGuardedUnderEachCommandsT
     }
     document->readFormat();
     const std::pair<const char*, const char*> guarded[] = {
-        {"mnuFileSave", "File save not possible"},   {"mnuFileSaveAs", "File save not possible"},
-        {"mnuEditCut", "Copy data not possible"},    {"mnuEditCopy", "Copy data not possible"},
-        {"mnuEditPaste", "Data paste not possible"}, {"mnuViewAddText", "Add text not possible"},
+        {"mnuFileSave", "File save not possible"},          {"mnuFileSaveAs", "File save not possible"},
+        {"mnuEditCut", "Copy data not possible"},           {"mnuEditCopy", "Copy data not possible"},
+        {"mnuEditPaste", "Data paste not possible"},        {"mnuViewAddText", "Add text not possible"},
+        {"mnuFileExport", "Export data not possible"},      {"mnuFileExportPicture", "Export data not possible"},
+        {"mnuEditCopyPicture", "Export data not possible"},
     };
-    action("mnuEditPaste").setEnabled(true);
+    main->registry().setEnabled(QStringLiteral("mnuEditPaste"), true);
     for (const auto& [name, title] : guarded) {
         messages.shown.clear();
         trigger(name);

@@ -3,6 +3,7 @@
 
 #include "controls/graph/GraphModel.h"
 #include "controls/graph/ui/GraphPlot.h"
+#include "controls/graph/ui/MetafileDevice.h"
 #include "files/SafeFile.h"
 
 #include <QBuffer>
@@ -73,7 +74,36 @@ Outcome encodeImage(const QImage& image, PictureFormat format, QByteArray& conte
     return Outcome::failure(tr("The picture could not be made: %1").arg(writer.errorString()));
 }
 
+Outcome refusedSize(int width, int height)
+{
+    return Outcome::failure(tr("A picture of %1 by %2 pixels cannot be made").arg(width).arg(height));
+}
+
+QByteArray metafileOf(const GraphModel& model, const QSize& extent, int unitsPerInch)
+{
+    MetafileDevice device(extent, unitsPerInch);
+    drawScaled(model, device, extent.width(), extent.height(), QCPPainter::pmVectorized | QCPPainter::pmNoCaching);
+    return device.bytes();
+}
+
+/// Pixels of 1/96 inch, each of as many units as the file has room for, up to the usual 1440 an inch.
+QByteArray metafileOfPixels(const GraphModel& model, int width, int height)
+{
+    constexpr int kUnitsPerPixel = 15;
+    constexpr int kPixelsPerInch = 96;
+    const int units = std::clamp(MetafileDevice::kLargestExtent / std::max(width, height), 1, kUnitsPerPixel);
+    return metafileOf(model, QSize(width, height) * units, units * kPixelsPerInch);
+}
+
 } // namespace
+
+ValueOr<QByteArray> metafileBytes(const GraphModel& model, const QSize& hundredthsOfMillimetre)
+{
+    constexpr int kUnitsPerInch = 2540;
+    if (!isUsableSize(hundredthsOfMillimetre.width(), hundredthsOfMillimetre.height()))
+        return refusedSize(hundredthsOfMillimetre.width(), hundredthsOfMillimetre.height());
+    return metafileOf(model, hundredthsOfMillimetre, kUnitsPerInch);
+}
 
 QImage pictureImage(const GraphModel& model, int width, int height)
 {
@@ -90,7 +120,9 @@ QImage pictureImage(const GraphModel& model, int width, int height)
 ValueOr<QByteArray> pictureBytes(const GraphModel& model, PictureFormat format, int width, int height)
 {
     if (!isUsableSize(width, height))
-        return Outcome::failure(tr("A picture of %1 by %2 pixels cannot be made").arg(width).arg(height));
+        return refusedSize(width, height);
+    if (format == PictureFormat::Wmf)
+        return metafileOfPixels(model, width, height);
     QByteArray content;
     const QCPPainter::PainterModes vector = QCPPainter::pmVectorized | QCPPainter::pmNoCaching;
     if (format == PictureFormat::Svg) {
@@ -132,12 +164,14 @@ Outcome savePicture(const GraphModel& model, const QString& fileName, PictureFor
 }
 
 // The library paints with a painter of its own class, so the graph is recorded and played into the caller's.
-void paintPicture(const GraphModel& model, QPainter& painter, const QRectF& target)
+void paintPicture(const GraphModel& model, QPainter& painter, const QRectF& target, double unitsPerPixel)
 {
     if (!painter.isActive() || !(target.width() >= 1) || !(target.height() >= 1))
         return;
     const double dpi = painter.device() != nullptr ? painter.device()->logicalDpiX() : 96;
-    const double scale = dpi > 120 ? dpi / 96 : pictureScale(target.width(), target.height());
+    const double scale = unitsPerPixel > 0 ? unitsPerPixel
+                         : dpi > 120       ? dpi / 96
+                                           : pictureScale(target.width(), target.height());
     const QSize layoutSize = layoutSizeOf(target.width(), target.height(), scale);
     QPicture picture;
     {

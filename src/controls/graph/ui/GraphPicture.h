@@ -22,7 +22,8 @@ enum class PictureFormat
     Jpeg,
     Bmp,
     Svg,
-    Pdf
+    Pdf,
+    Wmf ///< placeable Windows metafile
 };
 
 /// Sizes beyond this are refused, as is a side below 16.
@@ -32,6 +33,9 @@ inline constexpr int kMaxPictureSide = 20000;
 /// lines grow with the picture.
 ValueOr<QByteArray> pictureBytes(const GraphModel& model, PictureFormat format, int width, int height);
 
+/// A Windows metafile of that size in hundredths of a millimetre.
+ValueOr<QByteArray> metafileBytes(const GraphModel& model, const QSize& hundredthsOfMillimetre);
+
 /// Writes those bytes to a file: the old file or the whole new one is there.
 Outcome savePicture(const GraphModel& model, const QString& fileName, PictureFormat format, int width, int height);
 
@@ -39,7 +43,8 @@ Outcome savePicture(const GraphModel& model, const QString& fileName, PictureFor
 QImage pictureImage(const GraphModel& model, int width, int height);
 
 /// Draws the graph into a rectangle of an active painter, filling it; as vectors with every point where the device
-/// takes vectors. On a printer texts have their natural size.
-void paintPicture(const GraphModel& model, QPainter& painter, const QRectF& target);
+/// takes vectors. On a printer texts have their natural size. unitsPerPixel: of the painter, for a pixel of the
+/// picture; 0 chooses.
+void paintPicture(const GraphModel& model, QPainter& painter, const QRectF& target, double unitsPerPixel = 0);
 
 } // namespace graph

@@ -2,7 +2,9 @@
 #include "shell/commands/ui/FileDialogs.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QPointer>
+#include <QRegularExpression>
 
 QStringList FileDialogs::nameFilters(const QString& filters)
 {
@@ -21,6 +23,13 @@ QStringList FileDialogs::nameFilters(const QString& filters)
     return result;
 }
 
+QString FileDialogs::withExtension(const QString& fileName, const QString& nameFilter)
+{
+    static const QRegularExpression pattern(QStringLiteral("\\(\\*(\\.\\w+)\\)$"));
+    const QString extension = pattern.match(nameFilter).captured(1);
+    return QFileInfo(fileName).suffix().isEmpty() ? fileName + extension : fileName;
+}
+
 QString FileDialogs::saveFileName(const QString& title, const QString& filters, const QString& folder,
                                   const QString& proposedName)
 {
@@ -35,8 +44,9 @@ QString FileDialogs::saveFileName(const QString& title, const QString& filters, 
     if (!dialog)
         return {};
     const QStringList files = dialog->selectedFiles();
+    const QString kind = dialog->nameFilters().size() > 1 ? dialog->selectedNameFilter() : QString();
     delete dialog;
-    return accepted && !files.isEmpty() ? files.first() : QString();
+    return accepted && !files.isEmpty() ? withExtension(files.first(), kind) : QString();
 }
 
 QStringList FileDialogs::openFileNames(const QString& title, const QString& filters, const QString& folder)
