@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "controls/ferrolex/DeviceRanges.h"
+#include "controls/ferrolex/Program.h"
+
+namespace ferrolex {
+
+class Findings;
+class Source;
+
+/// What a script is judged against.
+struct Target
+{
+    DeviceRanges ranges;
+    double firmware = 0; ///< as the instrument's version is told; 0: unknown
+};
+
+/// Reads a script into a program and tells every mistake in it, line by line; after a mistake the next line is read as
+/// if that one had been good. The program can be run only when no error was told.
+Program parse(const Source& source, const Target& target, Findings& findings);
+
+} // namespace ferrolex
