@@ -46,9 +46,9 @@ Instrument::Instrument(Setup setup, FrameSink& sink)
     , m_setup(std::move(setup))
     , m_measurement(m_setup.specimen, m_setup.seed, m_setup.noise)
     , m_range(*m_setup.specimen, m_setup.tell)
-    , m_test(m_state, m_measurement, m_setup.pace, sink,
+    , m_test(m_state, m_measurement, m_setup.pace, m_sink,
              [this](bool completed, bool constants) { runEnded(completed, constants); })
-    , m_levels(m_state, m_measurement, sink, m_setup.idleLevelsPerSecond)
+    , m_levels(m_state, m_measurement, m_sink, m_setup.idleLevelsPerSecond)
     , m_script(m_setup.memory ? m_setup.memory->script : QByteArray(), std::move(m_setup.scriptRunner))
 {
     m_state.facts = &ModelFacts::of(m_setup.model);
@@ -313,11 +313,10 @@ void Instrument::save(std::string_view)
 
 void Instrument::begin(std::unique_ptr<Run> run)
 {
-    if (m_test.isRunning()) {
+    if (m_test.isRunning())
         m_test.stop();
-        // A script that waits for the end of a run now waits for that of this one.
-        m_script.forgetRunEnd();
-    }
+    // A script that waits for the end of a run now waits for that of this one.
+    m_script.forgetRunEnd();
     m_levels.endSpot();
     if (run->measuresSpecimen())
         m_range.begins(run->name(), run->startFrequency(), run->endFrequency());
@@ -401,6 +400,7 @@ void Instrument::runScript(std::string_view)
         send(status::scriptRunning(false));
         return;
     }
+    m_sink.forget();
     send(status::scriptRunning(true));
     if (const Outcome started = m_script.run(*this, m_now); !started)
         finished(started);

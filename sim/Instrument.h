@@ -4,6 +4,7 @@
 #include "sim/Device.h"
 #include "sim/KeptMemory.h"
 #include "sim/Levels.h"
+#include "sim/MeasuredLevels.h"
 #include "sim/RunningTest.h"
 #include "sim/ScriptSlot.h"
 #include "sim/parts/RangeWatch.h"
@@ -52,6 +53,7 @@ public:
     QString activity() const override;
 
     const InstrumentState& state() const override { return m_state; }
+    const ferrolex::Measured& measured() const override { return m_sink.measured(); }
     const QByteArray& script() const { return m_script.script(); }
     bool scriptIsRunning() const { return m_script.isRunning(); }
     /// Lines that were no command since the start.
@@ -105,7 +107,7 @@ private:
     bool idleLevelsWanted() const;
     void tell(const QString& sentence) const;
 
-    FrameSink& m_sink;
+    MeasuredLevels m_sink;
     Setup m_setup;
     Measurement m_measurement;
     RangeWatch m_range;

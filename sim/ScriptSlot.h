@@ -14,7 +14,7 @@ namespace sim {
 class ScriptSlot
 {
 public:
-    static constexpr int kLongestScript = 256 * 1024;
+    static constexpr int kLongestScript = 1024 * 1024;
     static constexpr Duration kTransferSilence = std::chrono::seconds(1);
 
     /// Without a runner a script is kept, but not run.

@@ -11,6 +11,7 @@
 #include "sim/port/DeviceEntry.h"
 #include "sim/program/EndSignals.h"
 #include "sim/script/FrameScript.h"
+#include "sim/script/Interpreter.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -74,8 +75,10 @@ Outcome chooseSpecimen(const sim::Options& options, const sim::Replay& replay, s
 
 Outcome chooseScript(const QString& fileName, sim::Instrument::Setup& setup)
 {
-    if (fileName.isEmpty())
+    if (fileName.isEmpty()) {
+        setup.scriptRunner = std::make_unique<sim::Interpreter>();
         return Outcome::success();
+    }
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         return Outcome::failure(tr("The script frames \"%1\" cannot be read: %2.").arg(fileName, file.errorString()));

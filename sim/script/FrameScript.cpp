@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sim/script/FrameScript.h"
 
+#include "controls/ferrolex/StatementTable.h"
 #include "values/Conversions.h"
 
 #include <QCoreApplication>
@@ -13,7 +14,6 @@ namespace sim {
 namespace {
 
 constexpr std::string_view kTextCodes = "TUVZbfgiloprx";
-constexpr std::string_view kAnsweredCodes = "Ubfgijnopx";
 constexpr int kLongestPause = 3'600'000; // ms
 
 QString tr(const char* text)
@@ -45,7 +45,7 @@ std::optional<FrameScript::Step> FrameScript::stepOf(const QByteArray& line)
     if (word.size() != 1)
         return {};
     const char code = word[0];
-    const bool answered = kAnsweredCodes.find(code) != std::string_view::npos;
+    const bool answered = ferrolex::isAnswered(code);
     if (kTextCodes.find(code) != std::string_view::npos) {
         const QByteArray text = rest.mid(1).trimmed();
         if (rest.isEmpty() || (rest.size() > 1 && rest[1] != ' '))

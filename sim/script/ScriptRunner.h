@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "controls/ferrolex/Evaluation.h"
 #include "sim/protocol/Frames.h"
 #include "sim/protocol/InstrumentState.h"
 #include "sim/protocol/Moment.h"
@@ -19,6 +20,8 @@ class ScriptHost
 public:
     virtual ~ScriptHost() = default;
     virtual const InstrumentState& state() const = 0;
+    /// Since the script began.
+    virtual const ferrolex::Measured& measured() const = 0;
     /// Sends a frame to the host; a script action that is answered is followed by acknowledged() or stop() of the
     /// runner.
     virtual void send(const Frame& frame) = 0;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sim/script/FrameScript.h"
+#include "sim/script/Interpreter.h"
 #include "tests/sim/SimBench.h"
 
 namespace {
@@ -212,4 +213,82 @@ TEST(Script, AHostThatLeavesStopsTheScript)
     bench.write(" ");
     bench.pass(std::chrono::seconds(1));
     EXPECT_TRUE(bench.recorder.frames.empty());
+}
+
+namespace {
+
+/// An instrument as it is delivered, with this script loaded.
+SimBench loaded(const std::string& script)
+{
+    SimBench bench([](sim::Instrument::Setup& setup) { setup.scriptRunner = std::make_unique<sim::Interpreter>(); });
+    bench.write("loadscript " + std::to_string(script.size()) + "\r" + script);
+    bench.recorder.clear();
+    return bench;
+}
+
+} // namespace
+
+TEST(Script, RunsTheLoadedScriptWithItsSweepsAndAnswers)
+{
+    SimBench bench = loaded("set points 8\n"
+                            "new impedance graph \"Transducer\"\n"
+                            "sweep impedance\n"
+                            "panel \"{frequency of smallest}\"\n"
+                            "save \"t\"\n");
+    bench.write("run\r");
+    bench.pass(std::chrono::seconds(1));
+    EXPECT_EQ(bench.recorder.codes(), "kPU") << "nothing more before the acknowledgement";
+    bench.write(" ");
+    bench.pass(std::chrono::seconds(1));
+    EXPECT_EQ(bench.recorder.codes(), "kPUDFFFFFFFFEYrb");
+    const std::vector<ReadFrame> points = bench.recorder.of('F');
+    const auto smallest = std::min_element(points.begin(), points.end(),
+                                           [](const ReadFrame& a, const ReadFrame& b) { return a.n2 < b.n2; });
+    EXPECT_NEAR(std::stod(bench.recorder.of('r')[0].text), smallest->n1, 1e-6 * smallest->n1);
+    bench.write(" ");
+    bench.pass(std::chrono::seconds(1));
+    EXPECT_EQ(bench.recorder.codes(), "kPUDFFFFFFFFEYrbk");
+    EXPECT_EQ(bench.recorder.frames.back().field, '0');
+}
+
+TEST(Script, TellsAFaultAndEnds)
+{
+    SimBench bench = loaded("let p = 9\nrepeat 3 times\nlet p = p + 1\nuse pen p\nend\n");
+    bench.write("run\r");
+    bench.pass(std::chrono::seconds(1));
+    EXPECT_EQ(bench.recorder.codes(), "kaTk");
+    EXPECT_EQ(bench.recorder.of('T')[0].field, '1');
+    EXPECT_EQ(bench.recorder.of('T')[0].text, "Line 4: The pen is 11, outside 1 to 10.");
+    EXPECT_FALSE(bench.instrument->scriptIsRunning());
+}
+
+TEST(Script, NothingIsReadBackFromAnEarlierRun)
+{
+    SimBench bench = loaded("if 1 < 2\nstart impedance\nstop sweep\nend\npanel \"{smallest level}\"\n");
+    bench.write("imptest\r");
+    bench.finishRun();
+    bench.recorder.clear();
+    bench.write("run\r");
+    bench.pass(std::chrono::seconds(1));
+    ASSERT_EQ(bench.recorder.of('T').size(), 1u);
+    EXPECT_EQ(bench.recorder.of('T')[0].text, "Line 5: No sweep has been made yet.");
+}
+
+TEST(Script, AStoppedSweepOfTheScriptsOwnDoesNotEndTheNextOne)
+{
+    SimBench bench = loaded("set points 5\nstart impedance\nstop sweep\nsweep impedance\npanel \"done\"\n");
+    bench.write("run\r");
+    bench.pass(std::chrono::seconds(2));
+    EXPECT_EQ(bench.recorder.codes(), "kPDEDFFFFFEYrk");
+}
+
+TEST(Script, AStopInTheMiddleOfALoopWithoutWaitsIsObeyed)
+{
+    SimBench bench = loaded("repeat until stopped\nwait for end\nend\n");
+    bench.write("run\r");
+    bench.pass(std::chrono::milliseconds(50));
+    EXPECT_TRUE(bench.instrument->scriptIsRunning());
+    bench.write("y\r");
+    EXPECT_EQ(bench.recorder.codes(), "kkE");
+    EXPECT_FALSE(bench.instrument->scriptIsRunning());
 }

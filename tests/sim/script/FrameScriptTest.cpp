@@ -10,6 +10,7 @@ class Host : public sim::ScriptHost
 {
 public:
     const sim::InstrumentState& state() const override { return m_state; }
+    const ferrolex::Measured& measured() const override { return m_measured; }
     void send(const sim::Frame& frame) override { log += readFrame(frame).code; }
     bool execute(std::string_view command) override
     {
@@ -22,6 +23,7 @@ public:
 
 private:
     sim::InstrumentState m_state;
+    ferrolex::Measured m_measured;
 };
 
 sim::FrameScript script(const char* text)
