@@ -109,6 +109,13 @@ private:
         return value ? std::optional(value.value()) : std::nullopt;
     }
 
+    /// Of a condition or number that is written out.
+    std::optional<Value> written(ExpressionId id) const
+    {
+        const bool known = id != kNone && m_program.expressions[static_cast<std::size_t>(id)].written;
+        return known ? constant(id) : std::nullopt;
+    }
+
     std::optional<Value> argument(const Statement& statement, std::size_t index) const
     {
         const Argument& argument = m_program.arguments[statement.firstArgument + index];
@@ -160,7 +167,7 @@ private:
 
     bool branch(const Statement& statement)
     {
-        const std::optional<Value> condition = constant(statement.value);
+        const std::optional<Value> condition = written(statement.value);
         if (condition)
             unreachable(condition->number == 0 ? statement.body : statement.otherwise);
         const State before = m_now;
@@ -202,7 +209,7 @@ private:
             m_findings.error(statement.offset,
                              tr("This loop has no bound, and neither a measurement nor a question in it."),
                              tr("Add a bound: \"at most 100 times\"."));
-        const std::optional<Value> times = constant(statement.value);
+        const std::optional<Value> times = written(statement.value);
         const bool never = times && ((statement.kind == Statement::Kind::Times && times->number < 1) ||
                                      (statement.kind == Statement::Kind::While && times->number == 0) ||
                                      (statement.kind == Statement::Kind::Until && times->number != 0));

@@ -188,6 +188,7 @@ ExpressionId ExpressionParser::operation(const Token& place, Operation operation
     expression.left = left;
     expression.right = right;
     expression.constant = at(left).constant && (right == kNone || at(right).constant);
+    expression.written = at(left).written && (right == kNone || at(right).written);
     return add(place, expression);
 }
 
@@ -299,6 +300,7 @@ ExpressionId ExpressionParser::primary(TokenCursor& cursor)
         Expression expression;
         expression.number = cursor.next().number;
         expression.constant = true;
+        expression.written = true;
         return add(token, expression);
     }
     if (token.kind == Token::Kind::Text)
@@ -416,8 +418,11 @@ ExpressionId ExpressionParser::name(const Token& token)
     expression.type = known->type;
     if (known->constant) {
         expression.constant = true;
-        if (known->type == Type::Text)
-            return literal(known->constant->text);
+        if (known->type == Type::Text) {
+            const ExpressionId id = literal(known->constant->text);
+            m_program.expressions.back().written = false;
+            return id;
+        }
         expression.number = known->constant->number;
         return add(token, expression);
     }
@@ -432,6 +437,7 @@ ExpressionId ExpressionParser::literal(QByteArray text)
     expression.operation = Operation::Text;
     expression.type = Type::Text;
     expression.constant = true;
+    expression.written = true;
     expression.left = static_cast<ExpressionId>(m_program.texts.size());
     m_program.texts.push_back(std::move(text));
     m_program.expressions.push_back(expression);

@@ -59,6 +59,7 @@ struct Expression
     Operation operation = Operation::Number;
     Type type = Type::Number;
     bool constant = false;
+    bool written = false; ///< constant, and without a name: what a name stands for is meant to be changed
     ExpressionId left = kNone;
     ExpressionId right = kNone;
     double number = 0;

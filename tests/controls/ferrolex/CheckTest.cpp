@@ -195,6 +195,7 @@ TEST(Check, DoesNotWarnWhereTheRunDecides)
              "new impedance graph \"a\"\nsweep impedance\nif last level > 3\nsave \"a\"\nend",
              "procedure p\nload \"m.gzd\"\nend\ndo p\ntest mask of pen 1\nexport all pens to \"a\"",
              "for i from 1 to 2\nload \"m.gzd\"\ntest mask of pen i\nend",
+             "let verbose = 0\nif verbose = 1\nwait 1\nend\nrepeat verbose times\nwait 1\nend",
              "set start 10k\nset end 11k\nset points 100\nnew impedance graph \"a\"\nsweep impedance\nanalyse pen "
              "1\nsave \"a\"",
          })
