@@ -234,8 +234,8 @@ public:
     /// May the document close? Asks for unsaved changes and saves them if told so. False for a cancel and for a save
     /// that failed; after true, aboutToClose() and closed() have been raised.
     bool QueryClose();
-    /// From now on QueryClose() takes "No" for the answer.
-    void closeUnasked() { m_closesUnasked = true; }
+    /// From now on, or not any longer, QueryClose() takes "No" for the answer.
+    void closeUnasked(bool unasked = true) { m_closesUnasked = unasked; }
 
 Q_SIGNALS:
     void captionChanged(const QString& caption);

@@ -64,6 +64,7 @@ struct KorvaLink::Private
     qint64 passLeft = -1; // what the running pass may still show; -1 outside a pass
 
     WriteQueue queue{kWriteQueueLimit};
+    quint64 queued = 0;
     bool handingOver = false;
     bool dropPosted = false;
     bool dropHandled = false;
@@ -113,6 +114,7 @@ bool KorvaLink::OpenTransport(std::unique_ptr<Transport> transport, const QStrin
         return false;
     }
     ++d->session;
+    d->queued = 0;
     d->transport = std::move(transport);
     d->name = name;
     d->readable = true;
@@ -198,8 +200,19 @@ void KorvaLink::Write(const QString& text)
         }
         return;
     }
+    d->queued += static_cast<quint64>(bytes.size());
     d->log(linklog::Entry::ToInstrument, bytes);
     d->handOver();
+}
+
+quint64 KorvaLink::BytesQueued() const
+{
+    return d->queued;
+}
+
+quint64 KorvaLink::Session() const
+{
+    return d->session;
 }
 
 qint64 KorvaLink::WritePending() const

@@ -64,6 +64,11 @@ public:
     qint64 WritePending() const;
     /// Hands as much of the queue as possible to the system now. The link stays usable.
     void Flush();
+    /// Bytes that Write() has taken over since the device was opened: who must not be interrupted sees whether others
+    /// have written.
+    quint64 BytesQueued() const;
+    /// Another number behind every opening and every end of a link: what was learnt of one holds while it stays.
+    quint64 Session() const;
 
     qint64 BytesAvailable() const;
     /// Copies up to count bytes, ending one byte behind a carriage return, into buffer; count becomes what was copied,
