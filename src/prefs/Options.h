@@ -232,8 +232,9 @@ inline constexpr Option<Integer> kMaskLowerIndex{"Mask"_t, "iLowerIndex"_t, 0};
 inline constexpr Option<Text> kFirmwareUpgradeFile{"FirmwareUpgrade"_t, "FileName"_t, ""_t};
 inline constexpr Option<Text> kSoftwareUpgradeFile{"SoftwareUpgrade"_t, "FileName"_t, ""_t};
 inline constexpr Option<Flag> kUpgradeAvailable{"Upgrade"_t, "Available"_t, true};
-/// Web addresses. The defaults lead nowhere: a deployment supplies its own, in the system's configuration folder.
-inline constexpr Option<Text> kWebUrl{"Web"_t, "URL"_t, "https://downloads.marrowick.example/"_t};
+/// Web addresses: a deployment supplies its own, in the system's configuration folder. Without one no updates are
+/// found, and the maker's page leads nowhere.
+inline constexpr Option<Text> kWebUrl{"Web"_t, "URL"_t, ""_t};
 inline constexpr Option<Text> kMakerUrl{"URL"_t, "MarrowickInstruments"_t, "https://www.marrowick.example/"_t};
 
 inline constexpr InstrumentOption<Double> kStartFrequency{"dblStartFrequency"_t};

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // marrowick where what it has to tell or to write goes nowhere: every command, every way.
 #include "e2e/EndToEnd.h"
+#include "support/WebFolder.h"
 
 #include <QDir>
 #include <QFile>
@@ -29,6 +30,7 @@ class OutputTest : public EndToEndTest
 protected:
     void SetUp() override
     {
+        ASSERT_TRUE(m_web.started() && m_web.add(QStringLiteral("MGV9R9B1.deb"), "a program"));
         const Ended made =
             runProgram(kProgram, {QStringLiteral("sweep"), QStringLiteral("--device"), m_simulator.serial(),
                                   QStringLiteral("--points"), QStringLiteral("200"), QStringLiteral("--from"),
@@ -37,6 +39,9 @@ protected:
         ASSERT_EQ(made.exitCode, 0) << made.errors.toStdString();
         write("mask.mgm", "frequency_Hz upper_Ohm lower_Ohm\n1 1e30 0\n1e9 1e30 0\n");
     }
+
+    /// An answer of a web folder that offers a program.
+    QString updates() const { return QStringLiteral("updates --url ") + m_web.url(); }
 
     QString plot() const { return path(QStringLiteral("plot.gzd")); }
 
@@ -82,6 +87,7 @@ protected:
         add("show", {"show plot.gzd", "show --json plot.gzd", "show --points 1 plot.gzd", "show - < plot.gzd"});
         add("sweep", {sweep(QString()), sweep(QStringLiteral("--json")),
                       sweep(QStringLiteral("--points 200 --from 39k --to 41k --analyse"))});
+        add("updates", {updates(), updates() + QStringLiteral(" --json")});
         return lines;
     }
 
@@ -101,6 +107,7 @@ protected:
     /// Starts of sweeps that the instrument has reported in the link log.
     qsizetype sweepsStarted() const { return content("link.log").count(" < D:"); }
 
+    WebFolder m_web;
     const Simulator m_simulator{freshSerial(), {QStringLiteral("--fast")}};
 };
 

@@ -132,7 +132,7 @@ TEST_F(PreferencesTest, DeclareTheSettingsOfTheOtherDialogs)
     declares(kFirmwareUpgradeFile, "FirmwareUpgrade", "FileName", "");
     declares(kSoftwareUpgradeFile, "SoftwareUpgrade", "FileName", "");
     declares(kUpgradeAvailable, "Upgrade", "Available", "True");
-    declares(kWebUrl, "Web", "URL", "https://downloads.marrowick.example/");
+    declares(kWebUrl, "Web", "URL", "");
     declares(kMakerUrl, "URL", "MarrowickInstruments", "https://www.marrowick.example/");
 }
 
