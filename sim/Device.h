@@ -24,6 +24,17 @@ public:
     virtual void receive(std::string_view bytes, Moment now) = 0;
     /// Does what is due, but sends no more than about that many frames.
     virtual void advance(Moment now, int frameBudget) = 0;
+    /// Why it is about to leave the port by itself; each is told once, and ends with powered().
+    enum class Leave
+    {
+        No,
+        Restart,   ///< when what it has sent is out
+        CableLost, ///< at once, but it goes on running
+        PowerLost  ///< at once
+    };
+    virtual Leave takeLeave() { return Leave::No; }
+    /// It is back at a port.
+    virtual void powered(Moment) {}
     /// When advance() has something to do again; nothing when only the host can change that.
     virtual std::optional<Moment> nextDue() const = 0;
 

@@ -67,6 +67,9 @@ Instrument::Instrument(Setup setup, FrameSink& sink)
     m_state.constants = m_kept.constants;
     m_state.pointsInTest = m_state.settings.points;
     m_state.idleOutput = m_state.settings.idleFrequency != 0;
+    m_update = std::make_unique<FirmwareUpdate>(
+        m_kept.firmware, m_state, FirmwareUpdate::Setup{m_setup.firmwareKeys, m_setup.firmwareFaults, m_setup.tell},
+        sink);
 }
 
 Instrument::~Instrument() = default;
@@ -97,6 +100,9 @@ void Instrument::hostLeft()
     m_levels.endSpot();
     m_parser.reset();
     m_hostKnown = false;
+    if (m_update->isExclusive())
+        keepFirmware();
+    m_update->hostLeft();
 }
 
 void Instrument::receive(std::string_view bytes, Moment now)
@@ -117,10 +123,17 @@ void Instrument::takeInput(Moment now)
             stop({});
             break;
         case CommandParser::Kind::Block:
-            takeScriptBytes(input->argument);
+            if (m_update->isReceiving())
+                m_update->take(input->argument, now);
+            else
+                takeScriptBytes(input->argument);
             break;
         case CommandParser::Kind::Command:
-            if (!dispatch(input->word, input->argument))
+            if (FirmwareUpdate::isOwn(input->word))
+                bootCommand(input->word, input->argument);
+            else if (m_update->isExclusive())
+                break; // bytes of an image that have lost their beginning may look like anything
+            else if (!dispatch(input->word, input->argument))
                 ++m_unknownCommands;
             break;
         }
@@ -133,6 +146,12 @@ void Instrument::advance(Moment now, int frameBudget)
     takeInput(now);
     if (m_script.hasFallenSilent(now))
         giveUpTransfer();
+    if (m_update->hasFallenSilent(now)) {
+        m_parser.reset();
+        m_update->giveUp();
+    }
+    if (m_update->takeKeepWanted())
+        keepFirmware();
     m_script.advance(now);
     if (m_test.isRunning()) {
         m_test.advance(now, frameBudget);
@@ -145,7 +164,8 @@ void Instrument::advance(Moment now, int frameBudget)
 
 std::optional<Moment> Instrument::nextDue() const
 {
-    const std::optional<Moment> due = earlier(m_parser.nextDue(), m_script.nextDue(m_now));
+    const std::optional<Moment> due =
+        earlier(earlier(m_parser.nextDue(), m_script.nextDue(m_now)), m_update->nextDue());
     return earlier(due, m_test.isRunning() ? m_test.nextDue() : m_levels.nextDue(idleLevelsWanted()));
 }
 
@@ -153,6 +173,8 @@ QString Instrument::activity() const
 {
     if (m_test.isRunning())
         return m_test.activity();
+    if (QString update = m_update->activity(); !update.isEmpty())
+        return update;
     if (QString spot = m_levels.activity(); !spot.isEmpty())
         return spot;
     if (m_script.isTransferring())
@@ -194,6 +216,8 @@ QStringList Instrument::commandWords()
     QStringList words = settings::words() + constants::words();
     for (const Command& command : commands())
         words.append(QLatin1String(command.word));
+    for (const char* word : {"boot", "bootbegin", "bootblock", "bootswitch"})
+        words.append(QLatin1String(word));
     return words;
 }
 
@@ -416,7 +440,7 @@ bool Instrument::execute(std::string_view command)
         return true;
     }
     // A script neither replaces nor restarts itself.
-    if (word == "run" || word == "loadscript")
+    if (word == "run" || word == "loadscript" || FirmwareUpdate::isOwn(word))
         return false;
     return dispatch(word, blank == std::string_view::npos ? std::string_view() : command.substr(blank + 1));
 }
@@ -433,6 +457,40 @@ void Instrument::stopScript()
 {
     m_script.stop();
     send(status::scriptRunning(false));
+}
+
+// Firmware
+
+void Instrument::bootCommand(std::string_view word, std::string_view argument)
+{
+    const bool busy = m_test.isRunning() || m_script.isRunning() || m_script.isTransferring();
+    m_levels.endSpot();
+    if (const std::size_t bytes = m_update->command(word, argument, busy, m_now))
+        m_parser.expectBlock(bytes);
+}
+
+Device::Leave Instrument::takeLeave()
+{
+    return m_update->takeLeave();
+}
+
+void Instrument::powered(Moment now)
+{
+    m_now = now;
+    if (!m_update->powered())
+        return;
+    m_state.settings = settings::bounded(m_kept.settings, *m_state.facts);
+    m_state.loopback = false;
+    m_state.pen = 0;
+    m_state.pointsInTest = m_state.settings.points;
+    m_state.idleOutput = m_state.settings.idleFrequency != 0;
+    keepFirmware();
+}
+
+void Instrument::keepFirmware()
+{
+    // It lies in the flash of this run all the same; the next run goes on from what was kept last.
+    static_cast<void>(keep());
 }
 
 // Memory

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "sim/Device.h"
+#include "sim/FirmwareUpdate.h"
 #include "sim/KeptMemory.h"
 #include "sim/Levels.h"
 #include "sim/MeasuredLevels.h"
@@ -28,8 +29,10 @@ public:
         std::uint64_t seed = 1;
         double noise = 1; ///< times that of a good instrument
         Pace pace;
-        double idleLevelsPerSecond = 2; ///< level frames between tests; 0 for none
-        int firmwareMajor = 1, firmwareMinor = 28;
+        double idleLevelsPerSecond = 2;            ///< level frames between tests; 0 for none
+        int firmwareMajor = 1, firmwareMinor = 28; ///< of the image that it was made with
+        firmware::TrustedKeys firmwareKeys;        ///< without any, no firmware is taken
+        FaultPlan firmwareFaults;
         std::optional<KeptMemory>
             memory; ///< of the same model, as kept at the last run; the state of a new instrument when there is none
         /// Called whenever something is to survive switching off. May be empty.
@@ -51,6 +54,8 @@ public:
     std::optional<Moment> nextDue() const override;
     QByteArray serial() const override { return m_state.constants.serial; }
     QString activity() const override;
+    Leave takeLeave() override;
+    void powered(Moment now) override;
 
     const InstrumentState& state() const override { return m_state; }
     const ferrolex::Measured& measured() const override { return m_sink.measured(); }
@@ -99,6 +104,8 @@ private:
     void runEnded(bool completed, bool constants);
     void beginSpot(TestKind kind, std::string_view argument);
     void takeScriptBytes(const std::string& bytes);
+    void bootCommand(std::string_view word, std::string_view argument);
+    void keepFirmware();
     void giveUpTransfer();
     void stopScript();
     void keepConstants();
@@ -117,6 +124,7 @@ private:
     RunningTest m_test;
     Levels m_levels;
     ScriptSlot m_script;
+    std::unique_ptr<FirmwareUpdate> m_update;
     Moment m_now{0};
     bool m_hostKnown = false; ///< has enquired since it came
     int m_unknownCommands = 0;

@@ -85,6 +85,7 @@ QByteArray KeptMemory::toJson() const
                                      {"version", kVersion},
                                      {"settings", settingsObject},
                                      {"constants", constantsObject},
+                                     {"firmware", firmware.toJson()},
                                      {"script", QString::fromLatin1(script.toBase64())}})
         .toJson();
 }
@@ -137,6 +138,7 @@ ValueOr<KeptMemory> KeptMemory::fromJson(const QByteArray& text)
         c.calibration = Calibration();
     memory.script = QByteArray::fromBase64(root.value(QLatin1String("script")).toString().toLatin1())
                         .left(ScriptSlot::kLongestScript);
+    memory.firmware = Flash::fromJson(root.value(QLatin1String("firmware")).toObject());
     return memory;
 }
 

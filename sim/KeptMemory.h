@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "sim/boot/Flash.h"
 #include "sim/protocol/InstrumentState.h"
 #include "values/Outcome.h"
 
@@ -15,6 +16,7 @@ struct KeptMemory
     SweepSettings settings;
     InstrumentConstants constants;
     QByteArray script;
+    Flash firmware;
 
     bool operator==(const KeptMemory&) const = default;
 

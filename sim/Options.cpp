@@ -170,9 +170,10 @@ const std::vector<Declaration>& declarations()
                            "Misbehave, on average once in N frames. May be given several times; see below."),
          [](Options& options, const QString& value) { return options.faults.add(value); }},
         {"memory", "FILE",
-         QT_TRANSLATE_NOOP("sim::Options",
-                           "Where settings, calibration and script are kept. Default: a file for each serial number in "
-                           "~/.local/state/marrowick/instruments."),
+         QT_TRANSLATE_NOOP(
+             "sim::Options",
+             "Where settings, calibration, script and firmware are kept. Default: a file for each serial number in "
+             "~/.local/state/marrowick/instruments."),
          [](Options& options, const QString& value) {
              options.memory = value;
              return Outcome::success();
@@ -195,6 +196,13 @@ const std::vector<Declaration>& declarations()
         {"firmware", "M.m",
          QT_TRANSLATE_NOOP("sim::Options", "Firmware version to report. Default: the version of this program."),
          applyFirmware},
+        {"trusted-keys", "FOLDER",
+         QT_TRANSLATE_NOOP("sim::Options", "Public keys whose firmware the instrument takes. Default: "
+                                           "$MARROWICK_TRUSTED_KEYS, or /etc/marrowick/trusted-keys."),
+         [](Options& options, const QString& value) {
+             options.trustedKeys = value;
+             return Outcome::success();
+         }},
         {"status", nullptr,
          QT_TRANSLATE_NOOP("sim::Options", "Say what goes on, on standard error, even when that is no terminal."),
          [](Options& options, const QString&) {

@@ -31,6 +31,7 @@ struct Options
     std::optional<QString> memory; ///< file; empty for no file at all; else MemoryFile::defaultFileName()
     QString scriptFrames;
     double idleLevelsPerSecond = 2;
+    QString trustedKeys;   ///< folder; empty for that of the host
     int firmwareMajor = 0; ///< unless chosen, the version of this program, with which a host of its own age agrees
     int firmwareMinor = 0;
     bool status = false; ///< also when standard error is no terminal

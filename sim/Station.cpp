@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <chrono>
 #include <poll.h>
+#include <unistd.h>
 
 namespace sim {
 
@@ -23,6 +24,7 @@ constexpr int kFramesARound = 64;
 constexpr int kReadsARound = 16;
 /// A closed port cannot be waited for, only looked at.
 constexpr Duration kHostLookInterval = std::chrono::milliseconds(20);
+constexpr unsigned kLastAnswerTime = 50'000; // microseconds
 constexpr Duration kLongestWait = std::chrono::seconds(1);
 constexpr Duration kStatusInterval = std::chrono::milliseconds(250);
 
@@ -83,12 +85,12 @@ void Station::hostGone()
         m_port.discardOutput();
 }
 
-void Station::unplug(Moment now)
+void Station::unplug(Moment now, Duration away)
 {
     m_entry.withdraw();
     m_port.close();
     hostGone();
-    m_plugInDue = now + kUnpluggedTime;
+    m_plugInDue = now + away;
 }
 
 /// False when the host has gone.
@@ -132,10 +134,36 @@ bool Station::serve(Moment now)
     if (m_line.pending() < kMeasureLimit)
         m_device.advance(now, kFramesARound);
     if (m_line.takeUnplugged()) {
-        unplug(now);
+        unplug(now, kUnpluggedTime);
         return true;
     }
-    return writeFrames(now);
+    if (leaves(now))
+        return true;
+    const bool hostThere = writeFrames(now);
+    if (m_restarts && (m_line.pending() == 0 || !hostThere)) {
+        m_restarts = false;
+        // The host is to read the last answer before the device goes from under it.
+        ::usleep(kLastAnswerTime);
+        unplug(now, kRestartTime);
+        return true;
+    }
+    return hostThere;
+}
+
+bool Station::leaves(Moment now)
+{
+    switch (m_device.takeLeave()) {
+    case Device::Leave::No:
+        return false;
+    case Device::Leave::Restart:
+        m_restarts = true;
+        return false;
+    case Device::Leave::CableLost:
+    case Device::Leave::PowerLost:
+        unplug(now, kUnpluggedTime);
+        return true;
+    }
+    return false;
 }
 
 bool Station::waitForWork(int endDescriptor, Moment now)
@@ -193,6 +221,7 @@ Outcome Station::run(int endDescriptor)
             m_plugInDue.reset();
             if (Outcome plugged = plugIn(); !plugged)
                 return plugged;
+            m_device.powered(now);
         }
         if (m_port.isOpen())
             noticeHost(now);

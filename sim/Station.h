@@ -20,6 +20,9 @@ public:
     /// How long the cable stays out after the fault "unplug".
     static constexpr Duration kUnpluggedTime = std::chrono::milliseconds(1500);
 
+    /// How long an instrument is away that restarts.
+    static constexpr Duration kRestartTime = std::chrono::milliseconds(700);
+
     /// All four outlive the station. The entry has been claimed. The port is on any terminal but notOn.
     Station(Device& device, Line& line, DeviceEntry& entry, StatusLine& status, const QByteArray& notOn = {});
 
@@ -34,7 +37,8 @@ private:
     static Moment clock();
     void noticeHost(Moment now);
     void hostGone();
-    void unplug(Moment now);
+    void unplug(Moment now, Duration away);
+    bool leaves(Moment now);
     bool readCommands(Moment now);
     bool writeFrames(Moment now);
     bool serve(Moment now);
@@ -50,6 +54,7 @@ private:
     bool m_hostPresent = false;
     bool m_outputBlocked = false;
     std::optional<Moment> m_plugInDue;
+    bool m_restarts = false; ///< as soon as what the device has sent is out
     std::uint64_t m_framesAtLastStatus = 0;
     Moment m_lastStatus{0};
 };

@@ -31,13 +31,17 @@ constexpr std::array<Kind, kFaultCount> kKinds{{
     {"flood", 300, QT_TRANSLATE_NOOP("sim::FaultPlan", "a burst of 500 frames without meaning")},
     {"wrong-length", 40, QT_TRANSLATE_NOOP("sim::FaultPlan", "a frame is a few columns too long or too short")},
     {"non-numeric", 60, QT_TRANSLATE_NOOP("sim::FaultPlan", "a field holds no number")},
+    {"power", 2, QT_TRANSLATE_NOOP("sim::FaultPlan", "power is lost in block N of a firmware update, once")},
+    {"cable", 2, QT_TRANSLATE_NOOP("sim::FaultPlan", "the cable is pulled at block N of a firmware update, once")},
+    {"dead-image", 1, QT_TRANSLATE_NOOP("sim::FaultPlan", "the next N new firmware images do not report in")},
 }};
 
 } // namespace
 
 bool FaultPlan::any() const
 {
-    return std::any_of(everyFrames.begin(), everyFrames.end(), [](std::uint32_t every) { return every != 0; });
+    return std::any_of(everyFrames.begin(), everyFrames.begin() + static_cast<std::ptrdiff_t>(Fault::PowerLost),
+                       [](std::uint32_t every) { return every != 0; });
 }
 
 QStringList FaultPlan::names()

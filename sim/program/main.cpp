@@ -171,6 +171,9 @@ int runInstrument(const Session& session, const sim::Replay& replay)
     setup.idleLevelsPerSecond = options.idleLevelsPerSecond;
     setup.firmwareMajor = options.firmwareMajor;
     setup.firmwareMinor = options.firmwareMinor;
+    setup.firmwareKeys = firmware::TrustedKeys::ofFolder(
+        options.trustedKeys.isEmpty() ? firmware::TrustedKeys::installedFolder() : options.trustedKeys);
+    setup.firmwareFaults = options.faults;
     if (const Outcome chosen = chooseSpecimen(options, replay, setup); !chosen)
         return complain(chosen.sentence(), kUsage);
     if (const Outcome chosen = chooseScript(options.scriptFrames, setup); !chosen)

@@ -61,7 +61,10 @@ ExitCode runCommand(Command& command, const QStringList& words, Console& console
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.addOptions(options);
     parser.setApplicationDescription(command.description());
-    if (command.files() != Command::Files::None)
+    const bool ownWords = command.files() == Command::Files::Words;
+    if (ownWords)
+        parser.addPositionalArgument(u"words"_s, tr("What to do, and with which file."), command.words());
+    else if (command.files() != Command::Files::None)
         parser.addPositionalArgument(u"file"_s, tr("Plot files; \"-\" is standard input."),
                                      takesMany ? u"FILE..."_s : u"FILE"_s);
     const bool understood = parser.parse(words);
@@ -78,12 +81,12 @@ ExitCode runCommand(Command& command, const QStringList& words, Console& console
     if (!understood)
         return console.failed(command.refusal(), parser.errorText());
     const QStringList files = parser.positionalArguments();
-    const qsizetype most = takesMany ? files.size() : command.files() == Command::Files::One ? 1 : 0;
+    const qsizetype most = takesMany || ownWords ? files.size() : command.files() == Command::Files::One ? 1 : 0;
     if (files.size() > most)
         return console.failed(command.refusal(), tr("\"%1\" has no place here").arg(files.at(most)) +
                                                      suggestion(files.at(most), longNames(options), u"--"_s,
                                                                 tr("; options begin with \"--\".")));
-    if (files.isEmpty() && command.files() != Command::Files::None)
+    if (files.isEmpty() && !ownWords && command.files() != Command::Files::None)
         return console.failed(command.refusal(), tr("A plot file is missing."));
     if (files.count(u"-"_s) > 1)
         return console.failed(command.refusal(), tr("Standard input can be read once only."));

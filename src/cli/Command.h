@@ -24,7 +24,8 @@ public:
     {
         None,
         One,
-        Many ///< --jobs is understood
+        Many, ///< --jobs is understood
+        Words ///< words of its own, which it judges itself
     };
 
     virtual ~Command() = default;
@@ -43,6 +44,8 @@ public:
     virtual ExitCode refusal() const { return ExitCode::Usage; }
     /// The last lines of the command's help. A command whose answer is its exit code has codes of its own.
     virtual QString exitCodes() const { return exitCodeHelp(); }
+    /// For the help of a command with words of its own: "show|check FILE".
+    virtual QString words() const { return {}; }
     /// Reads its options and does its work; problems have been told on the console when it returns.
     virtual ExitCode run(Arguments& arguments, Console& console) = 0;
 };

@@ -38,6 +38,11 @@ protected:
                                   QStringLiteral("--output"), plot()});
         ASSERT_EQ(made.exitCode, 0) << made.errors.toStdString();
         write("mask.mgm", "frequency_Hz upper_Ohm lower_Ohm\n1 1e30 0\n1e9 1e30 0\n");
+        const Ended packed = runProgram(kProgram, {QStringLiteral("firmware"), QStringLiteral("pack"), plot(),
+                                                   QStringLiteral("--hardware"), QStringLiteral("2"),
+                                                   QStringLiteral("--firmware-version"), QStringLiteral("1.29"),
+                                                   QStringLiteral("--output"), path(QStringLiteral("image.mfw"))});
+        ASSERT_EQ(packed.exitCode, 0) << packed.errors.toStdString();
     }
 
     /// An answer of a web folder that offers a program.
@@ -81,6 +86,7 @@ protected:
         add("devices", {"devices", "devices --json"});
         add("export", {"export --force plot.gzd", "export --force --json plot.gzd", "export --output - plot.gzd",
                        "export - < plot.gzd"});
+        add("firmware", {"firmware show image.mfw", "firmware show --json image.mfw"});
         add("mask", {"mask --set mask.mgm plot.gzd", "mask --set mask.mgm --json plot.gzd",
                      "mask --set mask.mgm --pen 1 plot.gzd", "mask --set mask.mgm --pen 1 --json plot.gzd"});
         add("recover", {"recover", "recover --json"});

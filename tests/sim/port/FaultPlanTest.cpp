@@ -10,7 +10,7 @@ TEST(FaultPlan, UnknownKindsAndDistancesAreAnsweredWithWhatIsPossible)
         faults.add("gremlins").sentence(),
         QString(
             "There is no fault \"gremlins\". The kinds are: garbage, lost, split, stall, unplug, flood, wrong-length, "
-            "non-numeric."));
+            "non-numeric, power, cable, dead-image."));
     EXPECT_EQ(faults.add("lost:often").sentence(),
               QString("Behind \"lost:\" stands in how many frames the fault strikes once, for example lost:60."));
     EXPECT_FALSE(faults.add("lost:0").ok());
