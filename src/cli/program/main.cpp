@@ -33,7 +33,8 @@ void fill(cli::CommandTable& table)
     table.push_back(std::make_unique<cli::MaskCommand>());
     table.push_back(std::make_unique<cli::RecoverCommand>());
     table.push_back(std::make_unique<cli::FirmwareCommand>());
-    table.push_back(std::make_unique<cli::UpdatesCommand>(QStringList{QStringLiteral("T46"), QStringLiteral("DT46")}));
+    table.push_back(
+        std::make_unique<cli::UpdatesCommand>(QStringList{QStringLiteral("T46"), QStringLiteral("PELLFERN")}));
     table.push_back(std::make_unique<cli::CompletionCommand>(table));
 }
 

@@ -47,6 +47,7 @@ WindowParts::WindowParts(frmMain& window, const ShellContext& context)
     , maskFrame(deviceModule)
     , masks({registry, active, context.preferences, context.messages, fileDialogs})
     , exports(commandContext, pens)
+    , updates(commandContext, window)
     , commands(window, registry, *window.menuBar(), toolBar, penBar)
     , quickFiles(window, commands, context.preferences,
                  [this](const QString& fileName) { documents.LoadExistingDocument(fileName); })

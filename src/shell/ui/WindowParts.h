@@ -27,6 +27,7 @@
 #include "shell/commands/ui/QuickFileMenu.h"
 #include "shell/commands/ui/RecoveryCommands.h"
 #include "shell/commands/ui/TestCommands.h"
+#include "shell/commands/ui/UpdateCommands.h"
 #include "shell/commands/ui/WindowCommands.h"
 #include "shell/ui/DocumentBars.h"
 #include "shell/ui/PenBar.h"
@@ -72,6 +73,7 @@ struct WindowParts
     MaskFrame maskFrame;
     MaskCommands masks;
     ExportCommands exports;
+    UpdateCommands updates;
 
     CommandSet commands;
     QuickFileMenu quickFiles;

@@ -122,7 +122,8 @@ Outcome installer::run(const QString& file)
     return notStarted(file, tr("The system could not run it."));
 }
 
-QString installer::systemKeyFolder()
+QString installer::trustedKeyFolder()
 {
-    return QStringLiteral("/etc/marrowick/update-keys");
+    const QByteArray chosen = qgetenv("MARROWICK_TRUSTED_KEYS");
+    return chosen.isEmpty() ? QStringLiteral("/etc/marrowick/trusted-keys") : QFile::decodeName(chosen);
 }

@@ -25,7 +25,7 @@ Outcome mayStart(const QString& file, const QString& keyFolder);
 /// Starts the program by itself, after it has got the right to run. It outlives this process.
 Outcome run(const QString& file);
 
-/// Where the installed package keeps the keys that are trusted for program updates.
-QString systemKeyFolder();
+/// The folder of the keys that this machine trusts: $MARROWICK_TRUSTED_KEYS, or /etc/marrowick/trusted-keys.
+QString trustedKeyFolder();
 
 } // namespace installer

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <optional>
 #include <sodium.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -52,6 +54,14 @@ QList<QByteArray> linesOf(const QByteArray& text)
 const unsigned char* bytes(const QByteArray& data)
 {
     return reinterpret_cast<const unsigned char*>(data.constData());
+}
+
+/// Or who can tell: an open file whose owner is neither this user nor the administrator, or that more may write.
+bool writtenByOthers(const QFile& file)
+{
+    struct stat state = {};
+    return ::fstat(file.handle(), &state) != 0 || (state.st_uid != 0 && state.st_uid != ::geteuid()) ||
+           (state.st_mode & (S_IWGRP | S_IWOTH)) != 0;
 }
 
 bool fits(const QByteArray& signature, const QByteArray& message, const minisign::PublicKey& key)
@@ -125,7 +135,7 @@ std::vector<minisign::PublicKey> minisign::keysOfFolder(const QString& folder)
         return keys;
     for (const QString& name : dir.entryList({QStringLiteral("*.pub")}, QDir::Files, QDir::Name)) {
         QFile file(dir.filePath(name));
-        if (!file.open(QFile::ReadOnly))
+        if (!file.open(QFile::ReadOnly) || writtenByOthers(file))
             continue;
         if (const auto key = readPublicKey(file.read(kLargestKeyFile)))
             keys.push_back(key.value());

@@ -35,7 +35,8 @@ struct Signature
 ValueOr<PublicKey> readPublicKey(const QByteArray& text);
 ValueOr<Signature> readSignature(const QByteArray& text);
 
-/// The keys in the files "*.pub" of a folder; what is no key is left out.
+/// The keys in the files "*.pub" of a folder. What is no key is left out, and what other users than the administrator
+/// could have written, since it says nothing of who trusts it.
 std::vector<PublicKey> keysOfFolder(const QString& folder);
 
 /// A key's number as people write it.

@@ -95,7 +95,7 @@ TEST_F(CommandSetTest, menusKeepTheirOrder)
     EXPECT_EQ(namesOf(main->commands().menu(Command::Menu::Masks)).join(u' '),
               QStringLiteral("- mnuCheckMask - mnuMaskRead mnuMaskSave"));
     EXPECT_EQ(namesOf(main->commands().menu(Command::Menu::Help)).join(u' '),
-              QStringLiteral("- mnuManual mnuInterimManual mnuOnLineHelp - mnuHelpAbout"));
+              QStringLiteral("- mnuManual mnuInterimManual mnuOnLineHelp - mnuHelpUpdate - mnuHelpAbout"));
     EXPECT_EQ(
         buttonsOf("tbToolBar").join(u' '),
         QStringLiteral("mnuFileNew mnuFileOpen mnuFileSave mnuFileExport - mnuEditCut mnuEditCopy "

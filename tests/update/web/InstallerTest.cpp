@@ -148,6 +148,14 @@ TEST_F(InstallerTest, AnEmptyFolderOfKeysTrustsNobody)
                              path("keys").toStdString() + " has none.");
 }
 
+TEST_F(InstallerTest, TheFolderOfKeysIsTheSystemsUnlessTheUserNamesAnother)
+{
+    EXPECT_EQ(installer::trustedKeyFolder(), "/etc/marrowick/trusted-keys");
+    qputenv("MARROWICK_TRUSTED_KEYS", "/some/where");
+    EXPECT_EQ(installer::trustedKeyFolder(), "/some/where");
+    qunsetenv("MARROWICK_TRUSTED_KEYS");
+}
+
 TEST_F(InstallerTest, AProgramIsRunAndAPackageIsOneByItsName)
 {
     EXPECT_TRUE(installer::isPackage("/a/marrowick_1.29_amd64.deb"));

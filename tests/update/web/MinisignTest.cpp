@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 using namespace minisign;
 using ::testing::HasSubstr;
@@ -137,7 +138,7 @@ TEST(Minisign, WhatIsNoKeyIsRefused)
             << text.constData();
 }
 
-TEST(Minisign, AFolderGivesItsKeysAndLeavesOutTheRest)
+TEST(Minisign, AFolderGivesTheKeysThatNobodyElseCanHaveWritten)
 {
     const QTemporaryDir folder;
     const auto write = [&folder](const char* name, const QByteArray& text) {
@@ -153,4 +154,7 @@ TEST(Minisign, AFolderGivesItsKeysAndLeavesOutTheRest)
     const auto keys = keysOfFolder(folder.path());
     ASSERT_EQ(keys.size(), 2u);
     EXPECT_EQ(idText(keys[1].id).toStdString(), "0B65828CFCF6D263");
+    ASSERT_EQ(::chmod(QFile::encodeName(folder.filePath("a.pub")).constData(), 0664), 0);
+    ASSERT_EQ(::chmod(QFile::encodeName(folder.filePath("b.pub")).constData(), 0646), 0);
+    EXPECT_TRUE(keysOfFolder(folder.path()).empty()) << "others could have written them";
 }

@@ -49,6 +49,7 @@ TEST(UpdateVersion, ATagThatHoldsTheSeparatorMakesTheMinorZero)
     EXPECT_EQ(GetFileMinorVersion("DT46V1D28B3.mfw"), 0);
     EXPECT_EQ(GetVersionFromFileName("DT46V1D28B3.mfw"), 1.0);
     EXPECT_EQ(GetVersionFromFileName("DT46V1R28B3.mfw"), 1.28) << "\"R\" is looked for first";
+    EXPECT_EQ(GetVersionFromFileName("PELLFERNV1R28B3.mfw"), 1.0);
 }
 
 TEST(UpdateVersion, ANameWithoutTheGrammarIsVersionZero)

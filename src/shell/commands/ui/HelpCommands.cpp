@@ -69,8 +69,7 @@ void HelpCommands::mnuHelpAbout_Click()
 {
     auto* form =
         new frmAbout(m_context.program.device, m_context.program.mirror, m_context.program.messages, &m_context.window);
-    // There is no update window yet that the button could open.
-    if (auto* upgrade = form->findChild<QWidget*>(QStringLiteral("cmdUpgrade")))
-        upgrade->hide();
+    QObject::connect(form, &frmAbout::upgradeWanted, form,
+                     [this] { m_context.commands.trigger(QStringLiteral("mnuHelpUpdate")); });
     showModally(form);
 }
