@@ -183,7 +183,8 @@ void DeviceModule::deviceConnected()
     m_silence.start();
     DeviceEnquire();
     m_context.port.unloadDeviceChooser();
-    if (m_context.preferences.value(options::kOpenSettings))
+    // A wizard that listens to one code alone has the instrument for itself.
+    if (m_onlyCode == 0 && m_context.preferences.value(options::kOpenSettings))
         m_context.port.showSettings();
 }
 
@@ -213,13 +214,13 @@ void DeviceModule::deviceDisconnected()
 
 void DeviceModule::deviceAttached()
 {
-    if (m_context.preferences.value(options::kPromptDevice))
+    if (m_onlyCode == 0 && m_context.preferences.value(options::kPromptDevice))
         m_context.port.mnuTestDevice_Click();
 }
 
 void DeviceModule::tellSilence()
 {
-    if (!m_context.device.Connected() || m_context.state.gbfPlotting)
+    if (!m_context.device.Connected() || m_context.state.gbfPlotting || m_onlyCode != 0)
         return;
     m_silenceTold = true;
     m_panels.show(StatusPanels::State, "No answer");

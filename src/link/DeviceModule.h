@@ -54,7 +54,8 @@ public:
     /// Adds the handler of a message code; replaces the one there was. A frame without a handler is ignored.
     /// Handlers may run event loops: inbound frames wait meanwhile.
     void registerHandler(char code, Handler handler);
-    /// Frames of every other code are dropped until 0 is set: the firmware wizard listens to "O" alone.
+    /// Frames of every other code are dropped until 0 is set: the firmware wizard listens to "O" alone. Until then no
+    /// connection opens the settings, and no device that appears the chooser.
     void setOnlyCode(char code) { m_onlyCode = code; }
 
     /// Reads what the link holds, as long as a whole frame waits, and dispatches each valid frame. A strict field that

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/WindowParts.h"
 
+#include "controls/tarnload/file/ModelNames.h"
 #include "document/PenDocument.h"
 #include "program/CommandLine.h"
 #include "shell/ui/frmMain.h"
@@ -16,6 +17,12 @@ FileOpener::Reader plotReader(DocumentList& documents)
     static const QByteArray kPlot("\xd9\xd9\xf7", 3);
     return {[](const QByteArray& head) { return head.startsWith(kPlot); }, FileKind::isPlotFile,
             [&documents](const QString& file) { return documents.LoadExistingDocument(file); }};
+}
+
+QString listingTag(const QString& deviceModel)
+{
+    const firmware::ModelNames* const names = firmware::modelReportedAs(deviceModel);
+    return names ? QString(names->tag) : QString();
 }
 
 } // namespace
@@ -47,7 +54,11 @@ WindowParts::WindowParts(frmMain& window, const ShellContext& context)
     , maskFrame(deviceModule)
     , masks({registry, active, context.preferences, context.messages, fileDialogs})
     , exports(commandContext, pens)
-    , updates(commandContext, window)
+    , firmware(window, deviceModule, context.devices, registry,
+               [this](const QString& title, const QString& filter, const QString& folder) {
+                   return fileDialogs.openFileNames(title, filter, folder).value(0);
+               })
+    , updates(commandContext, window, {[this](QWidget& owner) { firmware.showWizard(owner); }, &listingTag})
     , commands(window, registry, *window.menuBar(), toolBar, penBar)
     , quickFiles(window, commands, context.preferences,
                  [this](const QString& fileName) { documents.LoadExistingDocument(fileName); })

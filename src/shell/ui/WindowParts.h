@@ -32,6 +32,7 @@
 #include "shell/ui/DocumentBars.h"
 #include "shell/ui/PenBar.h"
 #include "shell/ui/StatusBar.h"
+#include "update/ui/FirmwareFeature.h"
 
 class QToolBar;
 class frmMain;
@@ -73,6 +74,7 @@ struct WindowParts
     MaskFrame maskFrame;
     MaskCommands masks;
     ExportCommands exports;
+    FirmwareFeature firmware;
     UpdateCommands updates;
 
     CommandSet commands;

@@ -101,7 +101,8 @@ public:
     qint64 bytesHeard = 0;  ///< from the host, in all
     int framesToLose = 0;   ///< answers that get lost from now on
     int unplugs = 0;
-    bool busy = false; ///< a test runs
+    bool busy = false;                                      ///< a test runs
+    std::function<void(const std::string& word)> onCommand; ///< any command that is none of an upgrade
 
 private:
     class Source : public DeviceSource
@@ -158,6 +159,8 @@ private:
             else if (input->kind == sim::CommandParser::Kind::Command && sim::FirmwareUpdate::isOwn(input->word)) {
                 if (const std::size_t count = update->command(input->word, input->argument, busy, now))
                     parser.expectBlock(count);
+            } else if (onCommand && input->kind == sim::CommandParser::Kind::Command) {
+                onCommand(input->word);
             }
         }
         switch (update->takeLeave()) {

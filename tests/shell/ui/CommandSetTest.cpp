@@ -94,8 +94,9 @@ TEST_F(CommandSetTest, menusKeepTheirOrder)
                              "mnuTestDevice mnuTestDeviceProperties mnuTestSchedule"));
     EXPECT_EQ(namesOf(main->commands().menu(Command::Menu::Masks)).join(u' '),
               QStringLiteral("- mnuCheckMask - mnuMaskRead mnuMaskSave"));
-    EXPECT_EQ(namesOf(main->commands().menu(Command::Menu::Help)).join(u' '),
-              QStringLiteral("- mnuManual mnuInterimManual mnuOnLineHelp - mnuHelpUpdate - mnuHelpAbout"));
+    EXPECT_EQ(
+        namesOf(main->commands().menu(Command::Menu::Help)).join(u' '),
+        QStringLiteral("- mnuManual mnuInterimManual mnuOnLineHelp - mnuHelpUpdate mnuHelpFirmware - mnuHelpAbout"));
     EXPECT_EQ(
         buttonsOf("tbToolBar").join(u' '),
         QStringLiteral("mnuFileNew mnuFileOpen mnuFileSave mnuFileExport - mnuEditCut mnuEditCopy "
