@@ -67,17 +67,25 @@ QString valueText(const resonance::Figure& figure, const QString& unit)
 {
     if (!std::isfinite(figure.value))
         return u"N/A"_s;
-    // Two digits of the uncertainty.
-    constexpr double kFewest = 2;
-    constexpr double kMost = 12;
-    double digits = kMost;
-    if (figure.uncertainty > 0 && figure.value != 0)
-        digits = std::floor(std::log10(std::abs(figure.value))) - std::floor(std::log10(figure.uncertainty)) + 2;
-    const int shown = static_cast<int>(std::clamp(digits, kFewest, kMost));
-    const QString text = values::engineeringText(figure.value, unit, shown).trimmed();
-    return std::isfinite(figure.uncertainty)
-               ? text + u" \u00b1 "_s + values::engineeringText(figure.uncertainty, unit, 2).trimmed()
-               : text;
+    const bool isKnown = figure.uncertainty > 0 && std::isfinite(figure.uncertainty);
+    // Two digits of the uncertainty, and the value to the same place.
+    const double place = isKnown ? std::floor(std::log10(figure.uncertainty)) - 1 : 0;
+    QString value;
+    QString uncertainty;
+    if (unit.isEmpty()) {
+        constexpr double kMostDecimals = 9;
+        const int decimals = static_cast<int>(std::clamp(-place, 0.0, kMostDecimals));
+        value = isKnown ? QString::number(figure.value, 'f', decimals) : QString::number(figure.value);
+        uncertainty = QString::number(figure.uncertainty, 'f', decimals);
+    } else {
+        constexpr double kFewest = 2;
+        constexpr double kMost = 12;
+        const double digits =
+            isKnown && figure.value != 0 ? std::floor(std::log10(std::abs(figure.value))) - place + 1 : kMost;
+        value = values::engineeringText(figure.value, unit, static_cast<int>(std::clamp(digits, kFewest, kMost)));
+        uncertainty = values::engineeringText(figure.uncertainty, unit, 2);
+    }
+    return isKnown ? value.trimmed() + u" \u00b1 "_s + uncertainty.trimmed() : value.trimmed();
 }
 
 QString coverageText(const Mode& mode)

@@ -28,7 +28,8 @@ QString definition(const Measure& measure);
 /// Of the capacitance at low frequency.
 QString capacitanceDefinition();
 
-/// "40.00031 kHz ± 0.83 Hz": as many digits as the standard uncertainty leaves; "N/A" where there is no value.
+/// "40.00031 kHz ± 830 mHz": as many digits as the standard uncertainty leaves, without prefix where there is no unit;
+/// "N/A" where there is no value.
 QString valueText(const resonance::Figure& figure, const QString& unit);
 /// "95 of 100 intervals of 1.98 times the uncertainties hold the true value".
 QString coverageText(const resonance::Mode& mode);

@@ -79,6 +79,9 @@ Mode figuresOf(const FitResult& fit, int mode)
         if (std::isfinite(values[v])) // what is unknown has no uncertainty
             *figures[v] = {values[v], std::sqrt(std::max(variance, 0.0) * fit.scale())};
     }
+    const std::complex<double> top = fit.model(values[0]);
+    result.conductance = top.real();
+    result.susceptance = top.imag();
     result.degreesOfFreedom = fit.degreesOfFreedom();
     result.coverageFactor = studentFactor95(result.degreesOfFreedom);
     return result;

@@ -40,6 +40,9 @@ struct Mode
     Figure c0;   ///< F, of what is left at fs when the motional arm is taken away
     Figure fp;   ///< Hz, parallel resonance
     Figure keff; ///< effective coupling factor
+    /// S, of the fitted curve at fs, all modes and the rest of the part included.
+    double conductance = std::numeric_limits<double>::quiet_NaN();
+    double susceptance = std::numeric_limits<double>::quiet_NaN();
     double pointsPerBandwidth = 0;
     int degreesOfFreedom = 0;
     /// Half of a 95 % interval over the standard uncertainty (Student).

@@ -41,6 +41,7 @@ WindowParts::WindowParts(frmMain& window, const ShellContext& context)
     , journal(recovery::stateFolder())
     , testRun(deviceModule)
     , deviceWindows(window, deviceModule, window, registry)
+    , analysis(window, deviceModule, registry)
     , bars(registry, penBar, statusBar, context.device, context.state)
     , commandContext{context, window, registry, active, area, documents, testRun, deviceWindows, fileDialogs, clipboard}
     , file(commandContext, opener)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "analysis/ui/AnalysisWindows.h"
 #include "document/ActiveDocument.h"
 #include "document/DocumentContext.h"
 #include "document/DocumentList.h"
@@ -59,6 +60,7 @@ struct WindowParts
     RecoveryJournal journal;
     TestRun testRun;
     DeviceWindows deviceWindows;
+    AnalysisWindows analysis;
     DocumentBars bars;
     FileOpener opener;
 

@@ -21,7 +21,8 @@ TEST(Measures, AValueHasTheDigitsThatItsUncertaintyLeaves)
     EXPECT_EQ(text(40000.314159, 0.83), "40.00031 kHz \u00b1 830 mHz");
     EXPECT_EQ(text(100.456, 1.2, {}), "100.5 \u00b1 1.2");
     EXPECT_EQ(text(4.0764e-9, 3e-11, u"F"_s), "4.076 nF \u00b1 30 pF");
-    EXPECT_EQ(text(5, 4, {}), "5 \u00b1 4");
+    EXPECT_EQ(text(5, 4, {}), "5.0 \u00b1 4.0");
+    EXPECT_EQ(text(0.256561, 9e-5, {}), "0.256561 \u00b1 0.000090");
 }
 
 TEST(Measures, WhatIsNotThereIsNotAvailableAndHasNoUncertainty)

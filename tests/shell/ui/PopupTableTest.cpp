@@ -37,7 +37,7 @@ TEST_F(PopupTableTest, everyCommandOfThePopupNamesAnEntryOfTheTable)
         ++used;
         EXPECT_TRUE(identifiers.contains(command->popupEntry)) << command->popupEntry.toStdString();
     }
-    EXPECT_EQ(used, 11);
+    EXPECT_EQ(used, 12);
 }
 
 TEST_F(PopupTableTest, anEntryShowsAndWorksOnceAFeatureHasRegisteredIt)
@@ -54,9 +54,11 @@ TEST_F(PopupTableTest, anEntryShowsAndWorksOnceAFeatureHasRegisteredIt)
                           .popupEntry = "Loop"});
     load();
     PenDocument* document = newDocument(PenDocument::Impedance);
-    EXPECT_EQ(document->peGraph().CustomMenuState(4), graph::MenuNormal);
-    EXPECT_EQ(document->peGraph().CustomMenuState(3), graph::MenuHidden);
-    Q_EMIT document->peGraph().CustomMenuClicked(4, 0);
+    EXPECT_EQ(document->peGraph().CustomMenuState(14), graph::MenuNormal);
+    EXPECT_EQ(document->peGraph().CustomMenuState(1), graph::MenuHidden);
+    Q_EMIT document->peGraph().CustomMenuClicked(14, 0);
+    EXPECT_EQ(calls, 1);
+    Q_EMIT document->peGraph().CustomMenuClicked(1, 0);
     EXPECT_EQ(calls, 1);
     Q_EMIT document->peGraph().CustomMenuClicked(3, 0);
     EXPECT_EQ(calls, 1);

@@ -223,7 +223,7 @@ TEST_F(FrmMainDialogsTest, thePopupOffersNothingThatCannotBeDoneYet)
     PenDocument* document = newDocument(PenDocument::Impedance);
     for (const int item : {PopupViewOptions, PopupAnalysis, PopupLoop})
         EXPECT_EQ(document->peGraph().CustomMenuState(item), graph::MenuHidden) << item;
-    for (const int item : {PopupAddText, PopupView, PopupPhase, PopupCut, PopupCopy, PopupProperties})
+    for (const int item : {PopupAddText, PopupAnalysis, PopupLoop, PopupView, PopupPhase, PopupCut, PopupCopy, PopupProperties})
         EXPECT_EQ(document->peGraph().CustomMenuState(item), graph::MenuNormal) << item;
 }
 
