@@ -60,6 +60,7 @@ WindowParts::WindowParts(frmMain& window, const ShellContext& context)
                    return fileDialogs.openFileNames(title, filter, folder).value(0);
                })
     , updates(commandContext, window, {[this](QWidget& owner) { firmware.showWizard(owner); }, &listingTag})
+    , view({registry, active, context.preferences, context.messages, window})
     , commands(window, registry, *window.menuBar(), toolBar, penBar)
     , quickFiles(window, commands, context.preferences,
                  [this](const QString& fileName) { documents.LoadExistingDocument(fileName); })

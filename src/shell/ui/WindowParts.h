@@ -34,6 +34,7 @@
 #include "shell/ui/PenBar.h"
 #include "shell/ui/StatusBar.h"
 #include "update/ui/FirmwareFeature.h"
+#include "view/ui/ViewCommands.h"
 
 class QToolBar;
 class frmMain;
@@ -78,6 +79,7 @@ struct WindowParts
     ExportCommands exports;
     FirmwareFeature firmware;
     UpdateCommands updates;
+    ViewCommands view;
 
     CommandSet commands;
     QuickFileMenu quickFiles;

@@ -97,12 +97,12 @@ TEST_F(CommandSetTest, menusKeepTheirOrder)
     EXPECT_EQ(
         namesOf(main->commands().menu(Command::Menu::Help)).join(u' '),
         QStringLiteral("- mnuManual mnuInterimManual mnuOnLineHelp - mnuHelpUpdate mnuHelpFirmware - mnuHelpAbout"));
-    EXPECT_EQ(
-        buttonsOf("tbToolBar").join(u' '),
-        QStringLiteral("mnuFileNew mnuFileOpen mnuFileSave mnuFileExport - mnuEditCut mnuEditCopy "
-                       "mnuEditPaste - mnuViewAddText mnuViewMarkPoints mnuViewZoomExtents mnuEditUndo mnuEditRedo - "
-                       "mnuTestStart mnuTestStopTest mnuTestRepeat mnuTestSettings mnuTestDevice - "
-                       "mnuNextDocument mnuPreviousDocument - mnuManual"));
+    EXPECT_EQ(buttonsOf("tbToolBar").join(u' '),
+              QStringLiteral("mnuFileNew mnuFileOpen mnuFileSave mnuFileExport - mnuEditCut mnuEditCopy "
+                             "mnuEditPaste - mnuViewOptions mnuViewAddText mnuViewMarkPoints mnuViewZoomExtents "
+                             "mnuEditUndo mnuEditRedo - "
+                             "mnuTestStart mnuTestStopTest mnuTestRepeat mnuTestSettings mnuTestDevice - "
+                             "mnuNextDocument mnuPreviousDocument - mnuManual"));
 }
 
 TEST_F(CommandSetTest, aCommandThatComesLaterTakesItsPlaceInMenuAndToolBar)
@@ -169,6 +169,7 @@ TEST_F(CommandSetTest, everyToolBarKeyHasItsCommand)
         {"Cut", "mnuEditCut"},
         {"Copy", "mnuEditCopy"},
         {"Paste", "mnuEditPaste"},
+        {"GraphView", "mnuViewOptions"},
         {"Add Text", "mnuViewAddText"},
         {"Mark Points", "mnuViewMarkPoints"},
         {"Zoom Extents", "mnuViewZoomExtents"},
@@ -279,7 +280,7 @@ TEST_F(CommandSetTest, aDocumentOfAStrangeFormatIsViewedOnly)
     ASSERT_TRUE(main->gcolDocuments().LoadExistingDocument(file));
     settle();
     ASSERT_TRUE(main->activeDocument()->isViewOnly());
-    for (const char* name : {"mnuEditCut", "mnuEditCopy", "mnuEditPaste", "mnuViewAddText"})
+    for (const char* name : {"mnuEditCut", "mnuEditCopy", "mnuEditPaste", "mnuViewOptions", "mnuViewAddText"})
         EXPECT_FALSE(action(name).isEnabled()) << name;
     EXPECT_TRUE(action("mnuFileProperties").isEnabled());
 }

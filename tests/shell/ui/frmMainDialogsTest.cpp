@@ -8,6 +8,8 @@
 #include "link/ui/frmTestSchedule.h"
 #include "prefs/ui/frmPreferences.h"
 #include "shell/ui/MainWindowHarness.h"
+#include "view/ui/GraphViewXRGB.h"
+#include "view/ui/frmOptions.h"
 
 #include <QFile>
 #include <QTabWidget>
@@ -217,13 +219,37 @@ TEST_F(FrmMainDialogsTest, addTextAndPropertiesOpenForTheActiveDocumentFromItsPo
     EXPECT_EQ(seen, 3);
 }
 
-TEST_F(FrmMainDialogsTest, thePopupOffersNothingThatCannotBeDoneYet)
+TEST_F(FrmMainDialogsTest, viewOptionsOpenForEachTypeFromMenuKeyToolBarAndPopup)
 {
     load();
     PenDocument* document = newDocument(PenDocument::Impedance);
-    for (const int item : {PopupViewOptions, PopupAnalysis, PopupLoop})
-        EXPECT_EQ(document->peGraph().CustomMenuState(item), graph::MenuHidden) << item;
-    for (const int item : {PopupAddText, PopupAnalysis, PopupLoop, PopupView, PopupPhase, PopupCut, PopupCopy, PopupProperties})
+    const auto close = [](ViewDialog& form) { QTest::keyClick(&form, Qt::Key_Escape); };
+    whenShown<frmOptions>(close);
+    EXPECT_TRUE(pressMenu("mnuViewOptions"));
+    EXPECT_EQ(seen, 1);
+    m_poll.start();
+    EXPECT_TRUE(pressShortcut("F3"));
+    EXPECT_EQ(seen, 2);
+    m_poll.start();
+    main->buttonClick(QStringLiteral("GraphView"));
+    EXPECT_EQ(seen, 3);
+    m_poll.start();
+    Q_EMIT document->peGraph().CustomMenuClicked(PopupViewOptions, 0);
+    settle();
+    EXPECT_EQ(seen, 4);
+    m_poll.disconnect();
+    newDocument(PenDocument::Reactance);
+    whenShown<GraphViewXRGB>(close);
+    trigger("mnuViewOptions");
+    EXPECT_EQ(seen, 5);
+}
+
+TEST_F(FrmMainDialogsTest, thePopupOffersAllThatFitsTheDocument)
+{
+    load();
+    PenDocument* document = newDocument(PenDocument::Impedance);
+    for (const int item : {PopupViewOptions, PopupAddText, PopupAnalysis, PopupLoop, PopupView, PopupPhase, PopupCut,
+                           PopupCopy, PopupExport, PopupProperties})
         EXPECT_EQ(document->peGraph().CustomMenuState(item), graph::MenuNormal) << item;
 }
 

@@ -215,7 +215,7 @@ TEST_F(FrmMainDocumentsTest, documentsOfANewerFormatAreGuardedUnderEachCommandsT
         {"mnuEditCut", "Copy data not possible"},           {"mnuEditCopy", "Copy data not possible"},
         {"mnuEditPaste", "Data paste not possible"},        {"mnuViewAddText", "Add text not possible"},
         {"mnuFileExport", "Export data not possible"},      {"mnuFileExportPicture", "Export data not possible"},
-        {"mnuEditCopyPicture", "Export data not possible"},
+        {"mnuEditCopyPicture", "Export data not possible"}, {"mnuViewOptions", "View changes not possible"},
     };
     main->registry().setEnabled(QStringLiteral("mnuEditPaste"), true);
     for (const auto& [name, title] : guarded) {
