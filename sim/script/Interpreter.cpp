@@ -41,15 +41,6 @@ std::string frameText(const QByteArray& text)
     return carried;
 }
 
-/// As hosts read the version: the minor number becomes the fraction by as many divisions by 10 as it takes.
-double firmwareOf(const InstrumentState& state)
-{
-    double fraction = state.firmwareMinor;
-    while (fraction > 1)
-        fraction /= 10;
-    return state.firmwareMajor + fraction;
-}
-
 char selector(double field)
 {
     const int number = static_cast<int>(field);
@@ -61,7 +52,8 @@ char selector(double field)
 Outcome Interpreter::start(const QByteArray& script, ScriptHost& host, Moment now)
 {
     const InstrumentState& state = host.state();
-    m_target = {ferrolex::DeviceRanges(QLatin1String(state.facts->modelText)), firmwareOf(state)};
+    m_target = {ferrolex::DeviceRanges(QLatin1String(state.facts->modelText)),
+                ferrolex::firmwareNumber(state.firmwareMajor, state.firmwareMinor)};
     const ValueOr<ferrolex::Source> source = ferrolex::Source::of(script);
     if (!source)
         return Outcome::failure(source.sentence());

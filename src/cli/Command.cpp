@@ -65,7 +65,7 @@ ExitCode runCommand(Command& command, const QStringList& words, Console& console
     if (ownWords)
         parser.addPositionalArgument(u"words"_s, tr("What to do, and with which file."), command.words());
     else if (command.files() != Command::Files::None)
-        parser.addPositionalArgument(u"file"_s, tr("Plot files; \"-\" is standard input."),
+        parser.addPositionalArgument(u"file"_s, tr("%1; \"-\" is standard input.").arg(command.filesText()),
                                      takesMany ? u"FILE..."_s : u"FILE"_s);
     const bool understood = parser.parse(words);
     if (parser.isSet(helpOption())) {
@@ -126,6 +126,11 @@ ExitCode dispatch(const CommandTable& commands, const QStringList& arguments, Co
 }
 
 } // namespace
+
+QString Command::filesText() const
+{
+    return tr("Plot files");
+}
 
 ExitCode runCommandLine(const CommandTable& commands, const QStringList& arguments, Console& console)
 {

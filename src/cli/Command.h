@@ -46,6 +46,8 @@ public:
     virtual QString exitCodes() const { return exitCodeHelp(); }
     /// For the help of a command with words of its own: "show|check FILE".
     virtual QString words() const { return {}; }
+    /// What files these are, for the help: "Plot files".
+    virtual QString filesText() const;
     /// Reads its options and does its work; problems have been told on the console when it returns.
     virtual ExitCode run(Arguments& arguments, Console& console) = 0;
 };

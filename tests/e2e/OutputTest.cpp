@@ -43,6 +43,7 @@ protected:
                                                    QStringLiteral("--firmware-version"), QStringLiteral("1.29"),
                                                    QStringLiteral("--output"), path(QStringLiteral("image.mfw"))});
         ASSERT_EQ(packed.exitCode, 0) << packed.errors.toStdString();
+        write("clean.mgs", "wait 1\n");
     }
 
     /// An answer of a web folder that offers a program.
@@ -82,6 +83,7 @@ protected:
             lines.insert(QLatin1String(command), words);
         };
         add("analyse", {"analyse plot.gzd", "analyse --csv plot.gzd", "analyse --json plot.gzd"});
+        add("check", {"check clean.mgs", "check --json clean.mgs", "check - < clean.mgs"});
         add("completion", {"completion", "completion --shell zsh"});
         add("devices", {"devices", "devices --json"});
         add("export", {"export --force plot.gzd", "export --force --json plot.gzd", "export --output - plot.gzd",

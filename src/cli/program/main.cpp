@@ -11,6 +11,7 @@
 #include "cli/plots/MaskCommand.h"
 #include "cli/plots/RecoverCommand.h"
 #include "cli/plots/ShowCommand.h"
+#include "cli/scripts/CheckCommand.h"
 #include "cli/update/FirmwareCommand.h"
 #include "cli/updates/UpdatesCommand.h"
 #include "program/Version.h"
@@ -32,6 +33,7 @@ void fill(cli::CommandTable& table)
     table.push_back(std::make_unique<cli::ExportCommand>());
     table.push_back(std::make_unique<cli::MaskCommand>());
     table.push_back(std::make_unique<cli::RecoverCommand>());
+    table.push_back(std::make_unique<cli::CheckCommand>());
     table.push_back(std::make_unique<cli::FirmwareCommand>());
     table.push_back(
         std::make_unique<cli::UpdatesCommand>(QStringList{QStringLiteral("T46"), QStringLiteral("PELLFERN")}));

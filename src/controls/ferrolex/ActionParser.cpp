@@ -253,20 +253,31 @@ bool ActionParser::readText(TokenCursor& cursor, const Action::Slot& slot, Argum
     argument.expression = m_expressions.read(cursor, Type::Text);
     if (argument.expression == kNone)
         return false;
-    if (m_expressions.at(argument.expression).constant) {
-        if (const std::optional<Value> value = m_expressions.constantOf(argument.expression))
-            judgeText(place, slot, value->text);
+    if (!m_expressions.at(argument.expression).constant) {
+        judgeText(place, slot, writtenPart(argument.expression));
+    } else if (const std::optional<Value> value = m_expressions.constantOf(argument.expression)) {
+        if (slot.type == ArgumentType::FileName && value->text.trimmed().isEmpty())
+            m_findings.error(place.offset, tr("The name is empty."),
+                             tr("\"ask for name and ...\" lets the user give it."));
+        judgeText(place, slot, value->text);
     }
     return true;
+}
+
+QByteArray ActionParser::writtenPart(ExpressionId id) const
+{
+    const Expression& expression = m_expressions.at(id);
+    if (expression.operation == Operation::Text)
+        return m_program.texts[static_cast<std::size_t>(expression.left)];
+    if (expression.operation != Operation::Join)
+        return {};
+    return writtenPart(expression.left) + writtenPart(expression.right);
 }
 
 void ActionParser::judgeText(const Token& place, const Action::Slot& slot, const QByteArray& text)
 {
     const QString shown = QString::fromUtf8(text);
     if (slot.type == ArgumentType::FileName) {
-        if (text.trimmed().isEmpty())
-            m_findings.error(place.offset, tr("The name is empty."),
-                             tr("\"ask for name and ...\" lets the user give it."));
         const auto forbidden =
             std::find_if(text.begin(), text.end(), [](char c) { return QByteArrayView("\\/:*?\"<>|").contains(c); });
         if (forbidden != text.end())

@@ -38,6 +38,8 @@ private:
     bool readMeasures(TokenCursor& cursor, Argument& argument);
     bool readNumber(TokenCursor& cursor, const Action::Slot& slot, Argument& argument);
     bool readText(TokenCursor& cursor, const Action::Slot& slot, Argument& argument);
+    /// What stands in a text before the run puts values into it.
+    QByteArray writtenPart(ExpressionId id) const;
     void judgeText(const Token& place, const Action::Slot& slot, const QByteArray& text);
 
     Program& m_program;

@@ -34,20 +34,6 @@ QString leftOutLine(int count)
     return count == 1 ? tr("One further message is left out.\n") : tr("%1 further messages are left out.\n").arg(count);
 }
 
-QString textOf(const Finding& finding)
-{
-    const QString severity =
-        finding.severity == Finding::Severity::Error ? QStringLiteral("error") : QStringLiteral("warning");
-    QString text = QStringLiteral("%1:%2: ").arg(finding.line).arg(finding.column) + severity + QStringLiteral(": ") +
-                   finding.sentence + QLatin1Char('\n');
-    if (!finding.excerpt.isEmpty())
-        text += QStringLiteral("    ") + finding.excerpt + QStringLiteral("\n    ") +
-                QString(finding.caret, QLatin1Char(' ')) + QStringLiteral("^\n");
-    if (!finding.suggestion.isEmpty())
-        text += QStringLiteral("    ") + finding.suggestion + QLatin1Char('\n');
-    return text;
-}
-
 } // namespace
 
 void Findings::error(std::uint32_t offset, const QString& sentence, const QString& suggestion)
@@ -96,6 +82,20 @@ std::vector<Finding> Findings::sorted() &&
         return std::tie(one.line, one.column) < std::tie(other.line, other.column);
     });
     return std::move(m_findings);
+}
+
+QString textOf(const Finding& finding)
+{
+    const QString severity =
+        finding.severity == Finding::Severity::Error ? QStringLiteral("error") : QStringLiteral("warning");
+    QString text = QStringLiteral("%1:%2: ").arg(finding.line).arg(finding.column) + severity + QStringLiteral(": ") +
+                   finding.sentence + QLatin1Char('\n');
+    if (!finding.excerpt.isEmpty())
+        text += QStringLiteral("    ") + finding.excerpt + QStringLiteral("\n    ") +
+                QString(finding.caret, QLatin1Char(' ')) + QStringLiteral("^\n");
+    if (!finding.suggestion.isEmpty())
+        text += QStringLiteral("    ") + finding.suggestion + QLatin1Char('\n');
+    return text;
 }
 
 QString messageText(const std::vector<Finding>& findings, int leftOut, int size)

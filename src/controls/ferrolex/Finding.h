@@ -57,6 +57,9 @@ private:
     int m_leftOut = 0;
 };
 
+/// "line:column: error|warning: sentence", the line with a caret below it, and the suggestion, each with its line end.
+QString textOf(const Finding& finding);
+
 /// The text for people: at most that many characters, ending in a line that counts what is left out (with those counted
 /// already).
 QString messageText(const std::vector<Finding>& findings, int leftOut, int size);

@@ -534,6 +534,14 @@ private:
 
 } // namespace
 
+double firmwareNumber(int major, int minor)
+{
+    double fraction = minor;
+    while (fraction > 1)
+        fraction /= 10;
+    return major + fraction;
+}
+
 Program parse(const Source& source, const Target& target, Findings& findings)
 {
     return Parser(source, target, findings).run();

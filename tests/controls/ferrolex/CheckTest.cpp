@@ -135,6 +135,8 @@ TEST(Check, TellsEachKindOfMistake)
          "2:1 error: There is no mask to test against: nothing above loads a plot.\n"},
         {"new impedance graph \"a\"\nsave \"a/b\"", "2:6 error: A file name cannot have a \"/\".\n"},
         {"new impedance graph \"a\"\nsave \"\"", "2:6 error: The name is empty.\n"},
+        {"for i from 1 to 2\nnew impedance graph \"a\"\nsave \"a{i}:b\"\nend",
+         "3:6 error: A file name cannot have a \":\".\n"},
         {"use pen 11", "1:9 error: The pen is 11, outside 1 to 10.\n"},
         {"use pen 0", "1:9 error: The pen is 0, outside 1 to 10.\n"},
         {"use pen 1.5", "1:9 error: The pen is 1.5, which is no whole number.\n"},
