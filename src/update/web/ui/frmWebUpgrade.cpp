@@ -155,6 +155,8 @@ void frmWebUpgrade::QueryWebForUpdates()
             tr("Unable to connect to server  Please check your internet connection. Click Next to re-try."));
         return;
     }
+    // What was found comes from this address.
+    cmdNewURL->hide();
     const bool available = CheckForUpdates(strFirmwareFile, strSoftwareFile);
     m_context.preferences.setValue(options::kUpgradeAvailable, available);
     if (available) {

@@ -116,6 +116,7 @@ TEST_F(frmWebUpgradeTest, WhatIsNewerIsOfferedTickedAndStored)
     query();
     EXPECT_EQ(form->giCurrentStep, 2);
     EXPECT_EQ(action(), kSelect);
+    EXPECT_FALSE(newUrl()->isVisible()) << "what was found stays with its address";
     EXPECT_EQ(program()->text(), "Download software version 9.9");
     EXPECT_EQ(instrument()->text(), "Download firmware version 9.1");
     EXPECT_TRUE(program()->isVisible() && program()->isChecked());
@@ -425,6 +426,40 @@ TEST_F(frmWebUpgradeTest, TheCloseBoxDuringADownloadAsksAndOkClosesAndClearsTheC
     EXPECT_EQ(choices.software, false);
     EXPECT_EQ(messages.shown.size(), 1u);
     EXPECT_THAT(files(), ElementsAre("T46V9R1B1.mfw.part"));
+}
+
+TEST_F(frmWebUpgradeTest, CancelWhileTheSignatureComesAsksAndYesEndsInTheErrorText)
+{
+    offerBoth();
+    onRequest("/updates/MGV9R9B1.deb.minisig", [this] { press(cancel()); });
+    messages.replies = {UserMessages::ReplyYes};
+    query();
+    press(next());
+    EXPECT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(action(), kFailed);
+    EXPECT_THAT(files(), ElementsAre("MGV9R9B1.deb", "T46V9R1B1.mfw"));
+}
+
+TEST_F(frmWebUpgradeTest, CancelBeforeTheChoiceIsFetchedClosesWithoutAQuestion)
+{
+    offerBoth();
+    query();
+    press(cancel());
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_THAT(told(), IsEmpty());
+    EXPECT_THAT(files(), IsEmpty());
+    EXPECT_EQ(stored("Upgrade", "Available"), "True");
+}
+
+TEST_F(frmWebUpgradeTest, CancelBeforeTheInstallationLeavesTheChoicesAsTheQuerySetThem)
+{
+    offerBoth();
+    query();
+    press(next());
+    press(cancel());
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_FALSE(choices.install);
+    EXPECT_THAT(told(), IsEmpty());
 }
 
 TEST_F(frmWebUpgradeTest, CancelDuringTheQueryClosesAndStoresNothing)
