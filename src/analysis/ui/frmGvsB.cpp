@@ -7,6 +7,7 @@
 #include "controls/resonance/ResonanceEngine.h"
 #include "document/ActiveDocument.h"
 #include "document/PenDocument.h"
+#include "widgets/ui/ElidingLabel.h"
 #include "widgets/ui/QtColour.h"
 
 #include <QKeyEvent>
@@ -30,7 +31,7 @@ frmGvsB::frmGvsB(const ActiveDocument& active, ResonanceEngine& engine, QWidget*
 {
     setObjectName(QStringLiteral("frmGvsB"));
     setWindowTitle(tr("Admittance loop"));
-    resize(720, 600);
+    resize(880, 660);
     m_view->setObjectName(QStringLiteral("peGraph"));
     m_view->setAccessibleName(tr("Admittance loop"));
     m_view->setFocusPolicy(Qt::StrongFocus);
@@ -60,10 +61,8 @@ frmGvsB::frmGvsB(const ActiveDocument& active, ResonanceEngine& engine, QWidget*
         m_zooms.ReturnToExtents();
         showMenuStates();
     });
-    connect(&graph, &GraphModel::CursorMoved, this, [this](int subset, int point) {
-        m_readOut->setText(m_loop.readOut(subset, point));
-        m_readOut->setToolTip(m_readOut->text());
-    });
+    connect(&graph, &GraphModel::CursorMoved, this,
+            [this](int subset, int point) { m_readOut->setText(m_loop.readOut(subset, point)); });
     connect(&graph, &GraphModel::CustomMenuClicked, this, &frmGvsB::menuClicked);
     buildMenu();
 }
@@ -92,9 +91,8 @@ void frmGvsB::makeStatusBar()
         m_panels[i]->setToolTip(tr(names[i]));
         m_statusBar->addWidget(m_panels[i]);
     }
-    m_readOut = new QLabel(m_statusBar);
+    m_readOut = new ElidingLabel(m_statusBar);
     m_readOut->setObjectName(QStringLiteral("readOut"));
-    m_readOut->setTextFormat(Qt::PlainText);
     m_readOut->setAccessibleName(tr("Point under the cursor"));
     m_readOut->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     // What it says must not make the window wider.

@@ -56,6 +56,8 @@ public:
     LoopGraph& loop() { return m_loop; }
     GraphView& view() { return *m_view; }
     const LoopMarks& marks() const { return *m_marks; }
+    /// False while a refresh or its results are still to come.
+    bool isSettled() const { return !m_timer.isActive() && !m_changed.isActive(); }
     /// Panels 1 to 6 of the status bar.
     QString panelText(int panel) const;
 

@@ -30,8 +30,7 @@ protected:
     }
     void waitForResults()
     {
-        // The timer fills the panels; before it they are empty or old.
-        QTest::qWait(30);
+        ASSERT_TRUE(QTest::qWaitFor([this] { return form->isSettled(); }, 30000));
     }
     std::string panel(int number) { return form->panelText(number).toStdString(); }
     void choose(int item, int sub = 0) { Q_EMIT form->loop().graph().CustomMenuClicked(item, sub); }
@@ -132,10 +131,10 @@ TEST_F(frmGvsBTest, ResonanceAndHalfPowerPointsAreMarkedAndTheCircleOnRequest)
     const auto made = document(PenDocument::Impedance);
     sweep(*made, 0, partAt(40e3));
     open();
-    EXPECT_EQ(form->marks().marks().size(), 3U);
+    ASSERT_EQ(form->marks().marks().size(), 3U);
     EXPECT_TRUE(form->marks().circles().empty()) << "off by default";
     choose(frmGvsB::CircleItem);
-    EXPECT_EQ(form->marks().circles().size(), 1U);
+    ASSERT_EQ(form->marks().circles().size(), 1U);
     EXPECT_TRUE(form->loop().graph().CustomMenuChecked(frmGvsB::CircleItem, 0));
     const GraphModel& graph = form->loop().graph();
     for (const QPointF& place : form->marks().circles().front().line) {
@@ -153,6 +152,7 @@ TEST_F(frmGvsBTest, MarksArePaintedWhereTheCurveRuns)
     made->SetPenColour(0, 0x0000FF);
     open();
     form->view().flush();
+    ASSERT_FALSE(form->marks().marks().empty());
     const LoopMarks::Mark& mark = form->marks().marks().front();
     ASSERT_TRUE(mark.main);
     const QPointF pixel = form->view().toPixel(mark.place.x(), mark.place.y());
@@ -167,10 +167,13 @@ TEST_F(frmGvsBTest, EqualScalesGiveBothAxesOneScaleOnTheScreen)
     open();
     choose(frmGvsB::EqualScaleItem);
     form->resize(900, 500);
-    QTest::qWait(50);
-    const QPointF origin = form->view().toPixel(0, 0);
-    const QPointF corner = form->view().toPixel(0.01, 0.01);
-    EXPECT_NEAR((corner.x() - origin.x()) / (origin.y() - corner.y()), 1, 0.02);
+    // The view takes its new size when the window system has told it.
+    const auto proportion = [this] {
+        const QPointF origin = form->view().toPixel(0, 0);
+        const QPointF corner = form->view().toPixel(0.01, 0.01);
+        return (corner.x() - origin.x()) / (origin.y() - corner.y());
+    };
+    EXPECT_TRUE(QTest::qWaitFor([&proportion] { return std::abs(proportion() - 1) < 0.02; }, 30000)) << proportion();
 }
 
 TEST_F(frmGvsBTest, ZoomsAreSteppedThroughAsInADocument)
@@ -266,6 +269,5 @@ TEST_F(frmGvsBTest, EscapeTheMenuAndTheEndOfTheDocumentCloseTheWindow)
     EXPECT_FALSE(form->isVisible());
     form->show();
     made.reset();
-    QTest::qWait(20);
     EXPECT_FALSE(form->isVisible());
 }

@@ -63,7 +63,7 @@ TEST_F(AnalysisCommandsTest, thePopupOpensTheLoopOfTheDocument)
         settle();
         ASSERT_NE(loop(), nullptr);
         EXPECT_EQ(loop()->windowTitle(), u"Admittance loop for "_s + document->caption());
-        QTest::qWait(30);
+        ASSERT_TRUE(QTest::qWaitFor([this] { return loop()->isSettled(); }, 30000));
         EXPECT_TRUE(loop()->panelText(4).startsWith(u"Fr:"_s));
         EXPECT_NE(loop()->panelText(4), u"Fr:N/A"_s);
         loop()->close();
