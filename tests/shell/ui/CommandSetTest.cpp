@@ -83,9 +83,10 @@ TEST_F(CommandSetTest, everyCommandHasTextTipHandlerAndAPlaceOfItsOwn)
 
 TEST_F(CommandSetTest, menusKeepTheirOrder)
 {
-    EXPECT_EQ(namesOf(main->commands().menu(Command::Menu::File)).filter(QStringLiteral("mnu")).join(u' '),
-              QStringLiteral("mnuFileNew mnuFileOpen mnuFileClose mnuFileReopenClosed mnuFileSave mnuFileSaveAs "
-                             "mnuFileSaveAll mnuFileExport mnuFileExportPicture mnuFileProperties mnuFileExit"));
+    EXPECT_EQ(
+        namesOf(main->commands().menu(Command::Menu::File)).filter(QStringLiteral("mnu")).join(u' '),
+        QStringLiteral("mnuFileNew mnuFileOpen mnuFileClose mnuFileReopenClosed mnuFileSave mnuFileSaveAs "
+                       "mnuFileSaveAll mnuFileExport mnuFileExportPicture mnuFilePrint mnuFileProperties mnuFileExit"));
     EXPECT_EQ(namesOf(main->commands().menu(Command::Menu::Edit)).join(u' '),
               QStringLiteral("- mnuEditUndo mnuEditRedo - mnuEditCut mnuEditCopy mnuEditCopyPicture mnuEditPaste "
                              "mnuEditBringBack - mnuPenLock mnuPenUnlockAll - mnuPreferences"));
@@ -98,7 +99,7 @@ TEST_F(CommandSetTest, menusKeepTheirOrder)
         namesOf(main->commands().menu(Command::Menu::Help)).join(u' '),
         QStringLiteral("- mnuManual mnuInterimManual mnuOnLineHelp - mnuHelpUpdate mnuHelpFirmware - mnuHelpAbout"));
     EXPECT_EQ(buttonsOf("tbToolBar").join(u' '),
-              QStringLiteral("mnuFileNew mnuFileOpen mnuFileSave mnuFileExport - mnuEditCut mnuEditCopy "
+              QStringLiteral("mnuFileNew mnuFileOpen mnuFileSave mnuFileExport mnuFilePrint - mnuEditCut mnuEditCopy "
                              "mnuEditPaste - mnuViewOptions mnuViewAddText mnuViewMarkPoints mnuViewZoomExtents "
                              "mnuEditUndo mnuEditRedo - "
                              "mnuTestStart mnuTestStopTest mnuTestRepeat mnuTestSettings mnuTestDevice - "
@@ -108,24 +109,23 @@ TEST_F(CommandSetTest, menusKeepTheirOrder)
 TEST_F(CommandSetTest, aCommandThatComesLaterTakesItsPlaceInMenuAndToolBar)
 {
     int calls = 0;
-    main->registry().add({.name = "mnuFilePrint",
-                          .menu = Command::Menu::File,
-                          .place = 310,
-                          .text = "&Print...",
+    main->registry().add({.name = "mnuViewLater",
+                          .menu = Command::Menu::View,
+                          .place = 115,
+                          .text = "Later...",
                           .icon = "about",
-                          .shortcut = "Ctrl+P",
-                          .statusTip = "Print the active document",
+                          .shortcut = "Ctrl+Shift+L",
+                          .statusTip = "Come later",
                           .handler = [&calls] { ++calls; },
-                          .toolBarKey = "Print"});
-    EXPECT_TRUE(namesOf(main->commands().menu(Command::Menu::File))
+                          .toolBarKey = "GraphView"});
+    EXPECT_TRUE(namesOf(main->commands().menu(Command::Menu::View))
                     .join(u' ')
-                    .contains(QStringLiteral("mnuFileExport mnuFileExportPicture mnuFilePrint - mnuFileProperties")));
-    EXPECT_TRUE(
-        buttonsOf("tbToolBar")
-            .join(u' ')
-            .startsWith(QStringLiteral("mnuFileNew mnuFileOpen mnuFileSave mnuFileExport mnuFilePrint - mnuEditCut")));
-    action("mnuFilePrint").trigger();
-    main->buttonClick(QStringLiteral("PRINT"));
+                    .contains(QStringLiteral("mnuViewAddText mnuViewLater mnuViewMarkPoints")));
+    EXPECT_TRUE(buttonsOf("tbToolBar")
+                    .join(u' ')
+                    .contains(QStringLiteral("mnuEditPaste - mnuViewLater mnuViewAddText mnuViewMarkPoints")));
+    action("mnuViewLater").trigger();
+    main->buttonClick(QStringLiteral("GRAPHVIEW"));
     EXPECT_EQ(calls, 2);
 }
 
@@ -166,6 +166,7 @@ TEST_F(CommandSetTest, everyToolBarKeyHasItsCommand)
         {"Open", "mnuFileOpen"},
         {"Save", "mnuFileSave"},
         {"Export Data", "mnuFileExport"},
+        {"Print", "mnuFilePrint"},
         {"Cut", "mnuEditCut"},
         {"Copy", "mnuEditCopy"},
         {"Paste", "mnuEditPaste"},

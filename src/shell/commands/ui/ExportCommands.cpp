@@ -8,6 +8,7 @@
 #include "document/ui/frmDocument.h"
 #include "export/ExportNames.h"
 #include "export/ui/frmExportData.h"
+#include "print/ui/frmPrintDialog.h"
 #include "program/CommandRegistry.h"
 #include "program/Questions.h"
 #include "program/UserMessages.h"
@@ -46,6 +47,16 @@ ExportCommands::ExportCommands(const CommandContext& context, PenCommands& pens)
                   .statusTip = tr("Write the graph as a PNG, SVG or PDF picture"),
                   .handler = [this] { mnuFileExportPicture_Click(); },
                   .rules = Command::NeedsDocument});
+    commands.add({.name = "mnuFilePrint",
+                  .menu = Command::Menu::File,
+                  .place = 310,
+                  .text = tr("&Print..."),
+                  .icon = "print",
+                  .shortcut = "Ctrl+P",
+                  .statusTip = tr("Print the graph of the active document"),
+                  .handler = [this] { mnuFilePrint_Click(); },
+                  .rules = Command::NeedsDocument,
+                  .toolBarKey = "Print"});
     commands.add({.name = "mnuEditCopyPicture",
                   .menu = Command::Menu::Edit,
                   .place = 215,
@@ -105,6 +116,17 @@ void ExportCommands::mnuFileExportPicture_Click()
     const Outcome saved = graph::savePicture(document->peGraph(), name, format, size.width(), size.height());
     if (!saved)
         m_context.tell(saved.sentence(), UserMessages::Exclamation, tr("Save Error"));
+}
+
+void ExportCommands::mnuFilePrint_Click()
+{
+    const PenDocument* document = m_context.activeDocument();
+    if (!document)
+        return;
+    auto* form = new frmPrintDialog(m_context.program.preferences, m_context.program.messages, m_context.fileDialogs,
+                                    &m_context.window);
+    form->SetGraph(document->peGraph(), ExportNames::suggested(*document));
+    showModally(form);
 }
 
 void ExportCommands::mnuEditCopyPicture_Click()

@@ -7,7 +7,7 @@
 
 class PenCommands;
 
-/// The commands by which a graph leaves the program: as text, as a picture, by the clipboard.
+/// The commands by which a graph leaves the program: as text, as a picture, by the clipboard, on paper.
 class ExportCommands
 {
     Q_DECLARE_TR_FUNCTIONS(ExportCommands)
@@ -21,6 +21,7 @@ public:
     void mnuFileExportPicture_Click();
     /// The picture as SVG, PDF and PNG at the size on the screen, for the program that it is pasted into to choose.
     void mnuEditCopyPicture_Click();
+    void mnuFilePrint_Click();
 
 private:
     /// The active document, unless it is none or its format forbids an export, which the user is told.
