@@ -91,9 +91,10 @@ QCborMap mapOf(const QByteArray& bytes)
 /// A header of another version of the format still names the format first.
 bool isLaterVersion(const QByteArray& bytes)
 {
+    constexpr qint64 kHighest = std::numeric_limits<std::int32_t>::max();
     const QCborMap map = mapOf(bytes);
     return map.value(QLatin1String("format")).toString() == kFormat &&
-           map.value(QLatin1String("version")).toInteger() > kVersion;
+           isNumber(map.value(QLatin1String("version")), kVersion + 1, kHighest);
 }
 
 /// The file up to its image: header and seal. The device stands at the first byte of the image then.

@@ -160,6 +160,9 @@ TEST_F(FirmwareFileTest, ALaterFormatIsTold)
     later.headerBytes = header.toCborValue().toCbor();
     firmware::sign(later, m_maker.key);
     EXPECT_EQ(problemOf(later.toBytes()), Problem::LaterVersion);
+    header[QStringLiteral("version")] = 3.8e180;
+    later.headerBytes = header.toCborValue().toCbor();
+    EXPECT_EQ(problemOf(later.toBytes()), Problem::Damaged) << "a version is a whole number";
 }
 
 TEST_F(FirmwareFileTest, ValuesBeyondTheLimitsAreRefusedThoughTheyAreSigned)
