@@ -3,6 +3,8 @@
 
 #include "UpdateDoubles.h"
 
+#include "support/WebFolder.h"
+
 #include <QLineEdit>
 #include <QPointer>
 #include <QProgressBar>
@@ -246,6 +248,21 @@ TEST_F(frmWebUpgradeTest, BothAreFetchedIntoTheUpdateFolderWithTheProgramsSignat
     EXPECT_EQ(choices.software, true);
     EXPECT_EQ(choices.firmware, true);
     EXPECT_FALSE(form->isVisible());
+}
+
+TEST_F(frmWebUpgradeTest, ARealServersFolderIsOfferedAndFetched)
+{
+    WebFolder web;
+    const QByteArray content = QByteArray("0123456789").repeated(50000);
+    ASSERT_TRUE(web.started() && web.add("MGV9R9B1.deb", content) && web.add("MGV9R9B1.deb.minisig", "a signature") &&
+                web.add("T46V9R1B1.mfw", "a firmware"));
+    preferences.setValue(options::kWebUrl, web.url());
+    query();
+    EXPECT_EQ(action(), kSelect);
+    press(next());
+    EXPECT_EQ(action(), kReady);
+    EXPECT_THAT(files(), ElementsAre("MGV9R9B1.deb", "MGV9R9B1.deb.minisig", "T46V9R1B1.mfw"));
+    EXPECT_EQ(content.toStdString(), this->content("MGV9R9B1.deb"));
 }
 
 TEST_F(frmWebUpgradeTest, ATickOnTheProgramAloneFetchesNoFirmware)
