@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "link/ui/frmAbout.h"
 #include "shell/ui/MainWindowHarness.h"
 #include "update/web/ui/frmUpdate.h"
 
@@ -46,29 +45,6 @@ private:
 };
 
 } // namespace
-
-TEST_F(FrmMainUpdateTest, helpAndAboutOpenTheChooserWithoutFirmwareWhereThereIsNoWizard)
-{
-    load();
-    inTurn({[](QWidget& about) {
-                QTest::mouseClick(about.findChild<QPushButton*>(QStringLiteral("cmdUpgrade")), Qt::LeftButton);
-                QTest::keyClick(&about, Qt::Key_Escape);
-            },
-            [](QWidget& chooser) {
-                EXPECT_TRUE(qobject_cast<frmUpdate*>(&chooser));
-                chooser.findChild<QRadioButton*>(QStringLiteral("optInstall"))->click();
-                EXPECT_FALSE(chooser.findChild<QCheckBox*>(QStringLiteral("chkFirmwareUpdate"))->isEnabled());
-                QTest::keyClick(&chooser, Qt::Key_Escape);
-            },
-            [](QWidget& chooser) {
-                EXPECT_TRUE(qobject_cast<frmUpdate*>(&chooser));
-                QTest::keyClick(&chooser, Qt::Key_Escape);
-            }});
-    trigger("mnuHelpAbout");
-    EXPECT_EQ(seen, 2U);
-    trigger("mnuHelpUpdate");
-    EXPECT_EQ(seen, 3U);
-}
 
 TEST_F(FrmMainUpdateTest, cancelAtASaveQuestionKeepsTheProgramAndAsksForNoInstaller)
 {
