@@ -56,6 +56,20 @@ bool goesOnWithWord(const Action& action, std::size_t matching)
     return matching < action.head.size() && !action.head[matching].word.empty();
 }
 
+/// The words that may stand behind so many words of the statement.
+QStringList wordsBehind(const std::vector<std::size_t>& rows, const TokenCursor& cursor, std::size_t matching)
+{
+    QStringList words;
+    for (const std::size_t row : rows) {
+        const Action& action = actions()[row];
+        if (matchingWords(cursor, action) != matching || !goesOnWithWord(action, matching))
+            continue;
+        if (const QString next = QString::fromStdString(action.head[matching].word); !words.contains(next))
+            words.append(next);
+    }
+    return words;
+}
+
 } // namespace
 
 const QStringList& ActionParser::firstWords() const
@@ -79,22 +93,14 @@ bool ActionParser::read(TokenCursor& cursor, Statement& statement)
     // The row of which most words stand here; of several the one that has come to an argument.
     std::size_t best = rows->front();
     std::size_t most = 0;
-    QStringList words;
     bool wordsOnly = true;
     for (const std::size_t row : *rows) {
         const std::size_t matching = matchingWords(cursor, actions()[row]);
         const bool wantsWord = goesOnWithWord(actions()[row], matching);
         if (matching > most || (matching == most && wordsOnly && !wantsWord)) {
-            if (matching > most)
-                words.clear();
             best = row;
             most = matching;
             wordsOnly = wantsWord;
-        }
-        if (matching == most && wantsWord) {
-            const QString next = QString::fromStdString(actions()[row].head[matching].word);
-            if (!words.contains(next))
-                words.append(next);
         }
     }
     const Action& action = actions()[best];
@@ -107,12 +113,15 @@ bool ActionParser::read(TokenCursor& cursor, Statement& statement)
     for (std::size_t i = 0; i < most; ++i)
         ahead.next();
     // A word that no name has may be one of the statement's own, mistyped.
-    const bool mistyped =
-        !words.isEmpty() &&
-        (wordsOnly ||
-         (ahead.peek().kind == Token::Kind::Word && !m_expressions.suggestion(ahead.peek(), words).isEmpty() &&
-          !m_expressions.isKnown(ahead.peek().text) && action.head[most].slot >= 0 &&
-          action.slots[static_cast<std::size_t>(action.head[most].slot)].type != ArgumentType::Choice));
+    const auto isArgument = [&action, most] {
+        const int slot = action.head[most].slot;
+        return slot >= 0 && action.slots[static_cast<std::size_t>(slot)].type != ArgumentType::Choice;
+    };
+    const bool mayBeMistyped =
+        most < action.head.size() && (wordsOnly || (ahead.peek().kind == Token::Kind::Word && isArgument() &&
+                                                    !m_expressions.isKnown(ahead.peek().text)));
+    const QStringList words = mayBeMistyped ? wordsBehind(*rows, cursor, most) : QStringList();
+    const bool mistyped = !words.isEmpty() && (wordsOnly || !m_expressions.suggestion(ahead.peek(), words).isEmpty());
     if (mistyped) {
         m_expressions.unexpected(ahead.peek(),
                                  words.size() == 1 ? QStringLiteral("\"%1\"").arg(words.front())

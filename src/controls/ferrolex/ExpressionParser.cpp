@@ -131,7 +131,7 @@ ExpressionId ExpressionParser::read(TokenCursor& cursor)
     m_depth = 0;
     const Token first = cursor.peek();
     const ExpressionId id = either(cursor);
-    if (id == kNone || !at(id).constant)
+    if (id == kNone || !at(id).constant || at(id).operation == Operation::Number || at(id).operation == Operation::Text)
         return id;
     const ValueOr<Value> value = evaluate(m_program, id, {}, {});
     if (value)
