@@ -4,6 +4,11 @@
 // mistaken are told.
 #include "controls/resonance/ResonanceSolver.h"
 
+#include <QCoreApplication>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
 #include <Eigen/Dense>
 #include <algorithm>
 #include <cmath>
@@ -344,13 +349,77 @@ void speed()
     }
 }
 
+/// A general-purpose routine on the same points, taking turns with the engine. False when it is there and the engine is
+/// not 20 times as fast, or the two do not agree.
+bool compareWithScipy()
+{
+    constexpr double kLeastGain = 20;
+    constexpr int kRounds = 9;
+    std::mt19937_64 random(1);
+    const Part part;
+    std::vector<Sample> samples;
+    for (int i = 0; i < 1024; ++i) {
+        const double f = part.fs * std::pow(10, 0.1 * (i - 512) / 1024);
+        samples.push_back(noisy(f, admittance(part, f), 1e-3, random));
+    }
+    const QTemporaryDir folder;
+    QFile sweep(folder.filePath(QStringLiteral("sweep.f64")));
+    if (!sweep.open(QFile::WriteOnly))
+        return false;
+    sweep.write(reinterpret_cast<const char*>(samples.data()), static_cast<qint64>(samples.size() * sizeof(Sample)));
+    sweep.close();
+    QProcess peer;
+    peer.start(QStringLiteral("/usr/bin/python3"),
+               {QStringLiteral(MG_SOURCE_DIR "/bench/resonance_peers.py"), sweep.fileName()});
+    const auto ask = [&peer] {
+        peer.write("fit\n");
+        while (!peer.canReadLine()) {
+            if (!peer.waitForReadyRead(60000))
+                return QList<QByteArray>();
+        }
+        return peer.readLine().trimmed().split(' ');
+    };
+    ResonanceSolver solver;
+    if (!peer.waitForStarted() || ask().size() != 3) {
+        std::printf("no comparison with SciPy, which needs python3-scipy\n");
+        return true;
+    }
+    std::vector<double> mine, theirs;
+    Solution solution = solver.solve(samples);
+    double fs = 0, q = 0;
+    for (int round = 0; round < kRounds; ++round) {
+        const std::clock_t start = std::clock();
+        solution = solver.solve(samples);
+        mine.push_back(1e3 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
+        const QList<QByteArray> answer = ask();
+        if (answer.size() != 3)
+            return false;
+        theirs.push_back(answer[0].toDouble());
+        fs = answer[1].toDouble();
+        q = answer[2].toDouble();
+    }
+    std::sort(mine.begin(), mine.end());
+    std::sort(theirs.begin(), theirs.end());
+    const double gain = theirs[kRounds / 2] / mine[kRounds / 2];
+    const Mode& mode = solution.mode;
+    const bool agrees =
+        std::abs(mode.fs.value - fs) < 3 * mode.fs.uncertainty && std::abs(mode.q.value - q) < 3 * mode.q.uncertainty;
+    peer.closeWriteChannel();
+    peer.waitForFinished();
+    std::printf("1024 points: %.3f ms, SciPy %.3f ms, %.0f times as fast (at least %.0f), figures %s\n",
+                mine[kRounds / 2], theirs[kRounds / 2], gain, kLeastGain, agrees ? "agree" : "DISAGREE");
+    return agrees && gain >= kLeastGain;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
+    const QCoreApplication application(argc, argv);
     const int share = argc > 1 ? std::atoi(argv[1]) : 1; // a fraction of the counts, for a quick look
     accuracy(300 / share);
     randomParts(10000 / share);
     falseAlarms(10002 / share);
     speed();
+    return compareWithScipy() ? 0 : 1;
 }
