@@ -146,6 +146,13 @@ inline constexpr Option<CheckBox> kLockPenAfterPlot{"Prompts"_t, "LockPenAfterPl
 inline constexpr Option<CheckBox> kSplashScreen{"Prompts"_t, "SplashScreen"_t, true};
 inline constexpr Option<Switch> kOpenSettings{"Prompts"_t, "OpenSettings"_t, true};
 
+/// The measures that a result line shows: those of the script last checked.
+inline constexpr Option<Switch> kShowF1{"Script"_t, "ShowF1"_t, true};
+inline constexpr Option<Switch> kShowF2{"Script"_t, "ShowF2"_t, true};
+inline constexpr Option<Switch> kShowFr{"Script"_t, "ShowFr"_t, true};
+inline constexpr Option<Switch> kShowZr{"Script"_t, "ShowZr"_t, true};
+inline constexpr Option<Switch> kShowQ{"Script"_t, "ShowQ"_t, true};
+
 inline constexpr FolderOption kPlotFiles{{"Paths"_t, "PlotFiles"_t, ""_t}, "/Marrowick/Plots"_t};
 inline constexpr FolderOption kExportFiles{{"Paths"_t, "ExportFiles"_t, ""_t}, "/Marrowick/Export"_t};
 inline constexpr FolderOption kScriptFiles{{"Paths"_t, "ScriptFiles"_t, ""_t}, "/Marrowick/Script"_t};

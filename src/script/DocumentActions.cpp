@@ -122,6 +122,7 @@ bool DocumentActions::savePlot(const Frame& frame)
     QString name = m_context.stamped(scriptnames::inFolder(folder, given));
     name += PlotFileNames::extension(document->pgiTestType());
     if (document->fileSavePlot(name) && document) {
+        m_context.report(ScriptResult::Plot, name);
         Q_EMIT document->fileUsed(name);
         if (document)
             document->setCaption(name);

@@ -14,6 +14,15 @@
 
 #include <QPointer>
 
+#include <array>
+
+namespace {
+
+/// By ScriptPicture.
+constexpr std::array kExtensions{".jpg", ".wmf", ".bmp"};
+
+} // namespace
+
 ExportActions::ExportActions(ScriptContext& context, DeviceModule& module)
     : m_context(context)
 {
@@ -46,6 +55,9 @@ bool ExportActions::exportImage(const Frame& frame)
 
 void ExportActions::writeImage(PenDocument& document, const QString& given, int format)
 {
+    // A format that there is not writes nothing: scripts use that to wait for what comes without a reply.
+    if (format < 0 || static_cast<std::size_t>(format) >= kExtensions.size())
+        return;
     const QString folder = m_context.link.preferences.value(options::kExportFiles.option);
     const QString name = m_context.stamped(scriptnames::inFolder(folder, given));
     Outcome written = Outcome::failure(tr("Pictures cannot be made here."));
@@ -53,7 +65,10 @@ void ExportActions::writeImage(PenDocument& document, const QString& given, int 
         written = m_context.ports.loop->ExportFile(name, format);
     else if (m_context.ports.pictures != nullptr)
         written = m_context.ports.pictures->ExportFile(document, name, format);
-    if (!written)
+    if (written)
+        m_context.report(ScriptResult::Picture,
+                         scriptnames::cutAtDot(name) + QLatin1String(kExtensions.at(static_cast<std::size_t>(format))));
+    else
         m_context.tell(tr("The picture %1 is not written. %2").arg(name, written.sentence()), UserMessages::Exclamation,
                        tr("Export Graph"));
 }
@@ -80,7 +95,9 @@ void ExportActions::writeText(const PenDocument& document, const QString& given,
     TextStore store;
     TextExport::collect(store, document, name, pen,
                         {options.bfExportHeader, options.bfExportComma, options.bfExportUnix});
-    if (!store.ExportWrite(pen))
+    if (store.ExportWrite(pen))
+        m_context.report(ScriptResult::Text, name);
+    else
         m_context.tell(tr("The text %1 is not written. %2").arg(name, store.exportOutcome().sentence()),
                        UserMessages::Exclamation, tr("Export Graph"));
 }

@@ -14,6 +14,12 @@ ScriptActions::ScriptActions(DeviceModule& module, DocumentList& documents, Docu
     module.registerHandler('p', [this](const Frame& frame) { return abortQuestion(frame); });
 }
 
+void ScriptActions::stopByUser(const ScriptReply& reply) const
+{
+    m_context.report(ScriptResult::Stopped, {});
+    reply.stopFlushed();
+}
+
 bool ScriptActions::userPrompt(const Frame& frame)
 {
     const ScriptReply reply(m_context.link.device);
@@ -22,7 +28,7 @@ bool ScriptActions::userPrompt(const Frame& frame)
     if (answer == UserMessages::ReplyOk)
         reply.goOn();
     else
-        reply.stopFlushed();
+        stopByUser(reply);
     return true;
 }
 
@@ -37,7 +43,7 @@ bool ScriptActions::abortQuestion(const Frame& frame)
     const int answer = m_context.link.messages.message(frame.text(), UserMessages::YesNo | UserMessages::Question,
                                                        tr("Abort MarrowickScript?"));
     if (answer == awaited)
-        reply.stopFlushed();
+        stopByUser(reply);
     else
         reply.goOn();
     return true;

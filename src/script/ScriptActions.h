@@ -9,6 +9,7 @@
 
 class DeviceModule;
 class Frame;
+class ScriptReply;
 
 /// Everything that a running script asks of the program, but for masks and analysis, which register themselves: the
 /// handlers of frames "U", "Z", "b", "g", "j", "m", "i", "o", "x", "n", "f" and "p".
@@ -28,10 +29,16 @@ public:
     /// What the features beside this one provide; set at any time.
     ScriptPorts& ports() { return m_context.ports; }
     const ScriptExportOptions& exportOptions() const { return m_context.exports; }
+    /// Called with each result and the name of its file; runs no event loop.
+    void setReport(std::function<void(ScriptResult, const QString& fileName)> report)
+    {
+        m_context.report = std::move(report);
+    }
     /// The time in the names of files.
     void setClock(std::function<QDateTime()> now) { m_context.now = std::move(now); }
 
 private:
+    void stopByUser(const ScriptReply& reply) const;
     bool userPrompt(const Frame& frame);
     bool abortQuestion(const Frame& frame);
 

@@ -12,6 +12,15 @@
 class DocumentList;
 class DocumentWindows;
 
+/// What an action has brought about.
+enum class ScriptResult
+{
+    Plot,    ///< a file was written
+    Text,    ///< the same
+    Picture, ///< the same
+    Stopped  ///< the user has stopped the script
+};
+
 /// What the actions of a running script work with, and what the script has set for them. One object, shared by all.
 struct ScriptContext
 {
@@ -21,6 +30,9 @@ struct ScriptContext
     ScriptPorts ports = {};
     ScriptExportOptions exports = {};
     std::function<QDateTime()> now = [] { return QDateTime::currentDateTime(); };
+
+    /// Told of each result, with the name of the file where one was written.
+    std::function<void(ScriptResult, const QString& fileName)> report = [](ScriptResult, const QString&) {};
 
     /// The program's message with an OK button and that icon.
     void tell(const QString& text, int icon, const QString& title) const;

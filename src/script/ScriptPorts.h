@@ -30,8 +30,7 @@ public:
     virtual ~ScriptPictures() = default;
 
     /// Writes the document's graph into a picture by the rules of the image export: the name is cut at its first ".",
-    /// gets the extension of the format, and an existing file is replaced without a question. format is any number; one
-    /// that is no ScriptPicture writes nothing and fails with nothing to say (a success).
+    /// gets the extension of the format (one of ScriptPicture), and an existing file is replaced without a question.
     virtual Outcome ExportFile(PenDocument& document, const QString& fileName, std::int32_t format) = 0;
 };
 

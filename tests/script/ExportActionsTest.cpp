@@ -205,6 +205,16 @@ TEST_F(ExportActionsTest, ImageExportAsksForAMissingNameByItsFormat)
     EXPECT_EQ(messages.shown.size(), 4U);
 }
 
+TEST_F(ExportActionsTest, ImageExportInAFormatThatThereIsNotWritesAndSaysNothingAndGoesOn)
+{
+    newDocument('1');
+    EXPECT_EQ(act(frametext::text('i', '9', "-")), " ");
+    actions.ports() = {};
+    EXPECT_EQ(act(frametext::text('i', '9', "-")), " ");
+    EXPECT_TRUE(ports.calls.isEmpty());
+    EXPECT_TRUE(messages.shown.empty());
+}
+
 TEST_F(ExportActionsTest, AFailingImageExportIsToldAndGoesOn)
 {
     newDocument('1');

@@ -157,6 +157,11 @@ protected:
         ports.calls.clear();
         return window.active.get();
     }
+    void newDocumentWithoutInstrument()
+    {
+        state.giNewDocType = PenDocument::Impedance;
+        memory.showDocument(*documents.LoadNewDoc());
+    }
     static void addPoints(PenDocument& document, int pen, int count)
     {
         document.setCurrentPen(pen);

@@ -13,10 +13,10 @@
 #include "program/EventSounds.h"
 #include "program/InstanceTitle.h"
 #include "program/ProgramState.h"
+#include "script/ui/ScriptCommands.h"
 #include "shell/commands/ui/FileOpener.h"
 #include "shell/commands/ui/PreferencesCommands.h"
 #include "shell/commands/ui/RecoveryCommands.h"
-#include "shell/commands/ui/TestCommands.h"
 #include "shell/ui/frmMain.h"
 #include "shell/ui/frmQuorrelMessage.h"
 #include "shell/ui/frmSplash.h"
@@ -128,17 +128,34 @@ void StartUp::startTest(int testType)
 void StartUp::actOnCommandLine(const QStringList& arguments)
 {
     const QPointer<frmMain> window = m_program->main.get();
-    const auto files = filesToOpen(arguments, window->fileOpener());
+    QStringList files = filesToOpen(arguments, window->fileOpener());
+    const FileOpener& opener = window->fileOpener();
+    const auto scripts = std::stable_partition(files.begin(), files.end(),
+                                               [&opener](const QString& file) { return !opener.hasOwnStart(file); });
+    const QStringList plots(files.begin(), scripts);
+    // A script closes what is open, and so does the re-run: plots beside that are opened behind it.
+    const bool rerun = CommandLine::parse(arguments).rerun;
+    if (!rerun && !openAll(plots))
+        return;
+    if (!openAll(QStringList(scripts, files.end())) || !rerun)
+        return;
+    window->scriptCommands().host().mnuReRunLastTestScript_Click();
+    if (window && !window->isUnloaded())
+        openAll(plots);
+}
+
+bool StartUp::openAll(const QStringList& files)
+{
+    const QPointer<frmMain> window = m_program->main.get();
     for (const QString& file : files) {
         // A word that is no file and looks like none asks for nothing; who typed it may see why nothing happens.
         if (!window->fileOpener().isKnown(file))
             std::fprintf(stderr, "marrowickgraph: there is no file %s\n", qPrintable(file));
-        window->fileOpener().open(file);
+        window->fileOpener().openAtStart(file);
         if (!window || window->isUnloaded())
-            return;
+            return false;
     }
-    if (CommandLine::parse(arguments).rerun)
-        window->testCommands().reRunAtStart();
+    return true;
 }
 
 QStringList StartUp::filesToOpen(const QStringList& arguments, const FileOpener& opener)

@@ -31,6 +31,8 @@ public:
 
 private:
     void actOnCommandLine(const QStringList& arguments);
+    /// False: the window has gone.
+    bool openAll(const QStringList& files);
     void startTest(int testType);
     static QStringList filesToOpen(const QStringList& arguments, const FileOpener& opener);
 

@@ -25,6 +25,19 @@ QString listingTag(const QString& deviceModel)
     return names ? QString(names->tag) : QString();
 }
 
+/// Scripts are known by their name alone.
+FileOpener::Reader scriptReader(ScriptHost& host)
+{
+    const auto opened = [&host](void (ScriptHost::*open)(const QString&)) {
+        return [&host, open](const QString& file) {
+            (host.*open)(file);
+            return true;
+        };
+    };
+    return {[](const QByteArray&) { return false; }, FileKind::isScriptFile, opened(&ScriptHost::checkAndRun),
+            opened(&ScriptHost::runAtStart)};
+}
+
 } // namespace
 
 WindowParts::WindowParts(frmMain& window, const ShellContext& context)
@@ -41,6 +54,8 @@ WindowParts::WindowParts(frmMain& window, const ShellContext& context)
     , journal(recovery::stateFolder())
     , testRun(deviceModule)
     , deviceWindows(window, deviceModule, window, registry)
+    , scriptQuestions(window, context.messages)
+    , scriptActions(deviceModule, documents, area)
     , analysis(window, deviceModule, registry)
     , bars(registry, penBar, statusBar, context.device, context.state)
     , commandContext{context, window, registry, active, area, documents, testRun, deviceWindows, fileDialogs, clipboard}
@@ -48,6 +63,7 @@ WindowParts::WindowParts(frmMain& window, const ShellContext& context)
     , edit(commandContext)
     , pens(commandContext)
     , test(commandContext)
+    , scripts(commandContext, deviceModule)
     , windows(commandContext)
     , help(commandContext)
     , preferences(commandContext, window)
@@ -66,7 +82,10 @@ WindowParts::WindowParts(frmMain& window, const ShellContext& context)
                  [this](const QString& fileName) { documents.LoadExistingDocument(fileName); })
 {
     opener.add(plotReader(documents));
+    opener.add(scriptReader(scripts.host()));
     windows.listDocuments(commands);
+    scriptActions.ports().fileNames = &scriptQuestions;
+    scriptActions.ports().input = &scriptQuestions;
     journal.listen(deviceModule.events());
     QObject::connect(&documents, &DocumentList::added, &journal,
                      [this](PenDocument* document) { journal.follow(*document); });

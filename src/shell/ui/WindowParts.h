@@ -15,6 +15,9 @@
 #include "mask/link/MaskFrame.h"
 #include "program/CommandRegistry.h"
 #include "recovery/RecoveryJournal.h"
+#include "script/ScriptActions.h"
+#include "script/ui/ScriptCommands.h"
+#include "script/ui/ScriptQuestions.h"
 #include "shell/commands/ui/CommandContext.h"
 #include "shell/commands/ui/CommandSet.h"
 #include "shell/commands/ui/EditCommands.h"
@@ -61,6 +64,8 @@ struct WindowParts
     RecoveryJournal journal;
     TestRun testRun;
     DeviceWindows deviceWindows;
+    ScriptQuestions scriptQuestions;
+    ScriptActions scriptActions;
     AnalysisWindows analysis;
     DocumentBars bars;
     FileOpener opener;
@@ -70,6 +75,7 @@ struct WindowParts
     EditCommands edit;
     PenCommands pens;
     TestCommands test;
+    ScriptCommands scripts;
     WindowCommands windows;
     HelpCommands help;
     PreferencesCommands preferences;

@@ -264,7 +264,7 @@ void frmMain::dropEvent(QDropEvent* event)
         for (const QString& file : files) {
             if (!self || m_unloaded)
                 return;
-            m_parts->opener.open(file);
+            m_parts->opener.OpenFromCommand(file);
         }
     });
 }
@@ -367,9 +367,9 @@ PreferencesCommands& frmMain::preferencesCommands() const
     return m_parts->preferences;
 }
 
-TestCommands& frmMain::testCommands() const
+ScriptCommands& frmMain::scriptCommands() const
 {
-    return m_parts->test;
+    return m_parts->scripts;
 }
 
 // What the parts ask of the window ------------------------------------------------------------------------------------

@@ -17,8 +17,8 @@ class PenBar;
 class PreferencesCommands;
 class QuickFileMenu;
 class RecoveryCommands;
+class ScriptCommands;
 class StatusBar;
-class TestCommands;
 struct WindowParts;
 
 /// The main window: menu bar, toolbar, pen bar, status bar and the windows of the open documents, made of what the
@@ -53,7 +53,7 @@ public:
     const FileOpener& fileOpener() const;
     PreferencesCommands& preferencesCommands() const;
     RecoveryCommands& recoveryCommands() const;
-    TestCommands& testCommands() const;
+    ScriptCommands& scriptCommands() const;
 
     bool boolArePathsSet();
     void SaveMainWindowPosition();

@@ -91,7 +91,8 @@ TEST_F(CommandSetTest, menusKeepTheirOrder)
               QStringLiteral("- mnuEditUndo mnuEditRedo - mnuEditCut mnuEditCopy mnuEditCopyPicture mnuEditPaste "
                              "mnuEditBringBack - mnuPenLock mnuPenUnlockAll - mnuPreferences"));
     EXPECT_EQ(namesOf(main->commands().menu(Command::Menu::Test)).join(u' '),
-              QStringLiteral("- mnuTestStart mnuTestStopTest mnuTestRepeat - mnuReRunLastTestScript - mnuTestSettings "
+              QStringLiteral("- mnuTestStart mnuTestStopTest mnuTestRepeat - mnuRunTestScript mnuReRunLastTestScript "
+                             "mnuSendTestScript - mnuTestSettings "
                              "mnuTestDevice mnuTestDeviceProperties mnuTestSchedule"));
     EXPECT_EQ(namesOf(main->commands().menu(Command::Menu::Masks)).join(u' '),
               QStringLiteral("- mnuCheckMask - mnuMaskRead mnuMaskSave"));

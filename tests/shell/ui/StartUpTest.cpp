@@ -147,7 +147,7 @@ TEST_F(StartUpTest, anExtensionAnywhereInTheLineIsAPlotFileRequest)
     EXPECT_EQ(seen, QStringList{QStringLiteral("frmQuorrelMessage:Open Error")});
 }
 
-TEST_F(StartUpTest, reRunWithoutInstrumentOffersTheChooserAndGoesOn)
+TEST_F(StartUpTest, reRunWithoutInstrumentOffersTheChooserAndEnds)
 {
     StartUp start(folder.path());
     start.run(arguments({QStringLiteral("-ReRun")}));
@@ -156,12 +156,21 @@ TEST_F(StartUpTest, reRunWithoutInstrumentOffersTheChooserAndGoesOn)
     EXPECT_TRUE(start.mainWindow()->isVisible());
 }
 
-TEST_F(StartUpTest, plotFileAndReRunAreBothDoneInThatOrder)
+TEST_F(StartUpTest, aPlotBesideReRunIsOpenedBehindIt)
 {
     StartUp start(folder.path());
     start.run(arguments({QStringLiteral("missing.gzd"), QStringLiteral("-rerun")}));
     ASSERT_EQ(seen.size(), 2);
-    EXPECT_EQ(seen[0], QStringLiteral("frmQuorrelMessage:Open Error"));
+    EXPECT_TRUE(seen[0].startsWith(QLatin1String("frmDevice:")));
+    EXPECT_EQ(seen[1], QStringLiteral("frmQuorrelMessage:Open Error"));
+}
+
+TEST_F(StartUpTest, aScriptAndReRunAreBothDoneInThatOrder)
+{
+    StartUp start(folder.path());
+    start.run(arguments({QStringLiteral("job.mgs"), QStringLiteral("-rerun")}));
+    ASSERT_EQ(seen.size(), 2) << seen.join(QLatin1Char('\n')).toStdString();
+    EXPECT_TRUE(seen[0].startsWith(QLatin1String("frmDevice:"))) << "no instrument: the script is passed over";
     EXPECT_TRUE(seen[1].startsWith(QLatin1String("frmDevice:")));
 }
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/commands/ui/CommandContext.h"
 
-#include "controls/korvalink/KorvaLink.h"
 #include "document/ActiveDocument.h"
 #include "document/PenDocument.h"
 #include "document/ui/DocumentArea.h"
@@ -9,7 +8,7 @@
 #include "program/ProgramState.h"
 #include "program/UserMessages.h"
 
-#include <QApplication>
+#include <QCoreApplication>
 
 PenDocument* CommandContext::activeDocument() const
 {
@@ -33,14 +32,4 @@ bool CommandContext::formatAllows(const PenDocument& document, const QString& ti
 bool CommandContext::testGoesOn() const
 {
     return program.state.gbfPlotting && testRun.QuestionTestCancel();
-}
-
-void CommandContext::waitRounds(int rounds, int milliseconds) const
-{
-    const QPointer<QWidget> alive = guard();
-    KorvaLink& device = program.device;
-    for (int i = 0; alive && i < rounds; ++i) {
-        device.Wait(milliseconds);
-        QApplication::processEvents();
-    }
 }

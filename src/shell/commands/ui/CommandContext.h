@@ -55,8 +55,6 @@ struct CommandContext
     bool formatAllows(const PenDocument& document, const QString& title) const;
     /// A test runs and the user wants it to go on: the command gives up. Otherwise it has been stopped.
     bool testGoesOn() const;
-    /// So many times: block for that time, then let pending events run, so that the instrument's answers can land.
-    void waitRounds(int rounds, int milliseconds) const;
     /// Behind anything that runs events: the window and all of this may have gone.
     QPointer<QWidget> guard() const { return &window; }
 };

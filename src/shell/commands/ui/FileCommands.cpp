@@ -142,7 +142,7 @@ void FileCommands::mnuFileOpen_Click()
     for (const QString& file : files) {
         if (!alive)
             return;
-        m_opener.open(file);
+        m_opener.OpenFromCommand(file);
     }
 }
 

@@ -24,7 +24,21 @@ const FileOpener::Reader* FileOpener::readerOf(const QString& fileName) const
     return exists && !m_readers.empty() ? &m_readers.front() : nullptr;
 }
 
-bool FileOpener::open(const QString& fileName) const
+bool FileOpener::hasOwnStart(const QString& fileName) const
+{
+    const Reader* reader = readerOf(fileName);
+    return reader && reader->openAtStart;
+}
+
+bool FileOpener::openAtStart(const QString& fileName) const
+{
+    if (!hasOwnStart(fileName))
+        return OpenFromCommand(fileName);
+    const auto open = readerOf(fileName)->openAtStart;
+    return open(fileName);
+}
+
+bool FileOpener::OpenFromCommand(const QString& fileName) const
 {
     const Reader* reader = readerOf(fileName);
     if (!reader)

@@ -19,6 +19,8 @@ public:
         std::function<bool(const QString& fileName)> knowsName;
         /// Tells the user what is wrong with the file, if anything. May run nested event loops.
         std::function<bool(const QString& fileName)> open;
+        /// The same for a file that the command line names; unset: no other way.
+        std::function<bool(const QString& fileName)> openAtStart = {};
     };
     static constexpr int kHead = 512;
 
@@ -27,8 +29,12 @@ public:
 
     /// False when nothing was opened. A file that no reader knows goes to the first one, which refuses it with its own
     /// sentence; a name that neither exists nor looks like one of ours is ignored.
-    bool open(const QString& fileName) const;
-    /// True when open() would do anything.
+    bool OpenFromCommand(const QString& fileName) const;
+    /// The same for a file that the command line names.
+    bool openAtStart(const QString& fileName) const;
+    /// True when that is another way than OpenFromCommand().
+    bool hasOwnStart(const QString& fileName) const;
+    /// True when OpenFromCommand() would do anything.
     bool isKnown(const QString& fileName) const { return readerOf(fileName) != nullptr; }
 
 private:

@@ -42,18 +42,18 @@ protected:
 
 TEST_F(FileOpenerTest, contentDecidesWhateverTheNameSays)
 {
-    opener.open(file("a.mgs", "PLOT and more"));
-    opener.open(file("b.gad", "SCRIPT"));
-    opener.open(file("bare", "SCRIPT"));
+    opener.OpenFromCommand(file("a.mgs", "PLOT and more"));
+    opener.OpenFromCommand(file("b.gad", "SCRIPT"));
+    opener.OpenFromCommand(file("bare", "SCRIPT"));
     EXPECT_EQ(opened, QStringList({QStringLiteral("plots a.mgs"), QStringLiteral("scripts b.gad"),
                                    QStringLiteral("scripts bare")}));
 }
 
 TEST_F(FileOpenerTest, theNameDecidesWhereTheContentLeavesItOpen)
 {
-    opener.open(file("a.mgs", "?"));
-    opener.open(file("b.gad.bak", ""));
-    opener.open(folder.filePath(QStringLiteral("missing.gad")));
+    opener.OpenFromCommand(file("a.mgs", "?"));
+    opener.OpenFromCommand(file("b.gad.bak", ""));
+    opener.OpenFromCommand(folder.filePath(QStringLiteral("missing.gad")));
     EXPECT_EQ(opened, QStringList({QStringLiteral("scripts a.mgs"), QStringLiteral("plots b.gad.bak"),
                                    QStringLiteral("plots missing.gad")}));
 }
@@ -61,15 +61,15 @@ TEST_F(FileOpenerTest, theNameDecidesWhereTheContentLeavesItOpen)
 TEST_F(FileOpenerTest, theFirstReaderRefusesWhatNobodyKnows)
 {
     EXPECT_TRUE(opener.isKnown(file("notes.txt", "Dear diary")));
-    opener.open(folder.filePath(QStringLiteral("notes.txt")));
+    opener.OpenFromCommand(folder.filePath(QStringLiteral("notes.txt")));
     EXPECT_EQ(opened, QStringList{QStringLiteral("plots notes.txt")});
 }
 
 TEST_F(FileOpenerTest, aWordThatIsNoFileAndLooksLikeNoneIsIgnored)
 {
     EXPECT_FALSE(opener.isKnown(QStringLiteral("hello")));
-    EXPECT_FALSE(opener.open(QStringLiteral("hello")));
-    EXPECT_FALSE(opener.open(folder.path())) << "a folder is no file";
+    EXPECT_FALSE(opener.OpenFromCommand(QStringLiteral("hello")));
+    EXPECT_FALSE(opener.OpenFromCommand(folder.path())) << "a folder is no file";
     EXPECT_TRUE(opened.isEmpty());
 }
 
