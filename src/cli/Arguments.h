@@ -41,6 +41,8 @@ public:
     QStringList files() const { return m_parser.positionalArguments(); }
     bool isSet(const QCommandLineOption& option) const { return m_parser.isSet(option); }
     QString text(const QCommandLineOption& option) const { return m_parser.value(option); }
+    /// Every value of an option that may be given more than once, in their order.
+    QStringList texts(const QCommandLineOption& option) const { return m_parser.values(option); }
 
     /// The place of the value among the choices, from 0.
     int choice(const QCommandLineOption& option, const QStringList& choices);

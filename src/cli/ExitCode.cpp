@@ -8,7 +8,7 @@
 namespace cli {
 namespace {
 
-constexpr std::array<ExitCodeText, 9> kTexts = {{
+constexpr std::array<ExitCodeText, 10> kTexts = {{
     {ExitCode::Done, QT_TRANSLATE_NOOP("cli", "done"), "Done."},
     {ExitCode::Usage, QT_TRANSLATE_NOOP("cli", "usage"), "The command line cannot be carried out as it stands."},
     {ExitCode::NoInstrument, QT_TRANSLATE_NOOP("cli", "no instrument"),
@@ -24,6 +24,8 @@ constexpr std::array<ExitCodeText, 9> kTexts = {{
      "The sweep is complete, but the instrument swept another range, in another direction or with another number of "
      "points than asked."},
     {ExitCode::NotSolved, QT_TRANSLATE_NOOP("cli", "no resonance"), "A pen that was analysed has no resonance."},
+    {ExitCode::Bad, QT_TRANSLATE_NOOP("cli", "found bad"),
+     "The script has found the part bad: a mask test failed, or the script or the instrument raised an alarm."},
 }};
 
 } // namespace

@@ -18,7 +18,8 @@ enum class ExitCode
     FileError = 5,    ///< a result could not be written, or a file not read
     Stopped = 6,      ///< ended before the last point: Ctrl-C, --timeout, or by the instrument
     Different = 7,    ///< complete, but not the sweep that was asked for
-    NotSolved = 8     ///< a pen has no resonance
+    NotSolved = 8,    ///< a pen has no resonance
+    Bad = 9           ///< the script has come to its end and found the part bad
 };
 
 struct ExitCodeText

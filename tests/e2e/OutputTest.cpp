@@ -44,6 +44,7 @@ protected:
                                                    QStringLiteral("--output"), path(QStringLiteral("image.mfw"))});
         ASSERT_EQ(packed.exitCode, 0) << packed.errors.toStdString();
         write("clean.mgs", "wait 1\n");
+        write("job.mgs", "new impedance graph \"A\"\nset points 20\nsweep impedance\nsave \"run\"\n");
     }
 
     /// An answer of a web folder that offers a program.
@@ -75,6 +76,11 @@ protected:
         return QStringLiteral("sweep --points 20 --device ") + m_simulator.serial() + QLatin1Char(' ') + options;
     }
 
+    QString run(const QString& options) const
+    {
+        return QStringLiteral("run job.mgs --device ") + m_simulator.serial() + QLatin1Char(' ') + options;
+    }
+
     /// A line for each command that has something to tell, by the command's name.
     QMap<QString, QStringList> telling() const
     {
@@ -92,6 +98,7 @@ protected:
         add("mask", {"mask --set mask.mgm plot.gzd", "mask --set mask.mgm --json plot.gzd",
                      "mask --set mask.mgm --pen 1 plot.gzd", "mask --set mask.mgm --pen 1 --json plot.gzd"});
         add("recover", {"recover", "recover --json"});
+        add("run", {run(QString()), run(QStringLiteral("--json"))});
         add("show", {"show plot.gzd", "show --json plot.gzd", "show --points 1 plot.gzd", "show - < plot.gzd"});
         add("sweep", {sweep(QString()), sweep(QStringLiteral("--json")),
                       sweep(QStringLiteral("--points 200 --from 39k --to 41k --analyse"))});

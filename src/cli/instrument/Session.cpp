@@ -16,12 +16,13 @@ QString tr(const char* text)
 
 } // namespace
 
-Session::Session(Console& console)
+Session::Session(Console& console, UserMessages* messages, MainWindowPort* port)
     : m_messages(console)
     , m_device(m_devices)
     , m_source(m_device, m_mirror, m_state)
-    , m_workspace(m_messages, &m_source)
-    , m_deviceModule(LinkContext{m_device, m_mirror, m_state, m_workspace.preferences(), m_messages, m_window,
+    , m_workspace(messages != nullptr ? *messages : m_messages, &m_source)
+    , m_deviceModule(LinkContext{m_device, m_mirror, m_state, m_workspace.preferences(),
+                                 messages != nullptr ? *messages : m_messages, port != nullptr ? *port : m_window,
                                  m_workspace.active()})
     , m_testRun(m_deviceModule)
 {

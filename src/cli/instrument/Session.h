@@ -18,8 +18,8 @@ namespace cli {
 class Session
 {
 public:
-    /// The console outlives the session.
-    explicit Session(Console& console);
+    /// The console outlives the session, and so does what takes the place of its messages and of its window.
+    explicit Session(Console& console, UserMessages* messages = nullptr, MainWindowPort* port = nullptr);
 
     /// Opens the instrument of that serial number, the terminal device of that path, or the first that opens.
     Outcome open(const QString& device);
@@ -29,7 +29,10 @@ public:
 
     KorvaLink& device() { return m_device; }
     InstrumentMirror& mirror() { return m_mirror; }
-    const ProgramState& state() { return m_state; }
+    ProgramState& state() { return m_state; }
+    Preferences& preferences() { return m_workspace.preferences(); }
+    ActiveDocument& active() { return m_workspace.active(); }
+    const PlotSource& source() const { return m_source; }
     ConsoleMessages& messages() { return m_messages; }
     ConsoleWindow& window() { return m_window; }
     DeviceModule& deviceModule() { return m_deviceModule; }

@@ -5,6 +5,7 @@
 #include "cli/Console.h"
 #include "cli/StandardStreams.h"
 #include "cli/instrument/DevicesCommand.h"
+#include "cli/instrument/RunCommand.h"
 #include "cli/instrument/SweepCommand.h"
 #include "cli/plots/AnalyseCommand.h"
 #include "cli/plots/ExportCommand.h"
@@ -28,6 +29,7 @@ void fill(cli::CommandTable& table)
 {
     table.push_back(std::make_unique<cli::DevicesCommand>());
     table.push_back(std::make_unique<cli::SweepCommand>());
+    table.push_back(std::make_unique<cli::RunCommand>());
     table.push_back(std::make_unique<cli::ShowCommand>());
     table.push_back(std::make_unique<cli::AnalyseCommand>());
     table.push_back(std::make_unique<cli::ExportCommand>());
