@@ -5,6 +5,7 @@
 #include "instrument/Commands.h"
 #include "script/ScriptNames.h"
 
+#include <QFileInfo>
 #include <QJsonObject>
 
 #include <algorithm>
@@ -74,6 +75,9 @@ ExitCode ScriptRun::run()
 {
     if (m_options.timeout > 0)
         m_timeout.start(static_cast<int>(std::min(m_options.timeout * 1000, 2e9)));
+    // Told ahead of looking for an instrument.
+    if (!QFileInfo(m_options.script).isFile())
+        return m_console.failed(ExitCode::FileError, tr("There is no script %1.").arg(m_options.script));
     ExitCode code = connectInstrument();
     if (code == ExitCode::Done)
         code = check();

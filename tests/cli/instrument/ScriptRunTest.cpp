@@ -146,8 +146,9 @@ TEST_F(ScriptRunTest, AScriptWithErrorsNeverReachesTheInstrument)
 TEST_F(ScriptRunTest, AMissingScriptIsAFileThatIsNotRead)
 {
     options.script = inFolder("missing.mgs");
+    options.device = QStringLiteral("nobody");
     EXPECT_EQ(run(), ExitCode::FileError);
-    EXPECT_THAT(errors.toStdString(), HasSubstr("missing.mgs"));
+    EXPECT_THAT(errors.toStdString(), HasSubstr("There is no script "));
     EXPECT_EQ(instrument.count("loadscript"), 0);
 }
 
