@@ -72,6 +72,8 @@ Q_SIGNALS:
     void pointShown(PenDocument* document, int point);
     /// The sweep has ended, complete or stopped; null when its document has gone.
     void sweepEnded(PenDocument* document);
+    /// The program has told the instrument to stop, since a point of the sweep could not be taken.
+    void sweepGivenUp();
     /// All points of the sweep have been sent: the turn went to the next pen of this document.
     void pointsFinished(PenDocument* document);
 

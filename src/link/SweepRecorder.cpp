@@ -201,7 +201,7 @@ bool SweepRecorder::pointArrived(const Frame& frame)
     point.sign = frame.number(4);
     point.number = number;
     if (point.impedance && point.value == 0) {
-        m_context.device.Write(command::stop());
+        giveUp();
         return true;
     }
     if (!m_context.state.gbfPlotting && m_startExpected && m_expected != nullptr) {
@@ -210,7 +210,7 @@ bool SweepRecorder::pointArrived(const Frame& frame)
     }
     if (m_document == nullptr) {
         if (m_context.active.get() == nullptr)
-            m_context.device.Write(command::stop());
+            giveUp();
         return true;
     }
     if (m_taking && m_documentActive && numberMayStand(point))
@@ -262,12 +262,18 @@ void SweepRecorder::store(const Point& point)
     Q_EMIT m_events.pointShown(document, point.number);
 }
 
+void SweepRecorder::giveUp()
+{
+    m_context.device.Write(command::stop());
+    Q_EMIT m_events.sweepGivenUp();
+}
+
 void SweepRecorder::refuse(PointAnswer answer)
 {
     const bool wrongType = answer == PointAnswer::WrongType;
     if (wrongType)
         m_context.device.DisableDataEvent();
-    m_context.device.Write(command::stop());
+    giveUp();
     // The user is told once; the points that are still on their way go nowhere instead of raising the same message
     // hundreds of times.
     m_document = nullptr;

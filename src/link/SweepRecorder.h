@@ -66,6 +66,7 @@ private:
     void beginSweep();
     bool numberMayStand(const Point& point);
     void store(const Point& point);
+    void giveUp();
     void refuse(PointAnswer answer);
     void turnPen(PenDocument& document);
     void documentActivated(PenDocument* document);

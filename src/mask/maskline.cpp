@@ -89,7 +89,7 @@ void maskline::maskStorePoint(double frequency, double value, int pen)
     m_document->tellReplaced(pen);
 }
 
-void maskline::storeTexts(QString frequency, QString value, int pen)
+void maskline::storeTexts(const QString& frequency, const QString& value, int pen)
 {
     const double hertz = values::roundToInt32(values::enteredNumber(frequency).value_or(0));
     maskStorePoint(hertz, values::enteredNumber(value).value_or(mask::kNone), pen);

@@ -51,7 +51,7 @@ public:
     void maskStorePoint(double frequency, double value, int pen);
     /// The same from texts as typed, with engineering suffixes or an exponent: the frequency becomes whole hertz,
     /// ties to even, and 0 where the text is no number; a value that is none unsets the point.
-    void storeTexts(QString frequency, QString value, int pen);
+    void storeTexts(const QString& frequency, const QString& value, int pen);
     /// Adds the offset to every set point.
     void maskShift(int pen, double offset);
     /// Unsets what the mask pens hold beside the points of the lines: these stay.

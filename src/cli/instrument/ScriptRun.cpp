@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/instrument/ScriptRun.h"
 
+#include "analysis/AnalysisFrames.h"
 #include "cli/plots/DrawProgram.h"
 #include "instrument/Commands.h"
 #include "script/ScriptNames.h"
@@ -29,12 +30,17 @@ ScriptRun::ScriptRun(const RunOptions& options, Console& console)
     , m_memory(m_documentContext, m_session.active())
     , m_documents(m_documentContext, m_session.state(), m_memory)
     , m_actions(m_session.deviceModule(), m_documents, m_memory)
+    , m_masks(m_session.deviceModule(),
+              [this](MaskFrame::Judgement judgement) { m_bad = m_bad || judgement != MaskFrame::Judgement::Inside; })
+    , m_analysis(m_engine, m_session.active())
     , m_checker(m_session.preferences())
     , m_host(m_session.deviceModule(), m_session.testRun(), m_checker, *this)
 {
     m_session.preferences().setValue(options::kPlotFiles.option, options.plots);
     m_session.preferences().setValue(options::kExportFiles.option, options.exports);
     m_session.preferences().setValue(options::kOpenSettings, false);
+    m_analysis.setSwitches(m_switches);
+    registerAnalysisFrames(m_session.deviceModule(), m_analysis);
     m_actions.ports().pictures = this;
     m_actions.ports().fileNames = &m_answers;
     m_actions.ports().input = &m_answers;
@@ -56,10 +62,11 @@ void ScriptRun::listen()
         if (!running && m_running)
             endBy(End::Done);
     });
+    connect(&m_session.deviceModule().events(), &InstrumentEvents::sweepGivenUp, this, [this] { m_givenUp = true; });
     m_window.onEndProgram = [this] { endBy(End::Done); };
     m_window.onCloseAll = [this] { m_documents.discardAll(); };
     connect(&m_answers, &ScriptAnswers::told, this, [this](const QString& sentence, const QString& title) {
-        m_bad = m_bad || title == "Mask Test Failure"_L1 || title == "**Error"_L1;
+        m_bad = m_bad || title == "**Error"_L1;
         m_unwritten = m_unwritten || title == "Save File Error"_L1 || title == "Export Graph"_L1 ||
                       title == "File Print"_L1 || title == "Script aborted"_L1;
         if (m_options.json)
@@ -156,6 +163,10 @@ ExitCode ScriptRun::verdict()
         say(tr("stopped"), u"result"_s, u"stopped"_s);
         return m_end == End::TimeUp ? m_console.failed(ExitCode::Stopped, tr("Stopped: the time is up."))
                                     : ExitCode::Stopped;
+    }
+    if (m_givenUp) {
+        say(tr("incomplete"), u"result"_s, u"incomplete"_s);
+        return m_console.failed(ExitCode::Stopped, tr("A sweep was stopped, since a point of it could not be taken."));
     }
     if (m_unwritten) {
         say(tr("incomplete"), u"result"_s, u"incomplete"_s);

@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "analysis/rules/ScriptAnalysis.h"
 #include "cli/Console.h"
 #include "cli/instrument/ConsoleWindow.h"
 #include "cli/instrument/RunCommand.h"
 #include "cli/instrument/ScriptAnswers.h"
 #include "cli/instrument/Session.h"
+#include "controls/resonance/ResonanceEngine.h"
+#include "mask/link/MaskFrame.h"
 #include "script/DocumentsInMemory.h"
 #include "script/FerrolexChecker.h"
 #include "script/ScriptActions.h"
 #include "script/ScriptHost.h"
+#include "script/ScriptSwitches.h"
 #include "script/ScriptWindows.h"
 
 #include <QEventLoop>
@@ -82,15 +86,20 @@ private:
     DocumentsInMemory m_memory;
     DocumentList m_documents;
     ScriptActions m_actions;
+    MaskFrame m_masks;
+    ResonanceEngine m_engine;
+    ScriptAnalysis m_analysis;
     FerrolexChecker m_checker;
+    ScriptSwitches m_switches{m_checker};
     ScriptHost m_host;
     QTimer m_timeout;
     QEventLoop m_loop;
     End m_end = End::None;
     bool m_running = false;   ///< the script has been told to run
-    bool m_bad = false;       ///< a mask test has failed, or there was an alarm
+    bool m_bad = false;       ///< a mask test has failed or had nothing to judge, or there was an alarm
     bool m_unwritten = false; ///< a file could not be written
     bool m_userStopped = false;
+    bool m_givenUp = false; ///< a sweep was stopped, since a point of it could not be taken
 };
 
 } // namespace cli

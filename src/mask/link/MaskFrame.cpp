@@ -9,6 +9,8 @@
 #include "mask/MaskVerdict.h"
 #include "program/UserMessages.h"
 
+#include <utility>
+
 namespace {
 
 // What N3 asks for.
@@ -25,10 +27,17 @@ void stopScript(KorvaLink& device)
 
 } // namespace
 
-MaskFrame::MaskFrame(DeviceModule& device)
+MaskFrame::MaskFrame(DeviceModule& device, std::function<void(Judgement)> judged)
     : m_device(device)
+    , m_judged(std::move(judged))
 {
     device.registerHandler('q', [this](const Frame& frame) { return maskTest(frame); });
+}
+
+void MaskFrame::tell(Judgement judgement) const
+{
+    if (m_judged)
+        m_judged(judgement);
 }
 
 bool MaskFrame::maskTest(const Frame& frame)
@@ -46,11 +55,13 @@ bool MaskFrame::maskTest(const Frame& frame)
                              : !MaskTest(graph).maskCheckBothOrders() ? Readiness::Unordered
                                                                       : Readiness::Ready;
     if (reason != Readiness::Ready) {
+        tell(Judgement::None);
         context.messages.dismiss();
         maskverdict::tellRefusal(reason, context.messages);
         return true;
     }
     const MaskVerdict verdict = maskverdict::of(graph, pen);
+    tell(!verdict.inside ? Judgement::Outside : verdict.hasData ? Judgement::Inside : Judgement::None);
     if (frame.number(verdict.inside ? 1 : 2) != 0) {
         // A pass is told of the pen in use, a failure of the pen that was tested.
         const int number = (verdict.inside ? document->gCurrentPen() : pen) + 1;

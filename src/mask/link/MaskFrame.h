@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <functional>
+
 class DeviceModule;
 class Frame;
 
@@ -10,11 +12,19 @@ class Frame;
 class MaskFrame
 {
 public:
-    /// Registers the handler; the module outlives it.
-    explicit MaskFrame(DeviceModule& device);
+    enum class Judgement
+    {
+        Inside,
+        Outside,
+        None ///< no mask, one that is out of order, or a pen without data
+    };
+    /// Registers the handler; the module outlives it. judged is told what came of each test, before its message.
+    explicit MaskFrame(DeviceModule& device, std::function<void(Judgement)> judged = {});
 
 private:
     bool maskTest(const Frame& frame);
+    void tell(Judgement judgement) const;
 
     DeviceModule& m_device;
+    std::function<void(Judgement)> m_judged;
 };

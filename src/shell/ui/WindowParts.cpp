@@ -77,6 +77,8 @@ WindowParts::WindowParts(frmMain& window, const ShellContext& context)
                })
     , updates(commandContext, window, {[this](QWidget& owner) { firmware.showWizard(owner); }, &listingTag})
     , view({registry, active, context.preferences, context.messages, window})
+    , scriptOutputs(commandContext, analysis)
+    , scriptSwitches(scripts.checker())
     , commands(window, registry, *window.menuBar(), toolBar, penBar)
     , quickFiles(window, commands, context.preferences,
                  [this](const QString& fileName) { documents.LoadExistingDocument(fileName); })
@@ -86,6 +88,10 @@ WindowParts::WindowParts(frmMain& window, const ShellContext& context)
     windows.listDocuments(commands);
     scriptActions.ports().fileNames = &scriptQuestions;
     scriptActions.ports().input = &scriptQuestions;
+    scriptActions.ports().pictures = &scriptOutputs;
+    scriptActions.ports().printing = &scriptOutputs;
+    scriptActions.ports().loop = &scriptOutputs;
+    analysis.script().setSwitches(scriptSwitches);
     journal.listen(deviceModule.events());
     QObject::connect(&documents, &DocumentList::added, &journal,
                      [this](PenDocument* document) { journal.follow(*document); });

@@ -16,6 +16,7 @@
 #include "program/CommandRegistry.h"
 #include "recovery/RecoveryJournal.h"
 #include "script/ScriptActions.h"
+#include "script/ScriptSwitches.h"
 #include "script/ui/ScriptCommands.h"
 #include "script/ui/ScriptQuestions.h"
 #include "shell/commands/ui/CommandContext.h"
@@ -35,6 +36,7 @@
 #include "shell/commands/ui/WindowCommands.h"
 #include "shell/ui/DocumentBars.h"
 #include "shell/ui/PenBar.h"
+#include "shell/ui/ScriptOutputs.h"
 #include "shell/ui/StatusBar.h"
 #include "update/ui/FirmwareFeature.h"
 #include "view/ui/ViewCommands.h"
@@ -86,6 +88,8 @@ struct WindowParts
     FirmwareFeature firmware;
     UpdateCommands updates;
     ViewCommands view;
+    ScriptOutputs scriptOutputs;
+    ScriptSwitches scriptSwitches;
 
     CommandSet commands;
     QuickFileMenu quickFiles;
