@@ -141,14 +141,14 @@ TEST_F(ChecksTest, AMisspeltWordIsFound)
     EXPECT_THAT(good.output, IsEmpty());
     // In two halves, or the check would find it here.
     write(QStringLiteral("src/bad.cpp"), "// The measu"
-                                         "rment.\n// It oc"
-                                         "cured.\n");
+                                         "rment.\n// They are sep"
+                                         "erate.\n");
     const Ended bad = check("spelling", {m_tree.path()});
     EXPECT_EQ(bad.exitCode, 1);
     EXPECT_THAT(bad.output, HasSubstr("src/bad.cpp:1: measu"
                                       "rment ==> measurement"));
-    EXPECT_THAT(bad.output, HasSubstr("src/bad.cpp:2: oc"
-                                      "cured ==> occurred"));
+    EXPECT_THAT(bad.output, HasSubstr("src/bad.cpp:2: sep"
+                                      "erate ==> separate"));
 }
 
 TEST_F(TidyTest, SourcesThatHaveNotChangedAreNotLookedAtAgain)

@@ -30,7 +30,7 @@ TEST(ExitCodes, TheTableIsInOrderAndWithoutAGap)
             QStringLiteral("%1 %2").arg(static_cast<int>(row.code)).arg(QLatin1String(row.name))));
         EXPECT_TRUE(QLatin1String(row.sentence).endsWith(u'.'));
     }
-    EXPECT_EQ(number, static_cast<int>(ExitCode::NotSolved) + 1);
+    EXPECT_EQ(number, static_cast<int>(ExitCode::Bad) + 1);
     for (const QString& line : exitCodeHelp().split(u'\n'))
         EXPECT_LE(line.size(), 100);
 }

@@ -93,7 +93,7 @@ TEST_F(DesktopTest, ItStartsConnectsAndEndsWhenTheInstrumentsScriptEndsIt)
     EXPECT_EQ(std::count(lines.begin(), lines.end(), "> enquire 1.28\\r"), 2) << "the state is asked for twice";
     EXPECT_THAT(lines, Contains(::testing::StartsWith("< V:")));
     EXPECT_THAT(lines, Contains(::testing::StartsWith("< X:")));
-    EXPECT_THAT(lines, Contains("> run\\r"));
+    EXPECT_THAT(lines, Contains("> y\\rrun\\r"));
 }
 
 TEST_F(DesktopTest, TwoCopiesRunSideBySideWithAnInstrumentEach)

@@ -93,7 +93,10 @@ Simulator::Simulator(const QString& serial, const QStringList& options)
     : m_serial(serial)
 {
     m_process.start(programPath(QStringLiteral("marrowick-sim")),
-                    QStringList{QStringLiteral("--serial"), serial, QStringLiteral("--no-memory")} + options);
+                    QStringList{QStringLiteral("--serial"), serial} +
+                        (options.contains(QStringLiteral("--memory")) ? QStringList()
+                                                                      : QStringList{QStringLiteral("--no-memory")}) +
+                        options);
     const QString link = qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/marrowick/devices/") + serial;
     m_started =
         m_process.waitForStarted(kPatience) &&

@@ -37,7 +37,7 @@ Ended runProgram(const QString& name, const QStringList& arguments);
 class Simulator
 {
 public:
-    /// The serial number is free to choose; options as on the command line.
+    /// The serial number is free to choose; options as on the command line. It forgets everything without "--memory".
     Simulator(const QString& serial, const QStringList& options);
     ~Simulator();
 

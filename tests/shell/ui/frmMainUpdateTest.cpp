@@ -23,7 +23,8 @@ protected:
             if (!window || window == m_last || seen == m_acts.size())
                 return;
             m_last = window;
-            m_acts[seen++](*window);
+            // Not from here: while a timer's slot runs it does not tick again, and an act may open the next window.
+            QTimer::singleShot(0, window, [act = m_acts[seen++], window] { act(*window); });
         });
         m_poll.start(2);
     }
