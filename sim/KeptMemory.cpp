@@ -132,7 +132,7 @@ ValueOr<KeptMemory> KeptMemory::fromJson(const QByteArray& text)
     take(constants, "applyCalibration", c.applyCalibration);
     take(constants, "calibrated", c.calibration.valid);
     c.calibration.stamp = constants.value(QLatin1String("calibrationStamp")).toString().toLatin1().left(61);
-    for (const QJsonValue& value : constants.value(QLatin1String("calibrationDeviation")).toArray())
+    for (const auto& value : constants.value(QLatin1String("calibrationDeviation")).toArray())
         c.calibration.deviation.push_back(std::clamp(value.toDouble(), -100.0, 100.0));
     if (c.calibration.deviation.size() != static_cast<std::size_t>(kCalibrationPoints))
         c.calibration = Calibration();

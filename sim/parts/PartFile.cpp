@@ -167,7 +167,7 @@ ValueOr<PartModel> fromJson(const QByteArray& text)
         return read;
 
     std::vector<MotionalBranch> branches;
-    for (const QJsonValue& value : list.toArray()) {
+    for (const auto& value : list.toArray()) {
         const ValueOr<MotionalBranch> branch = readBranch(value, static_cast<int>(branches.size()) + 1);
         if (!branch)
             return Outcome::failure(branch.sentence());

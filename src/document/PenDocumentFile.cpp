@@ -42,7 +42,7 @@ QString PenDocument::CopyLineData(int intSubset)
 {
     if (!Pens::isPen(intSubset))
         return QString();
-    const QString grid = pentransfer::copied(m_graph, intSubset, pgiTestType());
+    QString grid = pentransfer::copied(m_graph, intSubset, pgiTestType());
     if (m_context.clipboard != nullptr)
         m_context.clipboard->setText(grid);
     const QPointer<PenDocument> self(this);

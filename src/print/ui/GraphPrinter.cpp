@@ -8,6 +8,7 @@
 
 #include <QBuffer>
 #include <QCoreApplication>
+#include <QLocale>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QPrinter>
@@ -89,7 +90,7 @@ Outcome print(const GraphModel& graph, const Job& job)
         return Outcome::failure(job.printer.isEmpty() ? tr("There is no printer.")
                                                       : tr("There is no printer \"%1\".").arg(job.printer));
     }
-    const QString title = graph.MainTitle();
+    const QString& title = graph.MainTitle();
     printer->setDocName(title.isEmpty() ? QCoreApplication::applicationName() : title);
     const double scale = printer->resolution() / kPointsPerInch;
     const QRectF area = printableLayout(*printer).paintRect(QPageLayout::Point);

@@ -4,14 +4,14 @@
 #include "view/ViewOptions.h"
 #include "view/ui/NumberEdit.h"
 
+#include <QAbstractButton>
 #include <QGridLayout>
+#include <QGroupBox>
+#include <QPushButton>
 #include <QWidget>
 
 #include <array>
 #include <functional>
-
-class QGroupBox;
-class QPushButton;
 
 /// An upper and a lower limit with a button each that sets it. A text that is refused gives way to the limit in force.
 class LimitBoxes : public QWidget

@@ -3,6 +3,11 @@
 
 #include "view/ui/ViewDialog.h"
 
+#include <QGroupBox>
+#include <QRadioButton>
+
+#include <array>
+
 class LimitsGroup;
 class MaskPage;
 
