@@ -41,7 +41,7 @@ void ScriptSlot::giveUpTransfer()
 Outcome ScriptSlot::run(ScriptHost& host, Moment now)
 {
     m_running = true;
-    const Outcome started = m_runner->start(m_script, host, now);
+    Outcome started = m_runner->start(m_script, host, now);
     if (!started)
         finished();
     return started;
