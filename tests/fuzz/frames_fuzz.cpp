@@ -33,13 +33,6 @@ public:
         if (index < 1 || index > 12 || text.size() > 200)
             std::abort();
     }
-    void penSetActive(int iPenNumber) override
-    {
-        if (iPenNumber < 1 || iPenNumber > PenDocument::kPens)
-            std::abort();
-        if (active != nullptr)
-            active->setCurrentPen(iPenNumber - 1);
-    }
     void mnuWindowCloseAll_Click() override { active = nullptr; }
 };
 
@@ -136,6 +129,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto isKnown = [&key](const auto& document) { return document->gstrKey == key; };
     if (!key.isEmpty() && std::none_of(p.documents.begin(), p.documents.end(), isKnown))
         std::abort();
+    for (const auto& document : p.documents) {
+        if (document->gCurrentPen() < 0 || document->gCurrentPen() >= PenDocument::kPens)
+            std::abort();
+    }
     p.peer->takeWritten();
     return 0;
 }

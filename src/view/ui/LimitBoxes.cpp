@@ -42,10 +42,11 @@ LimitBoxes::LimitBoxes(const Names& names, Rules rules, QGroupBox* frame)
         grid->addWidget(m_boxes[i], row, 1);
         grid->addWidget(setter, row, 2);
         connect(m_boxes[i], &NumberEdit::entered, this, [this, end] {
+            NumberEdit* const other = m_boxes[1 - at(end)];
             const QPointer<LimitBoxes> self(this);
             set(end);
             if (self)
-                m_boxes[1 - at(end)]->setFocus();
+                other->setFocus();
         });
     }
     frame->layout()->addWidget(this);
@@ -102,8 +103,10 @@ LimitsGroup::LimitsGroup(const Names& names, ViewOptions& options, ViewOptions::
                               m_range);
     const auto add = [this](const char* name, const QString& text, void (ViewOptions::*step)(ViewOptions::Quantity)) {
         auto* const made = button(this, QLatin1String(name), text, [this, step] {
+            ViewOptions& options = m_options;
+            const ViewOptions::Quantity quantity = m_quantity;
             const QPointer<LimitsGroup> self(this);
-            (m_options.*step)(m_quantity);
+            (options.*step)(quantity);
             if (self)
                 refresh(true);
         });
