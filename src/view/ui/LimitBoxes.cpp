@@ -103,10 +103,10 @@ LimitsGroup::LimitsGroup(const Names& names, ViewOptions& options, ViewOptions::
                               m_range);
     const auto add = [this](const char* name, const QString& text, void (ViewOptions::*step)(ViewOptions::Quantity)) {
         auto* const made = button(this, QLatin1String(name), text, [this, step] {
-            ViewOptions& options = m_options;
-            const ViewOptions::Quantity quantity = m_quantity;
+            ViewOptions& changed = m_options;
+            const ViewOptions::Quantity limited = m_quantity;
             const QPointer<LimitsGroup> self(this);
-            (options.*step)(quantity);
+            (changed.*step)(limited);
             if (self)
                 refresh(true);
         });
