@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Every control of the view options, driven in the window itself.
+// The window of the view options with its tabs, and its pages of pens, display and style.
 #include "ViewWindows.h"
 
-#include "mask/MaskTest.h"
 #include "widgets/ui/ColourLabel.h"
 
 #include <QColorDialog>
 #include <QComboBox>
-#include <QGroupBox>
 #include <QLabel>
 
 #include <map>
@@ -21,8 +19,6 @@ class frmOptionsTest : public ViewWindowTest
 protected:
     frmOptionsTest() { open(PenDocument::Impedance); }
 };
-
-// Tabs ----------------------------------------------------------------------------------------------------------------
 
 TEST_F(frmOptionsTest, EachTabShowsThePagesOfItsType)
 {
@@ -149,8 +145,6 @@ TEST_F(frmOptionsTest, EveryControlIsReachedByTheTabKeyAndHasAName)
     }
 }
 
-// Pens ----------------------------------------------------------------------------------------------------------------
-
 TEST_F(frmOptionsTest, PensAreShownHiddenLockedAndFreed)
 {
     for (const int pen : {0, 9}) {
@@ -230,8 +224,6 @@ TEST_F(frmOptionsTest, AColourIsThatOfThisGraphAlone)
     EXPECT_TRUE(changed());
 }
 
-// Display -------------------------------------------------------------------------------------------------------------
-
 TEST_F(frmOptionsTest, MarksAndTestInformationAreSwitched)
 {
     showTab("Display");
@@ -291,163 +283,6 @@ TEST_F(frmOptionsTest, GainAndLossAreChosen)
     click("optGain");
     EXPECT_FALSE(document->gbfAltSubset());
 }
-
-// Axes ----------------------------------------------------------------------------------------------------------------
-
-TEST_F(frmOptionsTest, TheFrequencyAxisIsLinearOrLogarithmic)
-{
-    showTab("Axes");
-    EXPECT_TRUE(isChecked("optLog"));
-    click("optLinear");
-    EXPECT_EQ(graph().XAxisScaleControl(), graph::ScaleLinear);
-    EXPECT_TRUE(changed());
-    click("optLog");
-    EXPECT_EQ(graph().XAxisScaleControl(), graph::ScaleLogarithmic);
-}
-
-TEST_F(frmOptionsTest, FrequencyLimitsAreSetByButtonAndByEnter)
-{
-    showTab("Axes");
-    type("txtUpperFreqLimit", "40k5");
-    EXPECT_NE(graph().ManualMaxX(), 40500) << "not before it is set";
-    click("cmdSetUpperFrequencyLimit");
-    EXPECT_EQ(graph().ManualMaxX(), 40500);
-    EXPECT_EQ(text("txtUpperFreqLimit"), "40500");
-    EXPECT_TRUE(changed());
-    type("txtLowerFreqLimit", "1,5k");
-    enter("txtLowerFreqLimit");
-    EXPECT_EQ(graph().ManualMinX(), 1500);
-    EXPECT_EQ(dialog->focusWidget()->objectName(), "txtUpperFreqLimit");
-    EXPECT_TRUE(dialog->isVisible()) << "Enter in a box closes nothing";
-    type("txtLowerFreqLimit", "0");
-    click("cmdSetLowerFrequencyLimit");
-    EXPECT_EQ(graph().ManualMinX(), 10);
-    click("cmdDefaultXAxis");
-    EXPECT_EQ(text("txtUpperFreqLimit"), "50000000");
-    EXPECT_EQ(text("txtLowerFreqLimit"), "10");
-    EXPECT_EQ(graph().ManualMaxX(), 50000000);
-}
-
-TEST_F(frmOptionsTest, AnEmptyFrequencyIsRefilledFromTheSweep)
-{
-    document->UpdateTestExtents(2000, 3000);
-    showTab("Axes");
-    type("txtUpperFreqLimit", "");
-    click("cmdSetUpperFrequencyLimit");
-    EXPECT_EQ(text("txtUpperFreqLimit"), "3000");
-    type("txtLowerFreqLimit", "");
-    click("cmdSetLowerFrequencyLimit");
-    EXPECT_EQ(graph().ManualMinX(), 2000);
-}
-
-TEST_F(frmOptionsTest, ZoomButtonsAreEnabledWhileTheGraphIsZoomed)
-{
-    showTab("Axes");
-    click("optManualZScale");
-    EXPECT_FALSE(isEnabled("cmdSetXAxisToZoomLevel"));
-    EXPECT_FALSE(isEnabled("cmdSetImpedanceDisplayLimitsToZoom"));
-    zoomIn();
-    EXPECT_TRUE(isEnabled("cmdSetXAxisToZoomLevel"));
-    click("cmdSetXAxisToZoomLevel");
-    EXPECT_EQ(graph().ManualMinX(), 1000);
-    EXPECT_EQ(graph().ManualMaxX(), 10000);
-    EXPECT_EQ(text("txtUpperFreqLimit"), "10000");
-    EXPECT_FALSE(isEnabled("cmdSetXAxisToZoomLevel")) << "back at full extent";
-    zoomIn();
-    click("cmdSetImpedanceDisplayLimitsToZoom");
-    EXPECT_EQ(axis(0).ManualMinY, 10);
-    EXPECT_EQ(axis(0).ManualMaxY, 100);
-    EXPECT_EQ(text("txtLimits_0"), "100");
-    EXPECT_TRUE(changed());
-}
-
-TEST_F(frmOptionsTest, ImpedanceLimitsAreAutomaticOrManual)
-{
-    showTab("Axes");
-    click("optAutoZScale");
-    EXPECT_EQ(axis(0).ManualScaleControlY, graph::ScaleAutomatic);
-    EXPECT_FALSE(isEnabled("txtLimits_0"));
-    EXPECT_TRUE(changed());
-    click("optManualZScale");
-    EXPECT_EQ(axis(0).ManualScaleControlY, graph::ScaleManual);
-    EXPECT_TRUE(isEnabled("txtLimits_0"));
-    type("txtLimits_0", "4m7");
-    EXPECT_EQ(text("txtLimits_0"), "4M7") << "there are no small impedances";
-    enter("txtLimits_0");
-    EXPECT_EQ(axis(0).ManualMaxY, 4700000);
-    EXPECT_EQ(dialog->focusWidget()->objectName(), "txtLimits_1");
-    type("txtLimits_1", "2,5");
-    click("cmdSetLimit_1");
-    EXPECT_EQ(axis(0).ManualMinY, 2.5);
-    EXPECT_EQ(text("txtLimits_1"), "2.5");
-    type("txtLimits_1", "-1");
-    click("cmdSetLimit_1");
-    EXPECT_EQ(axis(0).ManualMinY, 2.5);
-    EXPECT_EQ(text("txtLimits_1"), "2.5") << "refused in place";
-    click("cmdDefaultImpedanceAxisDisplayLimits");
-    EXPECT_EQ(axis(0).ManualMinY, 0.01);
-    EXPECT_EQ(text("txtLimits_0"), "999999");
-}
-
-TEST_F(frmOptionsTest, AdmittanceLimitsTakeSmallUnits)
-{
-    document->graphSetAlternateView(true);
-    showTab("Axes");
-    click("optManualZScale");
-    type("txtLimits_0", "4M7x");
-    EXPECT_EQ(text("txtLimits_0"), "4m7");
-    click("cmdSetLimit_0");
-    EXPECT_EQ(axis(1).ManualMaxY, 0.0047);
-    type("txtLimits_1", "2U");
-    enter("txtLimits_1");
-    EXPECT_EQ(axis(1).ManualMinY, 0.000002);
-    type("txtLimits_1", "1E-3");
-    enter("txtLimits_1");
-    EXPECT_EQ(axis(1).ManualMinY, 0.001);
-    type("txtLimits_1", "E");
-    enter("txtLimits_1");
-    EXPECT_EQ(axis(1).ManualMinY, 0.001) << "an E without its numbers is refused";
-}
-
-TEST_F(frmOptionsTest, TheImpedanceAxisIsLinearOrLogarithmic)
-{
-    showTab("Axes");
-    EXPECT_TRUE(isChecked("optZScaleLogarithmic"));
-    click("optZScaleLinear");
-    EXPECT_EQ(axis(0).YAxisScaleControl, graph::ScaleLinear);
-    EXPECT_EQ(axis(1).YAxisScaleControl, graph::ScaleLinear);
-    EXPECT_TRUE(changed());
-    click("optZScaleLogarithmic");
-    EXPECT_EQ(axis(0).YAxisScaleControl, graph::ScaleLogarithmic);
-}
-
-TEST_F(frmOptionsTest, AmplitudeLimitsAreSet)
-{
-    open(PenDocument::Amplitude);
-    showTab("Axes");
-    EXPECT_EQ(title("fAmpScaleControl"), "Amplitude scale limits");
-    EXPECT_EQ(title("fAmpRange"), "Amplitude manual scale limits");
-    click("optManScaleAmp");
-    EXPECT_EQ(axis(0).ManualScaleControlY, graph::ScaleManual);
-    type("txtAmpUpper", "0");
-    click("cmdAmpSetUpper");
-    type("txtAmpLower", "-42,5");
-    click("cmdAmpSetLower");
-    EXPECT_EQ(axis(0).ManualMaxY, 0);
-    EXPECT_EQ(axis(0).ManualMinY, -42.5);
-    EXPECT_TRUE(changed());
-    zoomIn();
-    click("cmdSetAmpLimitsToZoom");
-    EXPECT_EQ(axis(0).ManualMaxY, 2) << "of a linear axis";
-    click("cmdDefaultAmplitude");
-    EXPECT_EQ(text("txtAmpUpper"), "10");
-    EXPECT_EQ(text("txtAmpLower"), "-90");
-    click("optAutoScaleAmp");
-    EXPECT_EQ(axis(0).ManualScaleControlY, graph::ScaleAutomatic);
-    EXPECT_FALSE(isEnabled("txtAmpUpper"));
-}
-
-// Style ---------------------------------------------------------------------------------------------------------------
 
 TEST_F(frmOptionsTest, TheLegendIsPlacedOrHidden)
 {
@@ -518,120 +353,6 @@ TEST_F(frmOptionsTest, AFontThatIsNotInstalledIsShownAllTheSame)
     reopen();
     EXPECT_EQ(control<QComboBox>("combFontSelection").currentText(), "No Such Font");
 }
-
-// Masks ---------------------------------------------------------------------------------------------------------------
-
-TEST_F(frmOptionsTest, MasksAreEnabledBehindAQuestionWithOkAndCancel)
-{
-    showTab("Mask");
-    EXPECT_FALSE(isEnabled("txtUpperMaskFrequency_8"));
-    bench.messages.replies = {UserMessages::ReplyCancel};
-    click("chkEnableMasks");
-    ASSERT_EQ(bench.messages.shown.size(), 1U);
-    EXPECT_EQ(bench.messages.shown[0].text, "Enable pen 9 and 10 masks?");
-    EXPECT_EQ(bench.messages.shown[0].title, "Erase pen 9 10 Data");
-    EXPECT_EQ(bench.messages.shown[0].style, UserMessages::OkCancel | UserMessages::Question);
-    EXPECT_FALSE(isChecked("chkEnableMasks"));
-    EXPECT_FALSE(document->hasMasks());
-    click("chkEnableMasks");
-    EXPECT_TRUE(document->hasMasks());
-    EXPECT_EQ(cellText(*document, 1), "MASK");
-    EXPECT_TRUE(isEnabled("txtUpperMaskFrequency_8"));
-    EXPECT_TRUE(isEnabled("cmdShiftUp_9"));
-    EXPECT_TRUE(changed());
-    click("chkEnableMasks");
-    EXPECT_EQ(cellText(*document, 1), "");
-    EXPECT_EQ(document->GetPenLock(8), 0) << "switching off unlocks";
-    EXPECT_FALSE(isEnabled("txtUpperMaskFrequency_9"));
-    EXPECT_EQ(bench.messages.shown.size(), 2U) << "and asks nothing";
-}
-
-TEST_F(frmOptionsTest, PointsAreEnteredByKeyboard)
-{
-    showTab("Mask");
-    click("chkEnableMasks");
-    EXPECT_EQ(control<QLabel>("lblDataPoint_8").text(), "Impedance in Ohms:");
-    type("txtUpperMaskFrequency_8", "40k");
-    enter("txtUpperMaskFrequency_8");
-    EXPECT_EQ(graph().XData(8, 0), 40000);
-    EXPECT_EQ(dialog->focusWidget()->objectName(), "txtUpperMaskDataPoint_8");
-    type("txtUpperMaskDataPoint_8", "1e3");
-    EXPECT_EQ(text("txtUpperMaskDataPoint_8"), "1E3");
-    enter("txtUpperMaskDataPoint_8");
-    EXPECT_EQ(graph().YData(8, 0), 1000);
-    EXPECT_EQ(graph().YData(18, 0), 0.001F);
-    EXPECT_EQ(control<QLabel>("lblPointIndex_8").text(), "Point Index: 2");
-    EXPECT_EQ(dialog->focusWidget()->objectName(), "txtUpperMaskFrequency_8");
-    EXPECT_EQ(text("txtUpperMaskDataPoint_8"), "");
-    type("txtUpperMaskFrequency_9", "39k");
-    type("txtUpperMaskDataPoint_9", "12,5");
-    click("cmdUpperMaskStepFwd_9");
-    EXPECT_EQ(graph().XData(9, 0), 39000);
-    EXPECT_EQ(graph().YData(9, 0), 12.5);
-    EXPECT_EQ(control<QLabel>("lblPointIndex_9").text(), "Point Index: 2");
-    click("cmdUpperMaskStepBack_9");
-    EXPECT_EQ(text("txtUpperMaskFrequency_9"), "39000");
-    EXPECT_EQ(text("txtUpperMaskDataPoint_9"), "12.5");
-    click("cmdUpperMaskStepBack_9");
-    EXPECT_EQ(control<QLabel>("lblPointIndex_9").text(), "Point Index: 24");
-    EXPECT_EQ(control<QLabel>("lblPointIndex_8").text(), "Point Index: 2");
-}
-
-TEST_F(frmOptionsTest, AClearedValueUnsetsThePoint)
-{
-    showTab("Mask");
-    click("chkEnableMasks");
-    type("txtUpperMaskFrequency_8", "40k");
-    type("txtUpperMaskDataPoint_8", "5");
-    click("cmdUpperMaskStepFwd_8");
-    click("cmdUpperMaskStepBack_8");
-    type("txtUpperMaskDataPoint_8", "");
-    click("cmdUpperMaskStepFwd_8");
-    EXPECT_EQ(graph().YData(8, 0), graph::kNullValue);
-    EXPECT_EQ(graph().XData(8, 0), 40000);
-}
-
-TEST_F(frmOptionsTest, ALineIsShiftedByAnOffset)
-{
-    showTab("Mask");
-    click("chkEnableMasks");
-    for (const int pen : {8, 9}) {
-        graph().setPoint(pen, 0, 1000, 5);
-        QString prompt;
-        const press::WhileModal enter([&prompt](QWidget& window) {
-            prompt = findControl<QLabel>(&window, "lblPrompt")->text();
-            auto* const box = findControl<QLineEdit>(&window, "txtMaskOffset");
-            QTest::keyClicks(box, u"k-2,5x"_s);
-            EXPECT_EQ(box->text(), "-2.5");
-            QTest::keyClick(box, Qt::Key_Return);
-        });
-        click(pen == 8 ? "cmdShiftUp_8" : "cmdShiftUp_9");
-        EXPECT_TRUE(enter.happened());
-        EXPECT_EQ(prompt, pen == 8 ? "Enter upper mask offset" : "Enter lower mask offset");
-        EXPECT_EQ(graph().YData(pen, 0), 2.5);
-        EXPECT_EQ(text(pen == 8 ? "txtUpperMaskDataPoint_8" : "txtUpperMaskDataPoint_9"), "2.5");
-    }
-    const press::WhileModal escape([](QWidget& window) { QTest::keyClick(&window, Qt::Key_Escape); });
-    click("cmdShiftUp_8");
-    EXPECT_EQ(graph().YData(8, 0), 2.5);
-}
-
-TEST_F(frmOptionsTest, APointTypedBeforeOkIsNotLost)
-{
-    showTab("Mask");
-    click("chkEnableMasks");
-    click("cmdUpperMaskStepFwd_8");
-    type("txtUpperMaskFrequency_8", "40k");
-    type("txtUpperMaskDataPoint_8", "5");
-    click("cmdOK");
-    EXPECT_EQ(graph().XData(8, 1), 40000);
-    EXPECT_EQ(graph().YData(8, 1), 5);
-    EXPECT_EQ(bench.preferences.value(options::kMaskUpperIndex), 1) << "and the point on show is kept";
-    reopen();
-    EXPECT_EQ(control<QLabel>("lblPointIndex_8").text(), "Point Index: 2");
-}
-
-// Following -----------------------------------------------------------------------------------------------------------
 
 TEST_F(frmOptionsTest, WhatHappensToTheDocumentMeanwhileIsShown)
 {
