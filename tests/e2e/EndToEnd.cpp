@@ -11,6 +11,7 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace e2e {
@@ -129,6 +130,22 @@ bool Simulator::end()
 QByteArray Simulator::errors()
 {
     return m_process.readAllStandardError();
+}
+
+int faultSeeds(int least)
+{
+    return std::max(least, qEnvironmentVariableIntValue("MARROWICK_FAULT_SEEDS"));
+}
+
+QStringList faultOptions(const QString& fault, int seed)
+{
+    return {QStringLiteral("--fast"),
+            QStringLiteral("--fault"),
+            fault,
+            QStringLiteral("--idle-levels"),
+            QStringLiteral("0"),
+            QStringLiteral("--seed"),
+            QString::number(seed)};
 }
 
 std::vector<LoggedFrame> loggedFrames(const QString& linkLog)

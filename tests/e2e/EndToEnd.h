@@ -57,6 +57,13 @@ private:
     bool m_started = false;
 };
 
+/// Seeds to try of each kind of fault: at least as many as the suite has time for, more by MARROWICK_FAULT_SEEDS=200
+/// build/dev/bin/test_e2e --gtest_filter='*FaultTest*'.
+int faultSeeds(int least);
+
+/// Options of a fast simulated instrument that plays those faults and puts out no idle levels.
+QStringList faultOptions(const QString& fault, int seed);
+
 /// A frame as it stands in a link log, read by nothing of the program's.
 struct LoggedFrame
 {

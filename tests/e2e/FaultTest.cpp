@@ -18,16 +18,13 @@ namespace {
 constexpr int kPoints = 256;
 constexpr double kFrom = 35000, kTo = 45000;
 constexpr int kSeeds = 6;
-/// More seeds a kind than the suite has time for: MARROWICK_FAULT_SEEDS=200 build/dev/bin/test_e2e
-/// --gtest_filter='*FaultTest*/split'. A number below kSeeds, or none, leaves it at those.
-constexpr const char* kSeedsVariable = "MARROWICK_FAULT_SEEDS";
 /// Nothing from the instrument for that long: it has nothing left to say. Longer than any stall it plays.
 constexpr int kSilence = 2000;
 
 class FaultTest : public EndToEndTest, public ::testing::WithParamInterface<const char*>
 {
 protected:
-    static int seeds() { return std::max(kSeeds, qEnvironmentVariableIntValue(kSeedsVariable)); }
+    static int seeds() { return faultSeeds(kSeeds); }
 
     /// Runs events until the condition holds or the instrument has been silent for a while.
     static bool waitWhileHeard(cli::Session& session, const std::function<bool()>& condition)
@@ -42,9 +39,7 @@ protected:
 
     static void sweepThroughFault(const QString& fault, int seed, const QString& log)
     {
-        const Simulator simulator(freshSerial(), {QStringLiteral("--fast"), QStringLiteral("--fault"), fault,
-                                                  QStringLiteral("--idle-levels"), QStringLiteral("0"),
-                                                  QStringLiteral("--seed"), QString::number(seed)});
+        const Simulator simulator(freshSerial(), faultOptions(fault, seed));
         ASSERT_TRUE(simulator.started());
         QString results, problems;
         cli::Console console(QStringLiteral("marrowick"), cli::Console::into(results), cli::Console::into(problems),

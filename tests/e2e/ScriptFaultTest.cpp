@@ -16,14 +16,13 @@ using namespace e2e;
 namespace {
 
 constexpr int kSeeds = 2;
-constexpr const char* kSeedsVariable = "MARROWICK_FAULT_SEEDS";
 /// Where a reply or a frame is lost the script stands still until it is stopped.
 constexpr double kLimit = 4;
 
 class ScriptFaultTest : public EndToEndTest, public ::testing::WithParamInterface<const char*>
 {
 protected:
-    static int seeds() { return std::max(kSeeds, qEnvironmentVariableIntValue(kSeedsVariable)); }
+    static int seeds() { return faultSeeds(kSeeds); }
 
     QString script()
     {
@@ -59,9 +58,7 @@ protected:
 
     void runThroughFault(const QString& fault, int seed)
     {
-        const Simulator simulator(freshSerial(), {QStringLiteral("--fast"), QStringLiteral("--fault"), fault,
-                                                  QStringLiteral("--idle-levels"), QStringLiteral("0"),
-                                                  QStringLiteral("--seed"), QString::number(seed)});
+        const Simulator simulator(freshSerial(), faultOptions(fault, seed));
         ASSERT_TRUE(simulator.started());
         cli::RunOptions options;
         options.script = script();

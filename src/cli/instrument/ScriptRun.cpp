@@ -2,6 +2,7 @@
 #include "cli/instrument/ScriptRun.h"
 
 #include "analysis/AnalysisFrames.h"
+#include "cli/instrument/Waiting.h"
 #include "cli/plots/DrawProgram.h"
 #include "instrument/Commands.h"
 #include "script/ScriptNames.h"
@@ -223,14 +224,8 @@ void ScriptRun::unloadTransfer()
 
 bool ScriptRun::waitFor(const std::function<bool()>& condition, int milliseconds)
 {
-    QTimer limit;
-    limit.setSingleShot(true);
-    connect(&limit, &QTimer::timeout, &m_loop, &QEventLoop::quit);
-    if (milliseconds >= 0)
-        limit.start(milliseconds);
-    while (!condition() && m_end == End::None && (milliseconds < 0 || limit.isActive()))
-        m_loop.exec();
-    return condition();
+    return waitIn(
+        m_loop, condition, [this] { return m_end == End::None; }, milliseconds);
 }
 
 void ScriptRun::endBy(End reason)

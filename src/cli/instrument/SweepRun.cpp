@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/instrument/SweepRun.h"
 
+#include "cli/instrument/Waiting.h"
 #include "cli/plots/DrawProgram.h"
 #include "cli/plots/PenAnalysis.h"
 #include "controls/graph/GraphFile.h"
@@ -257,14 +258,8 @@ ExitCode SweepRun::compare(const SweepResult& result)
 
 bool SweepRun::waitFor(const std::function<bool()>& condition, int milliseconds)
 {
-    QTimer limit;
-    limit.setSingleShot(true);
-    connect(&limit, &QTimer::timeout, &m_loop, &QEventLoop::quit);
-    if (milliseconds >= 0)
-        limit.start(milliseconds);
-    while (!condition() && m_end == End::None && (milliseconds < 0 || limit.isActive()))
-        m_loop.exec();
-    return condition();
+    return waitIn(
+        m_loop, condition, [this] { return m_end == End::None; }, milliseconds);
 }
 
 void SweepRun::endBy(End reason)

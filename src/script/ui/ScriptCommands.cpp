@@ -1,18 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "script/ui/ScriptCommands.h"
 
+#include "document/FilePicker.h"
 #include "link/ui/DeviceWindows.h"
 #include "program/CommandRegistry.h"
 #include "script/ui/frmMessages.h"
 #include "script/ui/frmSendScript.h"
-#include "shell/commands/ui/CommandContext.h"
-#include "shell/commands/ui/FileDialogs.h"
 #include "widgets/ui/ShowModally.h"
 
-ScriptCommands::ScriptCommands(const CommandContext& context, DeviceModule& device)
+ScriptCommands::ScriptCommands(const Context& context)
     : m_context(context)
-    , m_checker(context.program.preferences)
-    , m_host(device, context.testRun, m_checker, *this)
+    , m_checker(context.preferences)
+    , m_host(context.device, context.testRun, m_checker, *this)
 {
     registerCommands();
 }
@@ -47,7 +46,7 @@ void ScriptCommands::registerCommands()
 
 QString ScriptCommands::openFileName(const QString& title, const QString& filters, const QString& folder)
 {
-    return m_context.fileDialogs.openFileName(title, filters, folder);
+    return m_context.files.openFileName(title, filters, folder);
 }
 
 void ScriptCommands::refresh()

@@ -8,8 +8,11 @@
 #include <QCoreApplication>
 #include <QPointer>
 
+class CommandRegistry;
+class DeviceWindows;
+class FilePicker;
+class QWidget;
 class frmSendScript;
-struct CommandContext;
 
 /// The commands of the Test menu that have to do with scripts, and the windows of the road to a running script.
 class ScriptCommands : public ScriptWindows
@@ -17,8 +20,19 @@ class ScriptCommands : public ScriptWindows
     Q_DECLARE_TR_FUNCTIONS(ScriptCommands)
 
 public:
-    /// Registers them. Both outlive the object.
-    ScriptCommands(const CommandContext& context, DeviceModule& device);
+    /// All of it outlives the commands.
+    struct Context
+    {
+        QWidget& window;
+        CommandRegistry& commands;
+        Preferences& preferences;
+        DeviceModule& device;
+        TestRun& testRun;
+        DeviceWindows& deviceWindows;
+        FilePicker& files;
+    };
+    /// Registers them.
+    explicit ScriptCommands(const Context& context);
 
     ScriptHost& host() { return m_host; }
     FerrolexChecker& checker() { return m_checker; }
@@ -33,7 +47,7 @@ public:
 private:
     void registerCommands();
 
-    const CommandContext& m_context;
+    Context m_context;
     FerrolexChecker m_checker;
     ScriptHost m_host;
     QPointer<frmSendScript> m_transferForm;

@@ -21,11 +21,7 @@ protected:
     void SetUp() override
     {
         load();
-        document = newDocument(PenDocument::Impedance);
-        for (int i = 0; i < 20; ++i)
-            document->AddImpedancePoint(1000 + 100 * i, 50 + i, 30, 1, i);
-        document->setModified(false);
-        settle();
+        document = measuredDocument();
     }
     void TearDown() override
     {

@@ -94,6 +94,17 @@ protected:
         settle();
     }
 
+    /// A new impedance document with 20 points in its first pen, saved as it were, and settled.
+    PenDocument* measuredDocument()
+    {
+        PenDocument* const document = newDocument(PenDocument::Impedance);
+        for (int i = 0; i < 20; ++i)
+            document->AddImpedancePoint(1000 + 100 * i, 50 + i, 30, 1, i);
+        document->setModified(false);
+        settle();
+        return document;
+    }
+
     /// File New for that type, without its dialog.
     PenDocument* newDocument(int type)
     {
