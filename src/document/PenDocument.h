@@ -148,6 +148,8 @@ public:
     void RedooZoom();
     /// Back to full extent, as by the user; the history stays.
     void ZoomExtents();
+    /// Zooms to the data of the shown pens, the axes of graph::AxisChoice; false when there are none.
+    bool FitView(int axes);
     /// The limits of the zoom on screen; X as exponents when the axis is logarithmic.
     void GetZoomLimits(double& dblZoomMaxX, double& dblZoomMaxY, double& dblZoomMinX, double& dblZoomMinY,
                        double& dblZoomMaxTX, double& dblZoomMinTX) const;

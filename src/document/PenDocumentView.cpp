@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Views, zoom and the extent that a sweep follows.
+#include "controls/graph/ViewLimits.h"
 #include "document/PenDocument.h"
 #include "document/content/GraphStyle.h"
 #include "document/content/PlotSource.h"
@@ -240,6 +241,17 @@ void PenDocument::ZoomExtents()
     // The graph raises ZoomOut, which does the rest.
     if (m_graph.Zoomed())
         m_graph.PEactions(graph::UndoZoom);
+}
+
+bool PenDocument::FitView(int axes)
+{
+    const std::optional<graph::ZoomLimits> limits = graph::fittedLimits(m_graph, axes);
+    if (!limits)
+        return false;
+    // The same view again would be a step of the history that shows nothing.
+    if (!m_graph.Zoomed() || !(*limits == m_graph.zoomLimits()))
+        m_graph.userZoom(*limits);
+    return true;
 }
 
 void PenDocument::UndooZoom()

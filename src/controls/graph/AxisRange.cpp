@@ -80,7 +80,7 @@ Range fullRange(bool manual, const Range& limits, bool logarithmic, bool degrees
 
 int yAxisOf(int subset)
 {
-    return std::clamp(subset / 10, 0, kYAxes - 1);
+    return std::clamp(subset / kSubsetsOfAxis, 0, kYAxes - 1);
 }
 
 bool isAxisOn(const Properties& properties, int axis)
@@ -122,6 +122,12 @@ bool isAxisVisible(const Properties& properties, const std::vector<int>& drawn, 
     if (!isAxisOn(properties, axis))
         return false;
     return !isRightAxis(axis) || std::any_of(drawn.begin(), drawn.end(), [axis](int s) { return yAxisOf(s) == axis; });
+}
+
+int leadingAxis(const Properties& properties, const std::vector<int>& drawn, bool right)
+{
+    const int first = right ? 2 : 0;
+    return isAxisVisible(properties, drawn, first) || !isAxisVisible(properties, drawn, first + 1) ? first : first + 1;
 }
 
 PointFilter::PointFilter(const Properties& properties, int subset)
@@ -175,6 +181,13 @@ Extent extentOf(const GraphModel& model, int subset, const PointFilter& filter)
 
 ShownRanges shownRanges(const Properties& properties, const std::vector<int>& drawn, const std::vector<Extent>& extents)
 {
+    return shownRanges(properties, drawn, extents, properties.zoomed ? &properties.zoom : nullptr);
+}
+
+ShownRanges shownRanges(const Properties& properties, const std::vector<int>& drawn, const std::vector<Extent>& extents,
+                        const ZoomLimits* zoom)
+{
+    const ZoomLimits limits = zoom != nullptr ? *zoom : ZoomLimits();
     ShownRanges ranges;
     const bool logX = properties.XAxisScaleControl == ScaleLogarithmic;
     Extent all;
@@ -184,8 +197,8 @@ ShownRanges shownRanges(const Properties& properties, const std::vector<int>& dr
         all.unite(extent);
         byAxis[static_cast<std::size_t>(yAxisOf(subset))].unite(extent);
     }
-    const Range zoomX = fromZoom(properties.zoom.ZoomMinX, properties.zoom.ZoomMaxX, logX);
-    ranges.x = properties.zoomed && isUsable(zoomX, logX)
+    const Range zoomX = fromZoom(limits.ZoomMinX, limits.ZoomMaxX, logX);
+    ranges.x = zoom != nullptr && isUsable(zoomX, logX)
                    ? zoomX
                    : fullRange(properties.ManualScaleControlX == ScaleManual,
                                {properties.ManualMinX, properties.ManualMaxX}, logX, false, all, all.x);
@@ -193,10 +206,10 @@ ShownRanges shownRanges(const Properties& properties, const std::vector<int>& dr
         const YAxis& axis = properties.yAxes[i];
         const bool logY = axis.YAxisScaleControl == ScaleLogarithmic;
         const bool right = isRightAxis(static_cast<int>(i));
-        const Range zoomY = right ? fromZoom(properties.zoom.ZoomMinRY, properties.zoom.ZoomMaxRY, logY)
-                                  : fromZoom(properties.zoom.ZoomMinY, properties.zoom.ZoomMaxY, logY);
+        const Range zoomY = right ? fromZoom(limits.ZoomMinRY, limits.ZoomMaxRY, logY)
+                                  : fromZoom(limits.ZoomMinY, limits.ZoomMaxY, logY);
         const bool degrees = unitOf(axis.YAxisLabel).startsWith(QLatin1String("Deg"));
-        ranges.y[i] = properties.zoomed && isUsable(zoomY, logY)
+        ranges.y[i] = zoom != nullptr && isUsable(zoomY, logY)
                           ? zoomY
                           : fullRange(axis.ManualScaleControlY == ScaleManual, {axis.ManualMinY, axis.ManualMaxY}, logY,
                                       degrees, byAxis[i], byAxis[i].y);

@@ -11,6 +11,8 @@
 /// What of a graph is drawn, and over which ranges: rules shared by the view, the pictures and their tests.
 namespace graph {
 
+/// Subsets with the same last digit are the curves of one pen.
+inline constexpr int kSubsetsOfAxis = 10;
 /// The Y axis a subset belongs to: subset / 10, the last axis for all above.
 int yAxisOf(int subset);
 /// False for an axis titled "X". Where all four are, axis 0 is on, so that a graph without titles draws.
@@ -20,6 +22,8 @@ bool isRightAxis(int axis);
 std::vector<int> drawnSubsets(const Properties& properties, int subsets);
 /// As drawn: an axis that is on, and on the right only with a subset to draw.
 bool isAxisVisible(const Properties& properties, const std::vector<int>& drawn, int axis);
+/// The axis of a side whose limits a zoom takes: the first visible one, else the first.
+int leadingAxis(const Properties& properties, const std::vector<int>& drawn, bool right);
 
 /// Tells which points of a subset are drawn: not those without data (X 0, Y the null value), the phase of an instrument
 /// that measures none (+-65536 degrees), values that are not finite, and on a logarithmic axis values not above 0.
@@ -62,7 +66,10 @@ struct ShownRanges
     bool operator==(const ShownRanges&) const = default;
 };
 
-/// extents: by subset.
+/// extents: by subset. zoom: null for the full extent.
+ShownRanges shownRanges(const Properties& properties, const std::vector<int>& drawn, const std::vector<Extent>& extents,
+                        const ZoomLimits* zoom);
+/// With the zoom that the properties hold.
 ShownRanges shownRanges(const Properties& properties, const std::vector<int>& drawn,
                         const std::vector<Extent>& extents);
 

@@ -101,7 +101,7 @@ TEST_F(CommandSetTest, menusKeepTheirOrder)
         QStringLiteral("- mnuManual mnuInterimManual mnuOnLineHelp - mnuHelpUpdate mnuHelpFirmware - mnuHelpAbout"));
     EXPECT_EQ(buttonsOf("tbToolBar").join(u' '),
               QStringLiteral("mnuFileNew mnuFileOpen mnuFileSave mnuFileExport mnuFilePrint - mnuEditCut mnuEditCopy "
-                             "mnuEditPaste - mnuViewOptions mnuViewAddText mnuViewMarkPoints mnuViewZoomExtents "
+                             "mnuEditPaste - mnuViewOptions mnuViewAddText mnuViewMarkPoints mnuViewZoomExtents mnuViewFit "
                              "mnuEditUndo mnuEditRedo - "
                              "mnuTestStart mnuTestStopTest mnuTestRepeat mnuTestSettings mnuTestDevice - "
                              "mnuNextDocument mnuPreviousDocument - mnuManual"));
@@ -170,6 +170,7 @@ TEST_F(CommandSetTest, everyToolBarKeyHasItsCommand)
         {"Add Text", "mnuViewAddText"},
         {"Mark Points", "mnuViewMarkPoints"},
         {"Zoom Extents", "mnuViewZoomExtents"},
+        {"Fit", "mnuViewFit"},
         {"Undo", "mnuEditUndo"},
         {"Redo", "mnuEditRedo"},
         {"Start Test", "mnuTestStart"},

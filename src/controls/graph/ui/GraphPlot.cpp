@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/graph/ui/GraphPlot.h"
 
+#include "controls/graph/ViewLimits.h"
 #include "controls/graph/ui/PlotElements.h"
 #include "controls/graph/ui/PlotLegend.h"
 #include "controls/graph/ui/TracePlottable.h"
@@ -115,8 +116,21 @@ TracePlottable* GraphPlot::trace(int subset) const
 
 int GraphPlot::leadingAxis(bool right) const
 {
-    const int first = right ? 2 : 0;
-    return m_values[at(first)]->visible() || !m_values[at(first + 1)]->visible() ? first : first + 1;
+    return graph::leadingAxis(m_model.shownProperties(), m_drawn, right);
+}
+
+int GraphPlot::axesAt(const QPoint& position) const
+{
+    const QRect inner = m_area->rect();
+    if (!m_area->outerRect().contains(position) || inner.contains(position))
+        return 0;
+    const bool beside = position.y() >= inner.top() && position.y() <= inner.bottom();
+    if (beside && position.x() < inner.left())
+        return graph::AxisLeft;
+    if (beside && position.x() > inner.right())
+        return m_values[at(leadingAxis(true))]->visible() ? graph::AxisRight : 0;
+    const bool below = position.x() >= inner.left() && position.x() <= inner.right() && position.y() > inner.bottom();
+    return below ? graph::AxisX : 0;
 }
 
 void GraphPlot::invalidate()
@@ -297,14 +311,33 @@ bool GraphPlot::updateData(std::vector<int>& changed)
         entriesChange = entriesChange || m_extents[at(subset)].empty != trace->extent().empty;
         m_extents[at(subset)] = trace->extent();
     }
-    if (changed.empty())
+    if (changed.empty() && !m_previewChanged)
         return false;
-    return entriesChange || graph::shownRanges(properties, m_drawn, m_extents) != m_ranges;
+    return entriesChange || wantedRanges() != m_ranges;
+}
+
+graph::ShownRanges GraphPlot::fullRanges() const
+{
+    return graph::shownRanges(m_model.shownProperties(), m_drawn, m_extents, nullptr);
+}
+
+graph::ShownRanges GraphPlot::wantedRanges() const
+{
+    const graph::Properties& properties = m_model.shownProperties();
+    return m_preview ? graph::shownRanges(properties, m_drawn, m_extents, &*m_preview)
+                     : graph::shownRanges(properties, m_drawn, m_extents);
+}
+
+void GraphPlot::setPreview(const std::optional<graph::ZoomLimits>& limits)
+{
+    m_preview = limits;
+    m_previewChanged = true;
 }
 
 void GraphPlot::applyRanges()
 {
-    m_ranges = graph::shownRanges(m_model.shownProperties(), m_drawn, m_extents);
+    m_previewChanged = false;
+    m_ranges = wantedRanges();
     m_bottom->setRange(m_ranges.x.lower, m_ranges.x.upper);
     for (std::size_t i = 0; i < m_values.size(); ++i)
         m_values[i]->setRange(m_ranges.y[i].lower, m_ranges.y[i].upper);

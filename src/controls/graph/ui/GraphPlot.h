@@ -62,6 +62,14 @@ public:
     void redrawOverlay();
     /// The axis a zoom of one side takes its limits from: the first visible one, else the first.
     int leadingAxis(bool right) const;
+    /// The axes whose numbers and title stand at that place, of graph::AxisChoice; 0 elsewhere.
+    int axesAt(const QPoint& position) const;
+
+    /// What the axes show, and what they would show without a zoom.
+    const graph::ShownRanges& ranges() const { return m_ranges; }
+    graph::ShownRanges fullRanges() const;
+    /// Shows these limits in place of the model's from the next refresh on, until it is told nothing.
+    void setPreview(const std::optional<graph::ZoomLimits>& limits);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -75,6 +83,7 @@ private:
     void arrangeLayout();
     /// Updates the traces from the data; true when ranges or the legend's entries changed.
     bool updateData(std::vector<int>& changed);
+    graph::ShownRanges wantedRanges() const;
     void applyRanges();
     void makeLive(const std::vector<int>& subsets);
 
@@ -104,6 +113,8 @@ private:
     std::vector<graph::Extent> m_extents;  ///< by subset
     std::vector<int> m_live;
     graph::ShownRanges m_ranges;
+    std::optional<graph::ZoomLimits> m_preview;
+    bool m_previewChanged = false;
     std::optional<std::uint64_t> m_shownRevision;
     std::uint64_t m_linesRevision = 0;
     bool m_stale = true;

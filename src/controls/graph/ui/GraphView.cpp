@@ -2,10 +2,14 @@
 #include "controls/graph/ui/GraphView.h"
 
 #include "controls/graph/GraphModel.h"
+#include "controls/graph/ViewLimits.h"
+#include "controls/graph/ui/GraphGestures.h"
 #include "controls/graph/ui/GraphMenu.h"
 #include "controls/graph/ui/GraphPlot.h"
 #include "controls/graph/ui/PlotElements.h"
+#include "controls/graph/ui/PointerBox.h"
 #include "controls/graph/ui/ReadoutCursor.h"
+#include "controls/graph/ui/TracePlottable.h"
 
 #include <QAccessible>
 #include <QContextMenuEvent>
@@ -13,15 +17,15 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QScreen>
+#include <QWheelEvent>
 
 #include <algorithm>
 #include <cmath>
 
 namespace {
 
-constexpr int kLeastZoom = 6; // pixels; a smaller rectangle is a click
-constexpr double kKeyZoom = 2;
-constexpr double kLeastSpan = 1e-6; // of the full range: single precision has no finer detail
+constexpr int kLeastZoom = 6;  // pixels; a smaller rectangle is a click
+constexpr double kNotch = 120; // of a wheel, as told by its events
 
 int frameTime(const QWidget& widget)
 {
@@ -37,6 +41,8 @@ GraphView::GraphView(GraphModel& model, QWidget* parent)
     , m_model(model)
     , m_plot(new GraphPlot(model, GraphPlot::Look::Screen, this))
     , m_cursor(std::make_unique<ReadoutCursor>(model, *m_plot, [this] { cursorChanged(); }))
+    , m_gestures(std::make_unique<GraphGestures>(model, *m_plot, [this] { requestFrame(); }))
+    , m_pointerBox(new PointerBox(this))
 {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
@@ -69,8 +75,39 @@ void GraphView::drawFrame()
 {
     m_frameTimer.stop();
     m_sinceFrame.start();
+    m_gestures->follow();
     m_plot->refresh();
     m_cursor->place();
+    showPointerReadings();
+}
+
+// New data and another view change what stands under a pointer that rests.
+void GraphView::showPointerReadings()
+{
+    if (!m_pointer || !m_hasPointerReadout) {
+        m_pointerBox->hide();
+        return;
+    }
+    const QCPRange range = m_plot->bottomAxis().range();
+    const bool logarithmic = m_plot->bottomAxis().scaleType() == QCPAxis::stLogarithmic;
+    const double span = logarithmic ? std::log10(range.upper / range.lower) : range.size();
+    const auto readings =
+        graph::readingsAt(m_model, m_plot->drawn(), m_plot->bottomAxis().pixelToCoord(m_pointer->x()), span);
+    if (!readings) {
+        m_pointerBox->hide();
+        return;
+    }
+    const auto colourOf = [this](int subset) {
+        const TracePlottable* trace = m_plot->trace(subset);
+        return trace != nullptr ? trace->pen().color() : palette().color(QPalette::WindowText);
+    };
+    m_pointerBox->showReadings(*readings, colourOf, *m_pointer);
+}
+
+void GraphView::setPointerReadout(bool on)
+{
+    m_hasPointerReadout = on;
+    showPointerReadings();
 }
 
 void GraphView::flush()
@@ -115,7 +152,7 @@ Outcome GraphView::savePicture(const QString& fileName, graph::PictureFormat for
 bool GraphView::event(QEvent* event)
 {
     // A key that walks the cursor must reach the view even where a window has the same key as a shortcut.
-    if (event->type() == QEvent::ShortcutOverride && m_cursor->isOn() &&
+    if (event->type() == QEvent::ShortcutOverride && (m_cursor->isOn() || m_gestures->isPanning()) &&
         static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
         event->accept();
         return true;
@@ -154,11 +191,20 @@ void GraphView::changeEvent(QEvent* event)
 
 void GraphView::mousePressEvent(QMouseEvent* event)
 {
-    if (event->button() != Qt::LeftButton || !plotArea().contains(event->position().toPoint())) {
+    const bool takes = event->button() == Qt::LeftButton || event->button() == Qt::MiddleButton;
+    if (!takes || !plotArea().contains(event->position().toPoint())) {
         event->ignore();
         return;
     }
+    const QPointF position = event->position();
+    if (!settleGestures())
+        return;
     flush();
+    if (event->button() == Qt::MiddleButton) {
+        m_gestures->beginPan(position);
+        setCursor(Qt::ClosedHandCursor);
+        return;
+    }
     m_pressed = event->position().toPoint();
     m_dragging = true;
 }
@@ -166,6 +212,14 @@ void GraphView::mousePressEvent(QMouseEvent* event)
 void GraphView::mouseMoveEvent(QMouseEvent* event)
 {
     const QPoint position = event->position().toPoint();
+    m_pointer.reset();
+    if (event->buttons() == Qt::NoButton && plotArea().contains(position))
+        m_pointer = position;
+    showPointerReadings();
+    if (m_gestures->isPanning()) {
+        m_gestures->pan(event->position());
+        return;
+    }
     if (m_dragging && (event->buttons() & Qt::LeftButton) != 0) {
         // The rectangle stands for what a release would do: one that is too small for a zoom is not shown.
         const QRect area = QRect(m_pressed, position).normalized() & plotArea();
@@ -178,33 +232,97 @@ void GraphView::mouseMoveEvent(QMouseEvent* event)
 
 void GraphView::mouseReleaseEvent(QMouseEvent* event)
 {
+    if (event->button() == Qt::MiddleButton) {
+        endPan(true);
+        return;
+    }
     if (event->button() != Qt::LeftButton || !m_dragging)
         return;
     m_dragging = false;
     const QRect area = QRect(m_pressed, event->position().toPoint()).normalized() & plotArea();
     setZoomRect(QRect());
     if (area.width() >= kLeastZoom && area.height() >= kLeastZoom)
-        zoomTo(QRectF(area.left(), area.top(), area.width() - 1, area.height() - 1));
+        m_gestures->zoomTo(QRectF(area.left(), area.top(), area.width() - 1, area.height() - 1));
     else if (area.width() < kLeastZoom && area.height() < kLeastZoom)
         m_cursor->pick(event->position());
 }
 
 void GraphView::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    if (event->button() != Qt::LeftButton || !plotArea().contains(event->position().toPoint())) {
+    const QPoint position = event->position().toPoint();
+    const int axes = m_plot->axesAt(position);
+    if (event->button() != Qt::LeftButton || (axes == 0 && !plotArea().contains(position))) {
         event->ignore();
         return;
     }
     m_dragging = false;
     setZoomRect(QRect());
-    m_model.userZoomOut();
+    if (!settleGestures())
+        return;
+    if (axes == 0)
+        m_model.userZoomOut();
+    else if (const std::optional<graph::ZoomLimits> limits = graph::fittedLimits(m_model, axes))
+        m_model.userZoom(*limits);
+}
+
+void GraphView::wheelEvent(QWheelEvent* event)
+{
+    const QPoint position = event->position().toPoint();
+    const int axesHere = m_plot->axesAt(position);
+    const QPoint delta = event->angleDelta();
+    const double turns = (delta.y() != 0 ? delta.y() : delta.x()) / kNotch;
+    if (turns == 0 || (axesHere == 0 && !plotArea().contains(position))) {
+        event->ignore();
+        return;
+    }
+    int axes = axesHere != 0 ? axesHere : graph::AxisAll;
+    if (event->modifiers().testFlag(Qt::ShiftModifier))
+        axes = graph::AxisX;
+    else if (event->modifiers().testFlag(Qt::ControlModifier))
+        axes = graph::AxisLeft | graph::AxisRight;
+    flush();
+    m_gestures->wheel(event->position(), turns, axes);
+    event->accept();
+}
+
+void GraphView::endPan(bool take)
+{
+    if (!m_gestures->isPanning())
+        return;
+    setCursor(Qt::CrossCursor);
+    if (take)
+        m_gestures->endPan();
+    else
+        m_gestures->cancel();
+}
+
+// What the wheel has turned so far becomes a zoom before anything else is done to the view. False when a listener of
+// that zoom has closed the view.
+bool GraphView::settleGestures()
+{
+    const QPointer<GraphView> self(this);
+    m_gestures->finish();
+    return !self.isNull();
 }
 
 void GraphView::leaveEvent(QEvent* event)
 {
     QWidget::leaveEvent(event);
+    m_pointer.reset();
+    showPointerReadings();
     if (!hasFocus())
         m_cursor->clear();
+    if (!m_gestures->isPanning())
+        m_gestures->finish();
+}
+
+void GraphView::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    m_pointer.reset();
+    showPointerReadings();
+    endPan(false);
+    m_gestures->cancel();
 }
 
 void GraphView::setZoomRect(const QRect& rect)
@@ -214,79 +332,6 @@ void GraphView::setZoomRect(const QRect& rect)
     m_zoomRect = rect;
     m_plot->overlay().setZoomRect(rect);
     m_plot->redrawOverlay();
-}
-
-// Zoom ---------------------------------------------------------------------------------------------------------------
-
-void GraphView::zoomTo(const QRectF& pixels)
-{
-    const auto limit = [](const QCPAxis& axis, double pixel) {
-        const double value = axis.pixelToCoord(pixel);
-        return axis.scaleType() == QCPAxis::stLogarithmic ? std::log10(value) : value;
-    };
-    const QCPAxis& left = m_plot->valueAxis(m_plot->leadingAxis(false));
-    const QCPAxis& right = m_plot->valueAxis(m_plot->leadingAxis(true));
-    graph::ZoomLimits limits;
-    limits.ZoomMinX = limit(m_plot->bottomAxis(), pixels.left());
-    limits.ZoomMaxX = limit(m_plot->bottomAxis(), pixels.right());
-    limits.ZoomMinY = limit(left, pixels.bottom());
-    limits.ZoomMaxY = limit(left, pixels.top());
-    // An axis that is not shown gets no limits: what they would cut away when it is shown nobody has seen.
-    if (right.visible()) {
-        limits.ZoomMinRY = limit(right, pixels.bottom());
-        limits.ZoomMaxRY = limit(right, pixels.top());
-    }
-    limits.ZoomMinTX = limits.ZoomMinX;
-    limits.ZoomMaxTX = limits.ZoomMaxX;
-    const auto isFine = [](double from, double to) {
-        return !(to - from > kLeastSpan * std::max({std::abs(from), std::abs(to), 1e-30}));
-    };
-    if (isFine(limits.ZoomMinX, limits.ZoomMaxX) || isFine(limits.ZoomMinY, limits.ZoomMaxY))
-        return;
-    m_model.userZoom(limits);
-}
-
-void GraphView::zoomAboutCursor(double factor)
-{
-    flush();
-    const QRectF area(plotArea());
-    if (area.width() < 2 || area.height() < 2)
-        return;
-    const QPointF centre = m_plot->overlay().cursor().value_or(area.center());
-    const QSizeF size = area.size() / factor;
-    // The point under the cursor stays where it is.
-    const QPointF share((centre.x() - area.left()) / area.width(), (centre.y() - area.top()) / area.height());
-    zoomTo(QRectF(QPointF(centre.x() - share.x() * size.width(), centre.y() - share.y() * size.height()), size));
-}
-
-void GraphView::zoomByKey()
-{
-    const graph::Properties& shown = m_model.shownProperties();
-    KeyZoom step{shown.zoomed, shown.zoom, {}};
-    const QPointer<GraphView> self(this);
-    zoomAboutCursor(kKeyZoom);
-    if (!self || !m_model.shownProperties().zoomed)
-        return;
-    step.after = m_model.shownProperties().zoom;
-    m_keyZooms.push_back(step);
-}
-
-void GraphView::zoomBackByKey()
-{
-    const graph::Properties& shown = m_model.shownProperties();
-    if (!shown.zoomed)
-        return;
-    // Another zoom has come between: then there is nothing to go back to but the full extent.
-    if (m_keyZooms.empty() || !(m_keyZooms.back().after == shown.zoom))
-        m_keyZooms.clear();
-    if (m_keyZooms.empty() || !m_keyZooms.back().zoomedBefore) {
-        m_keyZooms.clear();
-        m_model.userZoomOut();
-        return;
-    }
-    const graph::ZoomLimits before = m_keyZooms.back().before;
-    m_keyZooms.pop_back();
-    m_model.userZoom(before);
 }
 
 // Keys and menu ------------------------------------------------------------------------------------------------------
@@ -302,6 +347,8 @@ void GraphView::keyPressEvent(QKeyEvent* event)
         QWidget::keyPressEvent(event);
         return;
     }
+    if (event->key() != Qt::Key_Escape && !settleGestures())
+        return;
     flush();
     bool taken = true;
     switch (event->key()) {
@@ -330,13 +377,15 @@ void GraphView::keyPressEvent(QKeyEvent* event)
         taken = m_cursor->changeCurve(1);
         break;
     case Qt::Key_Plus:
-        zoomByKey();
+        m_gestures->zoomByKey(m_plot->overlay().cursor());
         break;
     case Qt::Key_Minus:
-        zoomBackByKey();
+        m_gestures->zoomBackByKey();
         break;
     case Qt::Key_Escape:
-        if (m_dragging) {
+        if (m_gestures->isPanning()) {
+            endPan(false);
+        } else if (m_dragging) {
             m_dragging = false;
             setZoomRect(QRect());
         } else if (m_cursor->isOn()) {

@@ -15,7 +15,9 @@
 #include <vector>
 
 class GraphModel;
+class GraphGestures;
 class GraphPlot;
+class PointerBox;
 class QMenu;
 class ReadoutCursor;
 
@@ -47,6 +49,8 @@ public:
     /// The point under the read-out cursor; -1 when there is no cursor.
     int cursorSubset() const;
     int cursorPoint() const;
+    /// Whether a box beside the pointer shows what the curves say there; it does unless told otherwise.
+    void setPointerReadout(bool on);
     /// Takes up and draws at once what waits for the next frame.
     void flush();
     /// See graph::savePicture.
@@ -64,36 +68,35 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void leaveEvent(QEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     void requestFrame();
     void drawFrame();
     void setZoomRect(const QRect& rect);
-    void zoomTo(const QRectF& pixels);
-    void zoomAboutCursor(double factor);
-    void zoomByKey();
-    void zoomBackByKey();
     void cursorChanged();
     void openMenu(const QPoint& globalPosition);
+    void endPan(bool take);
+    bool settleGestures();
+    void showPointerReadings();
     void describe();
 
     GraphModel& m_model;
     GraphPlot* m_plot;
     std::unique_ptr<ReadoutCursor> m_cursor;
+    std::unique_ptr<GraphGestures> m_gestures;
     QTimer m_frameTimer;
     QElapsedTimer m_sinceFrame;
+    PointerBox* m_pointerBox;
+    bool m_hasPointerReadout = true;
+    std::optional<QPoint> m_pointer; ///< over the plotting area, without a button
     QPoint m_pressed;
     bool m_dragging = false;
     QRect m_zoomRect;
     QPointer<QMenu> m_menu;
-    struct KeyZoom
-    {
-        bool zoomedBefore;
-        graph::ZoomLimits before, after;
-    };
-    std::vector<KeyZoom> m_keyZooms; ///< steps of the plus key that minus takes back
 };

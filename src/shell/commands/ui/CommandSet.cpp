@@ -27,6 +27,7 @@ constexpr const char* kToolBar[] = {
     "Add Text",
     "Mark Points",
     "Zoom Extents",
+    "Fit",
     "Undo",
     "Redo",
     "",

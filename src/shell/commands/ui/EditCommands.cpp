@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/commands/ui/EditCommands.h"
 
+#include "controls/graph/ViewLimits.h"
 #include "document/PenDocument.h"
 #include "document/SystemClipboard.h"
 #include "document/ui/frmAddText.h"
@@ -113,6 +114,32 @@ void EditCommands::registerView()
                   .rules = Command::NeedsDocument,
                   .toolBarKey = "Zoom Extents",
                   .popupEntry = "ZoomExtents"});
+    commands.add({.name = "mnuViewFit",
+                  .menu = Command::Menu::View,
+                  .place = 210,
+                  .text = tr("&Fit to Data"),
+                  .icon = "zoom-fit",
+                  .shortcut = "Ctrl+0",
+                  .statusTip = tr("Zoom all axes to the data of the shown pens"),
+                  .handler = [this] { fit(graph::AxisAll); },
+                  .rules = Command::NeedsDocument,
+                  .toolBarKey = "Fit"});
+    commands.add({.name = "mnuViewFitFrequency",
+                  .menu = Command::Menu::View,
+                  .place = 220,
+                  .text = tr("Fit Fre&quency Axis"),
+                  .shortcut = "Ctrl+Shift+X",
+                  .statusTip = tr("Zoom the frequency axis to the data of the shown pens"),
+                  .handler = [this] { fit(graph::AxisX); },
+                  .rules = Command::NeedsDocument});
+    commands.add({.name = "mnuViewFitValues",
+                  .menu = Command::Menu::View,
+                  .place = 230,
+                  .text = tr("Fit &Y Axes"),
+                  .shortcut = "Ctrl+Shift+Y",
+                  .statusTip = tr("Zoom the Y axes to the data between the limits of the frequency axis"),
+                  .handler = [this] { fit(graph::AxisLeft | graph::AxisRight); },
+                  .rules = Command::NeedsDocument});
 }
 
 void EditCommands::mnuEditUndo_Click()
@@ -193,4 +220,12 @@ void EditCommands::mnuViewZoomExtents_Click()
 {
     if (PenDocument* document = m_context.activeDocument())
         document->ZoomExtents();
+}
+
+void EditCommands::fit(int axes)
+{
+    PenDocument* const document = m_context.activeDocument();
+    if (document != nullptr && !document->FitView(axes))
+        m_context.messages.message(tr("There is no data to fit to. Measure or open a plot, and show its pens."),
+                                   UserMessages::Information, tr("Fit to Data"));
 }

@@ -26,6 +26,7 @@ public:
 private:
     void registerEdit();
     void registerView();
+    void fit(int axes);
 
     const CommandContext& m_context;
 };

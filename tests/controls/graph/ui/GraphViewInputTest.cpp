@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GraphFixture.h"
 
+#include "controls/graph/ui/PointerBox.h"
+
 #include <QContextMenuEvent>
 
 namespace {
@@ -15,6 +17,7 @@ protected:
             model.setPoint(0, i, static_cast<float>(f), 100);
             model.setPoint(1, i, static_cast<float>(f), 10);
         }
+        model.setSubsetLabels(1, QStringLiteral("Pen 2"));
         show(1);
         settle();
     }
@@ -322,4 +325,38 @@ TEST_F(GraphViewInput, TheViewMayGoInTheMiddleOfItsOwnEvent)
     EXPECT_EQ(other, nullptr);
     view.flush();
     EXPECT_TRUE(model.Zoomed());
+}
+
+TEST_F(GraphViewInput, TheBoxBesideThePointerReadsEveryShownPenAndFollowsNewData)
+{
+    auto* box = view.findChild<PointerBox*>();
+    ASSERT_NE(box, nullptr);
+    EXPECT_FALSE(box->isVisible());
+    const QPoint position = pixel(std::pow(10.0, 3.75), 300);
+    const QImage before = picture();
+    QTest::mouseMove(&view, position);
+    ASSERT_TRUE(box->isVisible());
+    EXPECT_EQ(box->text(), QStringLiteral("5.62341 kHz\nPen 1\t100 Ohms\nPen 2\t10 Ohms"));
+    EXPECT_NE(picture(), before);
+    EXPECT_FALSE(box->geometry().contains(position));
+    EXPECT_TRUE(view.rect().contains(box->geometry()));
+    model.setPoint(0, 2, static_cast<float>(std::pow(10.0, 3.75)), 5);
+    settle();
+    EXPECT_EQ(box->text(), QStringLiteral("5.62341 kHz\nPen 1\t5 Ohms\nPen 2\t10 Ohms"));
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&view, &leave);
+    EXPECT_FALSE(box->isVisible());
+}
+
+TEST_F(GraphViewInput, TheBoxBesideThePointerStaysWithinTheViewAndGoesWhenItIsNotWanted)
+{
+    auto* box = view.findChild<PointerBox*>();
+    QTest::mouseMove(&view, QPoint(view.plotArea().right() - 2, view.plotArea().bottom() - 2));
+    QTest::mouseMove(&view, pixel(std::pow(10.0, 5.85), 1.1));
+    ASSERT_TRUE(box->isVisible());
+    EXPECT_TRUE(view.rect().contains(box->geometry()));
+    view.setPointerReadout(false);
+    EXPECT_FALSE(box->isVisible());
+    QTest::mouseMove(&view, view.plotArea().center());
+    EXPECT_FALSE(box->isVisible());
 }
