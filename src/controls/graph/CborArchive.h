@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "controls/graph/CborInput.h"
-#include "controls/graph/CborOutput.h"
 #include "controls/graph/GraphFields.h"
+#include "controls/graph/cbor/CborInput.h"
+#include "controls/graph/cbor/CborOutput.h"
 
 #include <QString>
 #include <QStringList>

@@ -3,7 +3,7 @@
 #include "controls/graph/ui/GraphView.h"
 #include "document/SystemClipboard.h"
 #include "document/ui/frmAddText.h"
-#include "shell/commands/ui/QuickFileMenu.h"
+#include "shell/commands/files/ui/QuickFileMenu.h"
 #include "shell/ui/MainWindowHarness.h"
 
 #include <QClipboard>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "shell/commands/ui/RecoveryCommands.h"
+#include "shell/commands/files/ui/RecoveryCommands.h"
 
 #include "recovery/RecoveryJournal.h"
 #include "recovery/RecoveryStore.h"

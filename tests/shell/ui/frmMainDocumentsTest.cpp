@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/content/GraphScope.h"
 #include "document/ui/frmOptionsTestType.h"
+#include "shell/commands/files/ui/QuickFileMenu.h"
 #include "shell/commands/ui/FileDialogs.h"
-#include "shell/commands/ui/QuickFileMenu.h"
 #include "shell/ui/MainWindowHarness.h"
 
 #include <QFile>

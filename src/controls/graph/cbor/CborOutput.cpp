@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "controls/graph/CborOutput.h"
+#include "controls/graph/cbor/CborOutput.h"
 
 #include <QtEndian>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "controls/graph/CborInput.h"
+#include "controls/graph/cbor/CborInput.h"
 
 #include <QFloat16>
 #include <QUtf8StringView>

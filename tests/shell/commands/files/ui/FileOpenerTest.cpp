@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "shell/commands/ui/FileOpener.h"
+#include "shell/commands/files/ui/FileOpener.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "shell/commands/ui/QuickFileMenu.h"
+#include "shell/commands/files/ui/QuickFileMenu.h"
 
 #include "shell/commands/ui/CommandSet.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "shell/commands/ui/FileCommands.h"
+#include "shell/commands/files/ui/FileCommands.h"
 
 #include "document/DocumentList.h"
 #include "document/PenDocument.h"
@@ -11,8 +11,8 @@
 #include "prefs/Preferences.h"
 #include "program/CommandRegistry.h"
 #include "program/ProgramState.h"
+#include "shell/commands/files/ui/FileOpener.h"
 #include "shell/commands/ui/FileDialogs.h"
-#include "shell/commands/ui/FileOpener.h"
 #include "widgets/ui/ShowModally.h"
 
 #include <QApplication>
