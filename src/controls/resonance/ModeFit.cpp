@@ -9,64 +9,67 @@
 namespace resonance {
 namespace {
 
-/// The pole 1/(1 + jQu) and its derivatives by ln fs and ln Q, as plain numbers: this is the innermost loop.
-struct PoleColumns
+sums::Curve curveOf(const Model& model)
 {
-    double re[3];
-    double im[3];
-
-    PoleColumns(double f, double fs, double q)
-    {
-        const double up = f / fs;
-        const double down = fs / f;
-        const double x = q * (up - down);
-        const double norm = 1 / (1 + x * x);
-        re[0] = norm;
-        im[0] = -x * norm;
-        const double squareRe = re[0] * re[0] - im[0] * im[0];
-        const double squareIm = 2 * re[0] * im[0];
-        // -j L^2 dx
-        const double dx = -q * (up + down);
-        re[1] = squareIm * dx;
-        im[1] = -squareRe * dx;
-        re[2] = squareIm * x;
-        im[2] = -squareRe * x;
+    sums::Curve curve;
+    curve.modes = model.modes;
+    for (int k = 0; k < model.modes; ++k) {
+        const auto at = static_cast<std::size_t>(k);
+        curve.fs[k] = std::exp(model.lnFs[at]);
+        curve.q[k] = std::exp(model.lnQ[at]);
+        curve.g1[k] = model.g1[at];
     }
-};
-
-/// Solves a symmetric positive system with its diagonal brought to 1 first. False when it is singular.
-bool solveScaled(const Model::Matrix& matrix, const Model::Vector& right, Model::Vector& solution)
-{
-    const Eigen::Index n = matrix.rows();
-    Model::Vector scale(n);
-    for (Eigen::Index i = 0; i < n; ++i) {
-        if (!(matrix(i, i) > 0))
-            return false;
-        scale[i] = 1 / std::sqrt(matrix(i, i));
-    }
-    Model::Matrix scaled(n, n);
-    for (Eigen::Index i = 0; i < n; ++i) {
-        for (Eigen::Index k = 0; k < n; ++k)
-            scaled(i, k) = matrix(i, k) * scale[i] * scale[k];
-    }
-    const Eigen::LDLT<Model::Matrix> factors(scaled);
-    if (factors.info() != Eigen::Success)
-        return false;
-    solution = right.cwiseProduct(scale);
-    factors.solveInPlace(solution);
-    solution = solution.cwiseProduct(scale).eval();
-    return solution.allFinite();
+    curve.reference = model.reference;
+    curve.offset[0] = model.offset.real();
+    curve.offset[1] = model.offset.imag();
+    curve.tilt[0] = model.tilt.real();
+    curve.tilt[1] = model.tilt.imag();
+    return curve;
 }
 
-bool invertScaled(const Model::Matrix& matrix, Model::Matrix& inverse)
+/// A symmetric positive system, with its diagonal brought to 1.
+class ScaledSystem
 {
+public:
+    /// False when it is not positive.
+    bool factor(const Model::Matrix& matrix)
+    {
+        const Eigen::Index n = matrix.rows();
+        if (!(matrix.diagonal().array() > 0).all())
+            return false;
+        m_scale = matrix.diagonal().cwiseSqrt().cwiseInverse();
+        Model::Matrix scaled(n, n);
+        for (Eigen::Index k = 0; k < n; ++k) {
+            for (Eigen::Index i = k; i < n; ++i)
+                scaled(i, k) = matrix(i, k) * m_scale[i] * m_scale[k];
+        }
+        m_factors.compute(scaled);
+        return m_factors.info() == Eigen::Success;
+    }
+    bool solve(const Model::Vector& right, Model::Vector& solution) const
+    {
+        solution = right.cwiseProduct(m_scale);
+        m_factors.solveInPlace(solution);
+        solution = solution.cwiseProduct(m_scale).eval();
+        return solution.allFinite();
+    }
+
+private:
+    Model::Vector m_scale;
+    Eigen::LDLT<Model::Matrix> m_factors;
+};
+
+bool invert(const Model::Matrix& matrix, Model::Matrix& inverse)
+{
+    ScaledSystem system;
+    if (!system.factor(matrix))
+        return false;
     const Eigen::Index n = matrix.rows();
     inverse.resize(n, n);
     Model::Vector column;
     for (Eigen::Index i = 0; i < n; ++i) {
-        Model::Vector unit = Model::Vector::Zero(n);
-        unit[i] = 1;
-        if (!solveScaled(matrix, unit, column) || !(column[i] > 0))
+        const Model::Vector unit = Model::Vector::Unit(n, i);
+        if (!system.solve(unit, column) || !(column[i] > 0))
             return false;
         inverse.col(i) = column;
     }
@@ -120,12 +123,21 @@ std::complex<double> Model::motional(double f) const
     return sum;
 }
 
-/// The normal equations for columns of unit G1: three for each mode, then the background.
-struct ModeFitter::Normal
+void ModeFitter::begin(std::int64_t visits)
 {
-    Model::Matrix matrix; ///< in the order of the model's parameters
-    Model::Vector right;
-};
+    m_workLeft = visits;
+    m_inverseF.resize(m_sweep.size());
+    m_weight.resize(m_sweep.size());
+    for (std::size_t i = 0; i < m_inverseF.size(); ++i)
+        m_inverseF[i] = 1 / m_sweep.f[i];
+}
+
+sums::Points ModeFitter::points(Window window) const
+{
+    const std::size_t at = window.first;
+    return {m_sweep.f.data() + at, m_inverseF.data() + at, m_sweep.g.data() + at,
+            m_sweep.b.data() + at, m_weight.data() + at,   window.count()};
+}
 
 bool ModeFitter::spend(Window window, int modes) const
 {
@@ -135,229 +147,185 @@ bool ModeFitter::spend(Window window, int modes) const
 
 void ModeFitter::weighByData(const Noise& noise)
 {
-    m_weight.resize(m_sweep.size());
     for (std::size_t i = 0; i < m_weight.size(); ++i)
         m_weight[i] = 1 / noise.variance(m_sweep.modulusSquared(i));
 }
 
 void ModeFitter::weighByModel(const Noise& noise, const FitResult& fit)
 {
-    for (std::size_t i = fit.window.first; i < fit.window.last; ++i)
-        m_weight[i] = 1 / noise.variance(std::norm(fit.model(m_sweep.f[i])));
+    sums::weigh(points(fit.window), curveOf(fit.model), noise.constant, noise.proportional,
+                m_weight.data() + fit.window.first);
 }
 
-void ModeFitter::accumulate(Window window, const Model& model, Normal& normal) const
+void ModeFitter::takeModesAway(const Model& model, std::vector<double>& g, std::vector<double>& b) const
 {
-    const int modes = model.modes;
-    const int columns = 3 * modes;
-    double pair[3 * kMostModes][3 * kMostModes] = {};
-    double withConstant[3 * kMostModes][2] = {};
-    double withTilt[3 * kMostModes][2] = {};
-    double rightPole[3 * kMostModes] = {};
-    double w0 = 0, w1 = 0, w2 = 0, yr = 0, yi = 0, tr = 0, ti = 0;
-    double fs[kMostModes];
-    double q[kMostModes];
-    for (int k = 0; k < modes; ++k) {
-        fs[k] = std::exp(model.lnFs[static_cast<std::size_t>(k)]);
-        q[k] = std::exp(model.lnQ[static_cast<std::size_t>(k)]);
-    }
-    double re[3 * kMostModes] = {};
-    double im[3 * kMostModes] = {};
-    for (std::size_t i = window.first; i < window.last; ++i) {
-        const double f = m_sweep.f[i];
-        const double w = m_weight[i];
-        const double t = f / model.reference - 1;
-        const double g = m_sweep.g[i];
-        const double b = m_sweep.b[i];
-        for (int k = 0; k < modes; ++k) {
-            const PoleColumns pole(f, fs[k], q[k]);
-            // As the parameters stand: ln fs, ln Q of each mode, then the poles themselves.
-            re[2 * k] = pole.re[1];
-            im[2 * k] = pole.im[1];
-            re[2 * k + 1] = pole.re[2];
-            im[2 * k + 1] = pole.im[2];
-            re[2 * modes + k] = pole.re[0];
-            im[2 * modes + k] = pole.im[0];
-        }
-        for (int c = 0; c < columns; ++c) {
-            const double wr = w * re[c];
-            const double wi = w * im[c];
-            for (int d = 0; d <= c; ++d)
-                pair[c][d] += wr * re[d] + wi * im[d];
-            withConstant[c][0] += wr;
-            withConstant[c][1] += wi;
-            withTilt[c][0] += wr * t;
-            withTilt[c][1] += wi * t;
-            rightPole[c] += wr * g + wi * b;
-        }
-        const double wt = w * t;
-        w0 += w;
-        w1 += wt;
-        w2 += wt * t;
-        yr += w * g;
-        yi += w * b;
-        tr += wt * g;
-        ti += wt * b;
-    }
-    const int size = model.parameters();
-    normal.matrix.setZero(size, size);
-    normal.right.resize(size);
-    for (int c = 0; c < columns; ++c) {
-        for (int d = 0; d <= c; ++d)
-            normal.matrix(c, d) = normal.matrix(d, c) = pair[c][d];
-        for (int part = 0; part < 2; ++part) {
-            normal.matrix(c, columns + part) = normal.matrix(columns + part, c) = withConstant[c][part];
-            if (model.slope)
-                normal.matrix(c, columns + 2 + part) = normal.matrix(columns + 2 + part, c) = withTilt[c][part];
-        }
-        normal.right[c] = rightPole[c];
-    }
-    for (int part = 0; part < 2; ++part) {
-        normal.matrix(columns + part, columns + part) = w0;
-        normal.right[columns + part] = part == 0 ? yr : yi;
-        if (model.slope) {
-            normal.matrix(columns + part, columns + 2 + part) = normal.matrix(columns + 2 + part, columns + part) = w1;
-            normal.matrix(columns + 2 + part, columns + 2 + part) = w2;
-            normal.right[columns + 2 + part] = part == 0 ? tr : ti;
-        }
-    }
+    sums::takeAway(points({0, m_sweep.size()}), curveOf(model), g.data(), b.data());
 }
 
-double ModeFitter::residual(Window window, const Model& model, Model::Vector& gradient) const
+double ModeFitter::plainSquares(const FitResult& fit) const
 {
-    const int modes = model.modes;
-    double slopes[2 * kMostModes] = {};
-    double chi2 = 0;
-    double fs[kMostModes];
-    double q[kMostModes];
-    for (int k = 0; k < modes; ++k) {
-        fs[k] = std::exp(model.lnFs[static_cast<std::size_t>(k)]);
-        q[k] = std::exp(model.lnQ[static_cast<std::size_t>(k)]);
-    }
-    for (std::size_t i = window.first; i < window.last; ++i) {
-        const double f = m_sweep.f[i];
-        const double t = f / model.reference - 1;
-        double r = m_sweep.g[i] - model.offset.real() - model.tilt.real() * t;
-        double s = m_sweep.b[i] - model.offset.imag() - model.tilt.imag() * t;
-        double dr[2 * kMostModes];
-        double di[2 * kMostModes];
-        for (int k = 0; k < modes; ++k) {
-            const PoleColumns pole(f, fs[k], q[k]);
-            const double g1 = model.g1[static_cast<std::size_t>(k)];
-            r -= g1 * pole.re[0];
-            s -= g1 * pole.im[0];
-            for (int c = 0; c < 2; ++c) {
-                dr[2 * k + c] = g1 * pole.re[1 + c];
-                di[2 * k + c] = g1 * pole.im[1 + c];
-            }
-        }
-        const double w = m_weight[i];
-        chi2 += w * (r * r + s * s);
-        for (int c = 0; c < 2 * modes; ++c)
-            slopes[c] += w * (dr[c] * r + di[c] * s);
-    }
-    gradient.setZero(model.parameters());
-    for (int c = 0; c < 2 * modes; ++c)
-        gradient[c] = slopes[c];
-    return chi2;
+    return sums::rest(points(fit.window), curveOf(fit.model)).plain;
 }
 
 namespace {
 
-/// G1 and background for the poles that the normal equations were made with.
-bool setLinear(const Model::Matrix& matrix, const Model::Vector& right, Model& model)
+/// Normal equations in the order of the model's parameters; the columns of ln fs and ln Q for a G1 of 1.
+void arrange(const sums::Normal& sums, const Model& model, Model::Matrix& matrix, Model::Vector& right, int from)
 {
-    const int first = 2 * model.modes;
-    const int count = model.parameters() - first;
-    Model::Vector linear;
-    const Model::Matrix block = matrix.block(first, first, count, count);
-    const Model::Vector side = right.segment(first, count);
-    if (!solveScaled(block, side, linear))
-        return false;
+    const int columns = 3 * model.modes;
+    const int size = model.parameters();
+    matrix.setZero(size, size);
+    right.setZero(size);
+    for (int c = from; c < columns; ++c) {
+        for (int d = from; d <= c; ++d)
+            matrix(c, d) = matrix(d, c) = sums.pair[c][d];
+        for (int part = 0; part < 2; ++part) {
+            matrix(c, columns + part) = matrix(columns + part, c) = sums.withOffset[c][part];
+            if (model.slope)
+                matrix(c, columns + 2 + part) = matrix(columns + 2 + part, c) = sums.withTilt[c][part];
+        }
+        right[c] = sums.right[c];
+    }
+    for (int part = 0; part < 2; ++part) {
+        const int offset = columns + part;
+        matrix(offset, offset) = sums.background[0];
+        right[offset] = sums.rightOffset[part];
+        if (model.slope) {
+            const int tilt = offset + 2;
+            matrix(offset, tilt) = matrix(tilt, offset) = sums.background[1];
+            matrix(tilt, tilt) = sums.background[2];
+            right[tilt] = sums.rightTilt[part];
+        }
+    }
+}
+
+/// The change of G1 and background that the poles of the normal equations ask for.
+bool linearStep(const Model::Matrix& matrix, const Model::Vector& right, int first, Model::Vector& step)
+{
+    const Eigen::Index count = matrix.rows() - first;
+    ScaledSystem system;
+    return system.factor(matrix.bottomRightCorner(count, count)) && system.solve(right.tail(count), step);
+}
+
+/// The background and poles moved by the last of a model's parameters.
+void moveLinear(Model& model, const Model::Vector& step)
+{
     Model::Vector all = model.vector();
-    all.segment(first, count) = linear;
+    all.tail(step.size()) += step;
     model.set(all);
-    return true;
 }
 
 } // namespace
 
 double ModeFitter::solveLinear(Window window, Model& model) const
 {
-    Normal normal;
+    constexpr double kNone = std::numeric_limits<double>::infinity();
     if (!spend(window, model.modes))
-        return std::numeric_limits<double>::infinity();
-    accumulate(window, model, normal);
-    if (!setLinear(normal.matrix, normal.right, model))
-        return std::numeric_limits<double>::infinity();
-    Model::Vector gradient;
-    const double chi2 = residual(window, model, gradient);
-    return std::isfinite(chi2) ? chi2 : std::numeric_limits<double>::infinity();
+        return kNone;
+    model.g1 = {};
+    model.offset = model.tilt = 0;
+    sums::Normal sums;
+    sums::normal(points(window), curveOf(model), sums::Columns::Poles, sums);
+    Model::Matrix matrix;
+    Model::Vector right;
+    Model::Vector step;
+    arrange(sums, model, matrix, right, 2 * model.modes);
+    if (!linearStep(matrix, right, 2 * model.modes, step))
+        return kNone;
+    moveLinear(model, step);
+    const double chi2 = sums::rest(points(window), curveOf(model)).weighted;
+    return std::isfinite(chi2) ? chi2 : kNone;
+}
+
+/// Where the descent stands: the model with the best G1 and background for its poles, and the normal equations there.
+struct ModeFitter::Place
+{
+    Model model;
+    double chi2 = std::numeric_limits<double>::infinity();
+    Model::Matrix matrix;
+    Model::Vector gradient; ///< of half of chi2, downhill
+};
+
+bool ModeFitter::look(Window window, const Model& model, Place& place) const
+{
+    place.model = model;
+    const int nonlinear = 2 * model.modes;
+    Model::Vector step;
+    // What the curve leaves decides the digits of the second look: once is enough when it was near.
+    for (int round = 0; round < 2; ++round) {
+        if (!spend(window, model.modes))
+            return false;
+        sums::Normal sums;
+        sums::normal(points(window), curveOf(place.model), sums::Columns::All, sums);
+        arrange(sums, model, place.matrix, place.gradient, 0);
+        if (!linearStep(place.matrix, place.gradient, nonlinear, step))
+            return false;
+        const double gain = step.dot(place.gradient.tail(step.size()));
+        moveLinear(place.model, step);
+        place.chi2 = sums.chi2 - gain;
+        if (gain < 0.999 * sums.chi2)
+            break;
+    }
+    place.gradient.head(nonlinear) -= place.matrix.topRightCorner(nonlinear, step.size()) * step;
+    place.gradient.tail(step.size()).setZero();
+    for (int k = 0; k < nonlinear; ++k) {
+        const double g1 = place.model.g1[static_cast<std::size_t>(k / 2)];
+        place.matrix.row(k) *= g1;
+        place.matrix.col(k) *= g1;
+        place.gradient[k] *= g1;
+    }
+    return std::isfinite(place.chi2) && place.chi2 >= 0;
 }
 
 FitResult ModeFitter::refine(Window window, const Model& start, double tolerance) const
 {
+    constexpr double kLittle = 1e-6; // of a squared deviation: a thousandth of the uncertainty
     const int mostSteps = tolerance < kRoughTolerance ? 40 : 15;
     FitResult fit;
     fit.window = window;
     fit.model = start;
-    const int nonlinear = 2 * start.modes;
-    Normal normal;
-    Model::Vector gradient;
-    accumulate(window, fit.model, normal);
-    if (!setLinear(normal.matrix, normal.right, fit.model))
+    Place here;
+    Place next;
+    if (!look(window, start, here))
         return fit;
-    fit.chi2 = residual(window, fit.model, gradient);
-    // The columns of ln fs and ln Q were made for a G1 of 1.
-    const auto withG1 = [&](const Model::Matrix& unit, const Model& model) {
-        Model::Matrix scaled = unit;
-        for (int k = 0; k < nonlinear; ++k) {
-            const double g1 = model.g1[static_cast<std::size_t>(k / 2)];
-            scaled.row(k) *= g1;
-            scaled.col(k) *= g1;
-        }
-        return scaled;
-    };
+    const int nonlinear = 2 * start.modes;
+    const int freedom = std::max(fit.degreesOfFreedom(), 1);
     double damping = 1e-3;
     Model::Vector step;
+    ScaledSystem system;
     for (int i = 0; i < mostSteps; ++i) {
-        if (!spend(window, start.modes))
-            return fit;
-        Model::Matrix damped = withG1(normal.matrix, fit.model);
+        Model::Matrix damped = here.matrix;
         for (int k = 0; k < nonlinear; ++k)
             damped(k, k) *= 1 + damping;
-        if (!solveScaled(damped, gradient, step))
+        if (!system.factor(damped) || !system.solve(here.gradient, step))
             return fit;
-        Model trial = fit.model;
-        double longest = 0;
-        for (int k = 0; k < nonlinear; ++k) {
-            const double clipped = std::clamp(step[k], -0.5, 0.5);
-            longest = std::max(longest, std::abs(clipped));
-            (k % 2 == 0 ? trial.lnFs : trial.lnQ)[static_cast<std::size_t>(k / 2)] += clipped;
+        const double longest = step.head(nonlinear).cwiseAbs().maxCoeff();
+        const double gain = step.dot(here.gradient);
+        if (longest < tolerance || gain * freedom < kLittle * here.chi2) {
+            // The last step is taken on trust: it is too short for the curve to bend.
+            moveLinear(here.model, step);
+            here.chi2 = std::max(here.chi2 - gain, 0.0);
+            break;
         }
-        Normal next;
-        accumulate(window, trial, next);
-        Model::Vector nextGradient;
-        double chi2 = std::numeric_limits<double>::infinity();
-        if (setLinear(next.matrix, next.right, trial))
-            chi2 = residual(window, trial, nextGradient);
-        if (chi2 <= fit.chi2) {
-            const bool still = longest < tolerance || (longest < 1e-6 && fit.chi2 - chi2 < 1e-12 * fit.chi2);
-            fit.model = trial;
-            fit.chi2 = chi2;
-            normal = next;
-            gradient = nextGradient;
+        Model trial = here.model;
+        for (int k = 0; k < nonlinear; ++k)
+            (k % 2 == 0 ? trial.lnFs : trial.lnQ)[static_cast<std::size_t>(k / 2)] += std::clamp(step[k], -0.5, 0.5);
+        const bool usable = look(window, trial, next);
+        if (m_workLeft < 0)
+            return fit;
+        if (usable && next.chi2 <= here.chi2) {
+            std::swap(here, next);
             damping = std::max(damping * 0.1, 1e-12);
-            if (still)
-                break;
         } else {
-            if (longest < std::max(tolerance, 1e-9) || damping > 1e12)
+            if (longest < 1e-8 || damping > 1e12)
                 break;
             damping = std::max(damping * 10, 1e-6);
         }
     }
+    fit.model = here.model;
+    fit.chi2 = here.chi2;
     fit.good = fit.degreesOfFreedom() > 0 && std::isfinite(fit.chi2) && fit.model.vector().allFinite() &&
-               invertScaled(withG1(normal.matrix, fit.model), fit.covariance);
+               invert(here.matrix, fit.covariance);
     return fit;
 }
 
@@ -368,26 +336,21 @@ bool ModeFitter::linearPole(Window window, double& f0, double& q0) const
     for (int round = 0; round < 5; ++round) {
         if (!spend(window, 1))
             return false;
+        const sums::PoleSums sum = sums::pole(points(window), f0, q0, {c.real(), c.imag()});
+        // Columns 1, x, x^2 and -xY.
         double gram[4][4][2] = {};
         double right[4][2] = {};
-        for (std::size_t i = window.first; i < window.last; ++i) {
-            const double x = q0 * (m_sweep.f[i] / f0 - f0 / m_sweep.f[i]);
-            const double g = m_sweep.g[i];
-            const double b = m_sweep.b[i];
-            const double dr = 1 + c.real() * x;
-            const double di = c.imag() * x;
-            const double w = m_weight[i] / std::max(dr * dr + di * di, 1e-12);
-            const double re[4] = {1, x, x * x, -x * g};
-            const double im[4] = {0, 0, 0, -x * b};
-            for (int k = 0; k < 4; ++k) {
-                for (int l = 0; l < 4; ++l) {
-                    gram[k][l][0] += w * (re[k] * re[l] + im[k] * im[l]);
-                    gram[k][l][1] += w * (re[k] * im[l] - im[k] * re[l]);
-                }
-                right[k][0] += w * (re[k] * g + im[k] * b);
-                right[k][1] += w * (re[k] * b - im[k] * g);
+        for (int k = 0; k < 3; ++k) {
+            for (int l = 0; l < 3; ++l)
+                gram[k][l][0] = sum.powers[k + l];
+            for (int part = 0; part < 2; ++part) {
+                gram[k][3][part] = -sum.data[k + 1][part];
+                gram[3][k][part] = (part == 0 ? -1 : 1) * sum.data[k + 1][part];
+                right[k][part] = sum.data[k][part];
             }
         }
+        gram[3][3][0] = sum.squares[1];
+        right[3][0] = -sum.squares[0];
         double scale[4];
         for (int k = 0; k < 4; ++k) {
             if (!(gram[k][k][0] > 0))
@@ -423,37 +386,18 @@ double ModeFitter::smoothChi2(Window window) const
 {
     const double middle = m_sweep.f[window.first + static_cast<std::size_t>(window.count() / 2)];
     const double span = m_sweep.f[window.last - 1] - m_sweep.f[window.first];
-    double moments[5] = {};
-    double right[2][3] = {};
-    for (std::size_t i = window.first; i < window.last; ++i) {
-        const double t = (m_sweep.f[i] - middle) / span;
-        const double w = m_weight[i];
-        double power = w;
-        for (int k = 0; k < 5; ++k, power *= t) {
-            moments[k] += power;
-            if (k < 3) {
-                right[0][k] += power * m_sweep.g[i];
-                right[1][k] += power * m_sweep.b[i];
-            }
-        }
-    }
+    const sums::SmoothSums sum = sums::smooth(points(window), middle, span);
     Eigen::Matrix3d matrix;
     Eigen::Matrix<double, 3, 2> side;
     for (int k = 0; k < 3; ++k) {
         for (int l = 0; l < 3; ++l)
-            matrix(k, l) = moments[k + l];
-        side(k, 0) = right[0][k];
-        side(k, 1) = right[1][k];
+            matrix(k, l) = sum.powers[k + l];
+        side(k, 0) = sum.data[k][0];
+        side(k, 1) = sum.data[k][1];
     }
     const Eigen::Matrix<double, 3, 2> solution = matrix.partialPivLu().solve(side);
-    double chi2 = 0;
-    for (std::size_t i = window.first; i < window.last; ++i) {
-        const double t = (m_sweep.f[i] - middle) / span;
-        const double r = m_sweep.g[i] - (solution(0, 0) + t * (solution(1, 0) + t * solution(2, 0)));
-        const double s = m_sweep.b[i] - (solution(0, 1) + t * (solution(1, 1) + t * solution(2, 1)));
-        chi2 += m_weight[i] * (r * r + s * s);
-    }
-    return chi2;
+    return sums::smoothRest(points(window), middle, span, {solution(0, 0), solution(1, 0), solution(2, 0)},
+                            {solution(0, 1), solution(1, 1), solution(2, 1)});
 }
 
 } // namespace resonance

@@ -2,15 +2,18 @@
 #pragma once
 
 #include "controls/resonance/Noise.h"
+#include "controls/resonance/Sums.h"
 #include "controls/resonance/Sweep.h"
 
 #include <Eigen/Core>
 #include <array>
 #include <complex>
+#include <cstdint>
+#include <vector>
 
 namespace resonance {
 
-constexpr int kMostModes = 4; ///< fitted together
+using sums::kMostModes; ///< fitted together
 constexpr double kTolerance = 1e-10;
 constexpr double kRoughTolerance = 1e-3; ///< for a fit that another follows
 constexpr int kMostParameters = 3 * kMostModes + 4;
@@ -72,8 +75,8 @@ public:
         : m_sweep(sweep)
     {}
 
-    /// From here on fits may visit that many points, each mode of the model counting; then they fail.
-    void allowWork(std::int64_t visits) { m_workLeft = visits; }
+    /// A sweep has been loaded. Its fits may visit that many points, each mode of the model counting; then they fail.
+    void begin(std::int64_t visits);
 
     /// Variances by the measured modulus.
     void weighByData(const Noise& noise);
@@ -87,21 +90,28 @@ public:
     /// Weighted squares of what is left by the best G1 and background for the given poles; G1 and background are set.
     double solveLinear(Window window, Model& model) const;
 
-    /// Levenberg-Marquardt in ln fs and ln Q, G1 and background being the best for them at each step.
-    /// It ends when no logarithm moves by more than the tolerance.
+    /// Levenberg-Marquardt in ln fs and ln Q, G1 and background being the best for them at each step. It ends when no
+    /// logarithm moves by more than the tolerance, or when the step is a thousandth of the uncertainty.
     FitResult refine(Window window, const Model& start, double tolerance = kTolerance) const;
 
     /// Weighted squares of what a quadratic complex background leaves.
     double smoothChi2(Window window) const;
 
-private:
-    struct Normal;
-    void accumulate(Window window, const Model& model, Normal& normal) const;
-    double residual(Window window, const Model& model, Model::Vector& gradient) const;
+    /// Squares of what the fit leaves in its window, without weights.
+    double plainSquares(const FitResult& fit) const;
 
+    /// Subtracts the modes from a copy of the whole sweep.
+    void takeModesAway(const Model& model, std::vector<double>& g, std::vector<double>& b) const;
+
+private:
+    struct Place;
+    bool look(Window window, const Model& model, Place& place) const;
+
+    sums::Points points(Window window) const;
     bool spend(Window window, int modes) const;
 
     const Sweep& m_sweep;
+    std::vector<double> m_inverseF;
     std::vector<double> m_weight; ///< 1/variance
     mutable std::int64_t m_workLeft = 0;
 };

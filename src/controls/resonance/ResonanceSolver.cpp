@@ -46,7 +46,7 @@ Solution ResonanceSolver::solve(const std::vector<Sample>& samples)
 {
     m_sweep.load(samples);
     m_sweep.leaveOutPlateau();
-    m_fitter.allowWork(kMostWork);
+    m_fitter.begin(kMostWork);
     Solution solution = solveSweep();
     if (!solution.found && solution.refusal != Refusal::NoPoints && solution.refusal != Refusal::TooFewPoints) {
         m_sweep.conjugate();
@@ -102,17 +102,13 @@ bool ResonanceSolver::atEdge(const Model& model, int mode) const
 void ResonanceSolver::estimateNoise()
 {
     const std::size_t size = m_sweep.size();
-    m_re.resize(size);
-    m_im.resize(size);
+    m_re = m_sweep.g;
+    m_im = m_sweep.b;
     m_level.resize(size);
-    for (std::size_t i = 0; i < size; ++i) {
-        std::complex<double> rest(m_sweep.g[i], m_sweep.b[i]);
-        m_level[i] = std::norm(rest);
-        for (const Group& group : m_groups)
-            rest -= group.fit.model.motional(m_sweep.f[i]);
-        m_re[i] = rest.real();
-        m_im[i] = rest.imag();
-    }
+    for (std::size_t i = 0; i < size; ++i)
+        m_level[i] = m_sweep.modulusSquared(i);
+    for (const Group& group : m_groups)
+        m_fitter.takeModesAway(group.fit.model, m_re, m_im);
     m_noise = m_estimator.estimate(m_re, m_im, m_level);
 }
 
@@ -400,18 +396,17 @@ Refusal ResonanceSolver::judge(const Group& group, int mode) const
         return Refusal::TooWeak;
     if (!(std::sqrt(fit.covariance(2 * mode + 1, 2 * mode + 1) * scale) < 0.3))
         return Refusal::TooUncertain;
-    int near = 0;
-    int about = 0;
-    double squares = 0;
-    double farthest = 0;
-    for (std::size_t i = fit.window.first; i < fit.window.last; ++i) {
-        const double f = m_sweep.f[i];
-        const double x = q * (f / fs - fs / f);
-        near += std::abs(x) <= 2;
-        about += std::abs(x) <= 4;
-        farthest = std::max(farthest, std::abs(x));
-        squares += std::norm(std::complex<double>(m_sweep.g[i], m_sweep.b[i]) - fit.model(f));
-    }
+    // Points of the window with |Q u| up to a reach.
+    const auto within = [&](double reach) {
+        const double half = reach / (2 * q);
+        const double root = std::sqrt(1 + half * half);
+        const std::size_t first = std::clamp(indexOf(fs * (root - half)), fit.window.first, fit.window.last);
+        return std::clamp(indexOf(fs * (root + half)), first, fit.window.last) - first;
+    };
+    const std::size_t near = within(2);
+    const std::size_t about = within(4);
+    const auto distance = [&](std::size_t i) { return std::abs(q * (m_sweep.f[i] / fs - fs / m_sweep.f[i])); };
+    const double farthest = std::max(distance(fit.window.first), distance(fit.window.last - 1));
     // Near one point a bandwidth the flanks stand in for the third point.
     if (near < 3 && (near < 1 || about < 3))
         return Refusal::TooCoarse;
@@ -420,7 +415,7 @@ Refusal ResonanceSolver::judge(const Group& group, int mode) const
     if (!((smooth - fit.chi2) / scale > 30) || !(values * std::log(smooth / fit.chi2) - std::log(values) > 10))
         return Refusal::NotAPole;
     // A smooth curve that is no pole leaves more than the noise and much of the height.
-    if (farthest < 1 || squares / values > 0.05 * 0.05 * g1 * g1)
+    if (farthest < 1 || m_fitter.plainSquares(fit) / values > 0.05 * 0.05 * g1 * g1)
         return Refusal::NotAPole;
     return Refusal::None;
 }
