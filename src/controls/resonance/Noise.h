@@ -24,8 +24,11 @@ public:
                    const std::vector<double>& modulusSquared);
 
 private:
-    std::vector<double> m_square; ///< squared modulus of a third difference, over 20
-    std::vector<double> m_level;  ///< mean squared modulus of its points
+    double medianOf(const std::vector<double>& values);
+
+    std::vector<double> m_square;   ///< squared modulus of a third difference, over 20
+    std::vector<double> m_level;    ///< mean squared modulus of its points
+    std::vector<double> m_relative; ///< squares over their variance, up to a factor
     std::vector<double> m_scratch;
 };
 

@@ -2,7 +2,11 @@
 #include "controls/resonance/Sums.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
+#include <numbers>
 
 // Compiled for wider registers too, and chosen when the program starts. Without fused operations, both give the same
 // bits. The sanitizers are not ready that early.
@@ -345,6 +349,73 @@ MG_WIDE double smoothRest(const Points& points, double middle, double span, cons
             sum[0][i] += block.weight[i] * (r * r + s * s);
         }
     }
+    return total(sum[0]);
+}
+
+MG_WIDE double relativeSquares(const double* squares, const double* levels, int count, double share, double* relative)
+{
+    // The logarithm is taken of the product of all mantissas, in lanes that cannot overflow, and of the exponents' sum.
+    constexpr std::uint64_t kMantissa = (std::uint64_t(1) << 52) - 1;
+    constexpr std::uint64_t kOne = std::uint64_t(1023) << 52;
+    constexpr int kMostFactors = 512;
+    alignas(64) Lanes product;
+    alignas(64) Lanes variance;
+    alignas(64) std::uint64_t exponents[kLanes] = {};
+    double logarithms = 0;
+    std::fill_n(product, kLanes, 1.0);
+    const double rest = 1 - share;
+    for (int first = 0; first < count; first += kLanes) {
+        const int used = std::min(kLanes, count - first);
+        if (used == kLanes) {
+            for (int i = 0; i < kLanes; ++i) {
+                variance[i] = share + rest * levels[first + i];
+                relative[first + i] = squares[first + i] / variance[i];
+            }
+        } else {
+            for (int i = 0; i < kLanes; ++i) {
+                variance[i] = i < used ? share + rest * levels[first + i] : 1.0;
+                if (i < used)
+                    relative[first + i] = squares[first + i] / variance[i];
+            }
+        }
+        for (int i = 0; i < kLanes; ++i) {
+            std::uint64_t bits;
+            std::memcpy(&bits, &variance[i], sizeof bits);
+            exponents[i] += bits >> 52;
+            bits = (bits & kMantissa) | kOne;
+            double mantissa;
+            std::memcpy(&mantissa, &bits, sizeof mantissa);
+            product[i] *= mantissa;
+        }
+        if (first / kLanes % kMostFactors == kMostFactors - 1) {
+            for (double& factor : product) {
+                logarithms += std::log(factor);
+                factor = 1;
+            }
+        }
+    }
+    const int blocks = (count + kLanes - 1) / kLanes;
+    double powers = -1023.0 * blocks * kLanes;
+    for (int i = 0; i < kLanes; ++i) {
+        logarithms += std::log(product[i]);
+        powers += static_cast<double>(exponents[i]);
+    }
+    return logarithms + powers * std::numbers::ln2;
+}
+
+MG_WIDE double clipped(const double* values, int count, double factor, double most)
+{
+    alignas(64) Lanes sum[1];
+    clear(sum, 1);
+    int first = 0;
+    for (; first + kLanes <= count; first += kLanes) {
+        for (int i = 0; i < kLanes; ++i) {
+            const double value = factor * values[first + i];
+            sum[0][i] += value < most ? value : most;
+        }
+    }
+    for (int i = 0; first + i < count; ++i)
+        sum[0][i] += std::min(factor * values[first + i], most);
     return total(sum[0]);
 }
 

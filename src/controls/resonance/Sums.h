@@ -69,9 +69,9 @@ void weigh(const Points& points, const Curve& curve, double constant, double pro
 /// For the linear fit of a pole, with x = q0 (f/f0 - f0/f) and weights w/|1 + cx|^2.
 struct PoleSums
 {
-    double powers[5];    ///< of x
-    double data[4][2];   ///< Y times powers of x
-    double squares[2];   ///< |Y|^2 times x and x^2
+    double powers[5];  ///< of x
+    double data[4][2]; ///< Y times powers of x
+    double squares[2]; ///< |Y|^2 times x and x^2
 };
 PoleSums pole(const Points& points, double f0, double q0, const double (&c)[2]);
 
@@ -85,5 +85,10 @@ SmoothSums smooth(const Points& points, double middle, double span);
 /// Weighted squares of what is left by re and im, polynomials in t.
 double smoothRest(const Points& points, double middle, double span, const std::array<double, 3>& re,
                   const std::array<double, 3>& im);
+
+/// Squares over share + (1 - share) level, and the sum of the logarithms of these.
+double relativeSquares(const double* squares, const double* levels, int count, double share, double* relative);
+/// Sum of factor times the values, each at most most.
+double clipped(const double* values, int count, double factor, double most);
 
 } // namespace resonance::sums

@@ -9,9 +9,9 @@ namespace {
 
 bool usable(const Sample& s)
 {
-    // Bounded, so that no square overflows or vanishes.
-    const double y = std::hypot(s.conductance, s.susceptance);
-    return std::isfinite(s.frequency) && s.frequency > 1e-9 && s.frequency < 1e18 && y > 1e-30 && y < 1e30;
+    // Bounded, so that no square overflows or vanishes; what is no number is in no bounds.
+    const double square = s.conductance * s.conductance + s.susceptance * s.susceptance;
+    return s.frequency > 1e-9 && s.frequency < 1e18 && square > 1e-60 && square < 1e60;
 }
 
 } // namespace
