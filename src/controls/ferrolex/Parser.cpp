@@ -155,7 +155,9 @@ private:
             chained = closed.what == What::Chained;
             if (closed.what == What::Procedure) {
                 m_program.procedures[closed.procedure].body = std::move(closed.statement.body);
-                m_finished = closed.procedure + 1;
+                // One that stands in another, which has been told, can be called when that has ended, too.
+                if (m_open.size() == 1)
+                    m_finished = m_program.procedures.size();
             } else if (m_open.size() < kDeepestBlock) {
                 block().push_back(std::move(closed.statement));
             } // else it was told, and a destructor of such depth is not worth its stack
@@ -458,15 +460,8 @@ private:
         }
         cursor.next();
         const auto found = m_procedures.find(folded(name.text));
-        const bool isOpen = found != m_procedures.end() && found->second >= m_finished;
-        if (found == m_procedures.end() || isOpen) {
-            QStringList known;
-            for (const auto& [key, index] : m_procedures)
-                known.append(QString::fromStdString(key));
-            m_findings.error(name.offset,
-                             isOpen ? tr("A procedure cannot call itself.")
-                                    : tr("There is no procedure \"%1\" above.").arg(shown(name.text)),
-                             isOpen ? QString() : m_expressions.suggestion(name, known));
+        if (found == m_procedures.end() || found->second >= m_finished) {
+            noSuchProcedure(name, found != m_procedures.end() && isOpen(found->second));
             return;
         }
         const std::size_t parameters = m_program.procedures[found->second].parameters.size();
@@ -487,6 +482,28 @@ private:
                                               .arg(parameters)
                                               .arg(statement.argumentCount));
         block().push_back(std::move(statement));
+    }
+
+    bool isOpen(std::size_t procedure) const
+    {
+        return std::any_of(m_open.begin(), m_open.end(), [procedure](const Open& open) {
+            return open.what == What::Procedure && open.procedure == procedure;
+        });
+    }
+
+    void noSuchProcedure(const Token& name, bool isItself)
+    {
+        if (isItself) {
+            m_findings.error(name.offset, tr("A procedure cannot call itself."));
+            return;
+        }
+        QStringList known;
+        for (const auto& [key, index] : m_procedures) {
+            if (index < m_finished)
+                known.append(QString::fromStdString(key));
+        }
+        m_findings.error(name.offset, tr("There is no procedure \"%1\" above.").arg(shown(name.text)),
+                         m_expressions.suggestion(name, known));
     }
 
     void needs(TokenCursor& cursor, const Token&)
@@ -527,7 +544,7 @@ private:
     ActionParser m_actions;
     std::vector<Open> m_open;
     std::map<std::string, std::size_t> m_procedures;
-    std::size_t m_finished = 0; ///< procedures below this index have ended
+    std::size_t m_finished = 0; ///< procedures below this index can be called
     std::set<std::int32_t> m_counters;
     int m_line = 0;
 };

@@ -124,6 +124,9 @@ TEST(Check, TellsEachKindOfMistake)
         {"for i from 1 to 2\nlet i = 3\nend", "2:5 error: \"i\" is counted by its loop and cannot be changed in it.\n"},
         {"do x", "1:4 error: There is no procedure \"x\" above.\n"},
         {"procedure x\ndo x\nend\ndo x", "2:4 error: A procedure cannot call itself.\n"},
+        {"procedure x\nprocedure y\nwait 1\nend\ndo y\ndo x\nend\ndo x\ndo y",
+         "2:1 error: A procedure cannot stand inside a block.\n5:4 error: There is no procedure \"y\" above.\n"
+         "6:4 error: A procedure cannot call itself.\n"},
         {"procedure x with a\nwait a\nend\ndo x", "4:4 error: \"x\" takes 1 values, not 0.\n"},
         {"procedure x\nwait 1\nend\nprocedure x\nwait 1\nend\ndo x",
          "4:11 error: There is a procedure \"x\" already.\n"},
