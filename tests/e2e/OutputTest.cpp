@@ -97,6 +97,8 @@ protected:
         add("firmware", {"firmware show image.mfw", "firmware show --json image.mfw"});
         add("mask", {"mask --set mask.mgm plot.gzd", "mask --set mask.mgm --json plot.gzd",
                      "mask --set mask.mgm --pen 1 plot.gzd", "mask --set mask.mgm --pen 1 --json plot.gzd"});
+        add("picture", {"picture --force plot.gzd", "picture --force --json plot.gzd", "picture --output - plot.gzd",
+                        "picture - < plot.gzd"});
         add("recover", {"recover", "recover --json"});
         add("run", {run(QString()), run(QStringLiteral("--json"))});
         add("show", {"show plot.gzd", "show --json plot.gzd", "show --points 1 plot.gzd", "show - < plot.gzd"});

@@ -58,15 +58,15 @@ Outcome check()
     return Outcome::failure(tr("Pictures are drawn by the program marrowick-draw, which is missing: %1.").arg(path()));
 }
 
-Outcome draw(const GraphModel& graph, const OutputFile& picture, const QSize& pixels)
+Outcome draw(const GraphModel& graph, const OutputFile& picture, const QSize& pixels, const QString& format)
 {
     if (Outcome there = check(); !there)
         return there;
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedOutputChannel);
     process.setChildProcessModifier([] { std::signal(SIGINT, SIG_IGN); });
-    process.start(path(), {u"--output"_s, picture.name(), u"--format"_s, formatOf(picture), u"--size"_s,
-                           u"%1x%2"_s.arg(pixels.width()).arg(pixels.height())});
+    process.start(path(), {u"--output"_s, picture.name(), u"--format"_s, format.isEmpty() ? formatOf(picture) : format,
+                           u"--size"_s, u"%1x%2"_s.arg(pixels.width()).arg(pixels.height())});
     process.write(GraphFile::PEstore(graph));
     process.closeWriteChannel();
     const bool ended = process.waitForFinished(-1);

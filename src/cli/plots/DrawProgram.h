@@ -23,9 +23,9 @@ QString formatOf(const OutputFile& picture);
 
 /// Fails when the program is not there.
 Outcome check();
-/// Draws the graph. The sentence of a failure is that of the program where it had one. Blocks until it has ended; an
-/// interrupt from the terminal does not end it.
-Outcome draw(const GraphModel& graph, const OutputFile& picture, const QSize& pixels);
+/// Draws the graph; an empty format is that of the name. The sentence of a failure is that of the program where it had
+/// one. Blocks until it has ended; an interrupt from the terminal does not end it.
+Outcome draw(const GraphModel& graph, const OutputFile& picture, const QSize& pixels, const QString& format = {});
 
 } // namespace DrawProgram
 

@@ -2,17 +2,10 @@
 #include "cli/plots/ExportCommand.h"
 
 #include "cli/Jobs.h"
-#include "cli/StandardStreams.h"
-#include "cli/plots/Workspace.h"
 
 #include <QCoreApplication>
-#include <QDir>
-#include <QFileInfo>
-#include <QHash>
 #include <QJsonArray>
 #include <QJsonObject>
-
-#include <algorithm>
 
 namespace cli {
 namespace {
@@ -24,78 +17,44 @@ QString tr(const char* text)
     return QCoreApplication::translate("cli", text);
 }
 
-/// What became of one plot.
 struct Exported
 {
-    QString plot, file;
+    MadeOutput made;
     int points = 0;
-    QString problem;     ///< empty: the text was written
-    QStringList remarks; ///< of the engine
 };
 
-Outcome checkText(const OutputFile& text, bool force)
+Exported exported(const PlotOutput& file, const ExportOptions& options)
 {
-    if (!text.isStandardOutput() && !force && QFileInfo::exists(text.name()))
-        return Outcome::failure(tr("%1 is there already; --force replaces it.").arg(text.name()));
-    return text.check();
-}
-
-Exported exported(const ExportOptions::File& file, const ExportOptions& options)
-{
-    Exported result{file.plot, file.text.name(), 0, {}, {}};
-    if (const Outcome writable = checkText(file.text, options.force); !writable) {
-        result.problem = writable.sentence();
-        return result;
-    }
-    ConsoleMessages messages([&result](const QString& sentence) { result.remarks += sentence; });
-    Workspace workspace(messages);
-    const ValueOr<PenDocument*> document = workspace.openPlot(file.plot);
-    if (!document) {
-        const QString sentence = document.sentence();
-        result.problem = sentence.contains(file.plot) ? sentence : file.plot + u": "_s + sentence;
-        return result;
-    }
-    if (document.value()->pgiTestType() == PenDocument::NoTest) {
-        result.problem = tr("%1: the plot is of no known type; there is nothing to export.").arg(file.plot);
-        return result;
-    }
-    TextStore store;
-    TextExport::collect(store, *document.value(), file.text.name(), options.pen, options.format);
-    result.points = store.points(options.pen);
-    if (const Outcome written = file.text.write(store.text(options.pen)); !written)
-        result.problem = written.sentence();
+    Exported result;
+    result.made = makeOutput(file, options.force, [&](PenDocument& document) {
+        if (document.pgiTestType() == PenDocument::NoTest)
+            return Outcome::failure(tr("%1: the plot is of no known type; there is nothing to export.").arg(file.plot));
+        TextStore store;
+        TextExport::collect(store, document, file.file.name(), options.pen, options.format);
+        result.points = store.points(options.pen);
+        return file.file.write(store.text(options.pen));
+    });
     return result;
 }
 
-OutputFile besidePlot(const QString& plot, const QString& folder)
-{
-    const QFileInfo info(plot);
-    const QString base = info.completeBaseName();
-    const QString name = (base.isEmpty() ? info.fileName() : base) + u".txt"_s;
-    // As the user wrote it, for the messages.
-    return OutputFile(folder.isEmpty() ? plot.chopped(info.fileName().size()) + name : QDir(folder).filePath(name));
-}
-
 } // namespace
-
-bool ExportOptions::streams() const
-{
-    return std::ranges::any_of(files, [](const File& file) { return file.text.isStandardOutput(); });
-}
 
 ExitCode exportPlots(const ExportOptions& options, Console& console)
 {
     ExitCode code = ExitCode::Done;
     QJsonArray exports;
-    const auto deliver = [&](std::size_t, const Exported& plot) {
-        for (const QString& remark : plot.remarks)
+    const bool streaming = streams(options.files);
+    const auto deliver = [&](std::size_t index, const Exported& plot) {
+        const PlotOutput& output = options.files[index];
+        for (const QString& remark : plot.made.remarks)
             console.problem(remark);
-        if (!plot.problem.isEmpty())
-            code = console.failed(ExitCode::FileError, plot.problem);
+        if (!plot.made.problem.isEmpty())
+            code = console.failed(ExitCode::FileError, plot.made.problem);
         else if (options.json)
-            exports.append(QJsonObject{{u"plot"_s, plot.plot}, {u"file"_s, plot.file}, {u"points"_s, plot.points}});
-        else if (!options.streams())
-            console.result(tr("%1: %2 points").arg(plot.file).arg(plot.points));
+            exports.append(
+                QJsonObject{{u"plot"_s, output.plot}, {u"file"_s, output.file.name()}, {u"points"_s, plot.points}});
+        else if (!streaming)
+            console.result(tr("%1: %2 points").arg(output.file.name()).arg(plot.points));
     };
     const auto work = [&options](std::size_t index) { return exported(options.files[index], options); };
     runJobs(options.jobs, options.files.size(), work, deliver);
@@ -144,7 +103,9 @@ ExportOptions ExportCommand::read(Arguments& arguments) const
     result.json = arguments.common().json;
     result.jobs = arguments.common().jobs;
     readFiles(arguments, result);
-    refuseClashes(result, arguments);
+    refuseClashes(result.files, tr("The text"), arguments);
+    if (result.json && streams(result.files))
+        arguments.refuse(tr("--json prints to standard output; no text can go there beside it."));
     return result;
 }
 
@@ -173,30 +134,8 @@ void ExportCommand::readFiles(Arguments& arguments, ExportOptions& options) cons
             arguments.refuse(tr("A plot from standard input has no name for a file in %1.").arg(output.name()));
         options.files.push_back({plot, isInput    ? OutputFile(plot)
                                        : toStream ? output
-                                                  : besidePlot(plot, output.name())});
+                                                  : besidePlot(plot, output.name(), u"txt"_s)});
     }
-}
-
-void ExportCommand::refuseClashes(const ExportOptions& options, Arguments& arguments)
-{
-    QHash<QString, QString> plots, texts; // by what they are, in place of comparing each with each
-    for (const ExportOptions::File& file : options.files) {
-        if (file.plot != "-"_L1)
-            plots.insert(OutputFile(file.plot).identity(), file.plot);
-    }
-    for (const ExportOptions::File& file : options.files) {
-        const QString identity = file.text.identity();
-        if (identity.isEmpty())
-            continue;
-        if (plots.contains(identity))
-            arguments.refuse(tr("The text of %1 would replace the plot %2.").arg(file.plot, plots.value(identity)));
-        if (texts.contains(identity))
-            arguments.refuse(
-                tr("%1 and %2 both want to write %3.").arg(texts.value(identity), file.plot, file.text.name()));
-        texts.insert(identity, file.plot);
-    }
-    if (options.json && options.streams())
-        arguments.refuse(tr("--json prints to standard output; no text can go there beside it."));
 }
 
 ExitCode ExportCommand::run(Arguments& arguments, Console& console)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/Command.h"
+#include "cli/plots/PlotOutputs.h"
 #include "export/TextExport.h"
 
 namespace cli {
@@ -9,20 +10,12 @@ namespace cli {
 /// What "marrowick export" was asked to write.
 struct ExportOptions
 {
-    struct File
-    {
-        QString plot; ///< "-" for standard input
-        OutputFile text;
-    };
-    std::vector<File> files;
+    std::vector<PlotOutput> files;
     int pen = TextStore::kAllPens; ///< 0 to 9, or all
     TextExport::Format format;
     bool force = false; ///< replaces a text file that is there
     bool json = false;
     int jobs = 1; ///< plots to work on at once
-
-    /// Standard output carries a text, so no results.
-    bool streams() const;
 };
 
 /// Writes the text of each plot and tells its name and number of points in a line, or in one JSON object for all. A
@@ -48,7 +41,6 @@ public:
 private:
     int readPen(Arguments& arguments) const;
     void readFiles(Arguments& arguments, ExportOptions& options) const;
-    static void refuseClashes(const ExportOptions& options, Arguments& arguments);
 
     QCommandLineOption m_pen, m_comma, m_header, m_unix, m_output, m_force;
 };

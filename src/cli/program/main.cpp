@@ -10,6 +10,7 @@
 #include "cli/plots/AnalyseCommand.h"
 #include "cli/plots/ExportCommand.h"
 #include "cli/plots/MaskCommand.h"
+#include "cli/plots/PictureCommand.h"
 #include "cli/plots/RecoverCommand.h"
 #include "cli/plots/ShowCommand.h"
 #include "cli/scripts/CheckCommand.h"
@@ -33,6 +34,7 @@ void fill(cli::CommandTable& table)
     table.push_back(std::make_unique<cli::ShowCommand>());
     table.push_back(std::make_unique<cli::AnalyseCommand>());
     table.push_back(std::make_unique<cli::ExportCommand>());
+    table.push_back(std::make_unique<cli::PictureCommand>());
     table.push_back(std::make_unique<cli::MaskCommand>());
     table.push_back(std::make_unique<cli::RecoverCommand>());
     table.push_back(std::make_unique<cli::CheckCommand>());

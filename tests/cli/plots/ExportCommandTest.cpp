@@ -89,18 +89,18 @@ TEST(ExportOptions, PenFormatAndFilesAreRead)
     EXPECT_EQ(plain.problem(), "");
     EXPECT_EQ(plain.options().pen, TextStore::kAllPens);
     EXPECT_FALSE(plain.options().format.header || plain.options().format.comma || plain.options().format.unixEnd);
-    EXPECT_FALSE(plain.options().force || plain.options().json || plain.options().streams());
+    EXPECT_FALSE(plain.options().force || plain.options().json || streams(plain.options().files));
     ASSERT_EQ(plain.options().files.size(), 2);
     EXPECT_EQ(plain.options().files[0].plot, u"plots/a.gzd"_s);
-    EXPECT_EQ(plain.options().files[0].text.name(), u"plots/a.txt"_s);
-    EXPECT_EQ(plain.options().files[1].text.name(), u"b.txt"_s);
+    EXPECT_EQ(plain.options().files[0].file.name(), u"plots/a.txt"_s);
+    EXPECT_EQ(plain.options().files[1].file.name(), u"b.txt"_s);
     const Words full("a.gzd --pen 10 --header --comma --unix --force --json --jobs 3 --output texts");
     EXPECT_EQ(full.problem(), "");
     EXPECT_EQ(full.options().pen, 9);
     EXPECT_TRUE(full.options().format.header && full.options().format.comma && full.options().format.unixEnd);
     EXPECT_TRUE(full.options().force && full.options().json);
     EXPECT_EQ(full.options().jobs, 3);
-    EXPECT_EQ(full.options().files.at(0).text.name(), u"texts/a.txt"_s);
+    EXPECT_EQ(full.options().files.at(0).file.name(), u"texts/a.txt"_s);
     EXPECT_EQ(Words("a --pen all").options().pen, TextStore::kAllPens);
 }
 
@@ -108,8 +108,8 @@ TEST(ExportOptions, OnlyTheLastExtensionGivesWayToTxt)
 {
     const Words words("a.b.gzd c .gzd d.TXT/e");
     std::vector<QString> names;
-    for (const ExportOptions::File& file : words.options().files)
-        names.push_back(file.text.name());
+    for (const PlotOutput& file : words.options().files)
+        names.push_back(file.file.name());
     EXPECT_EQ(names, (std::vector<QString>{u"a.b.txt"_s, u"c.txt"_s, u".gzd.txt"_s, u"d.TXT/e.txt"_s}));
 }
 
@@ -117,11 +117,11 @@ TEST(ExportOptions, StandardInputGoesToStandardOutput)
 {
     const Words words("- a.gzd");
     EXPECT_EQ(words.problem(), "");
-    EXPECT_TRUE(words.options().files.at(0).text.isStandardOutput());
-    EXPECT_FALSE(words.options().files.at(1).text.isStandardOutput());
-    EXPECT_TRUE(words.options().streams());
-    EXPECT_TRUE(Words("a.gzd --output -").options().files.at(0).text.isStandardOutput());
-    EXPECT_TRUE(Words("- --output -").options().files.at(0).text.isStandardOutput());
+    EXPECT_TRUE(words.options().files.at(0).file.isStandardOutput());
+    EXPECT_FALSE(words.options().files.at(1).file.isStandardOutput());
+    EXPECT_TRUE(streams(words.options().files));
+    EXPECT_TRUE(Words("a.gzd --output -").options().files.at(0).file.isStandardOutput());
+    EXPECT_TRUE(Words("- --output -").options().files.at(0).file.isStandardOutput());
 }
 
 TEST(ExportOptions, WhatDoesNotFitIsRefused)
