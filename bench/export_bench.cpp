@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A text export of 40 960 rows of five columns against numpy's savetxt and pandas' to_csv of the same table, in one run
-// and in turns. In memory; on the disk of the build folder for information, since ours reaches the disk and theirs need
-// not.
+// and in turns, with a header and without: in memory, and on the disk of the build folder, where ours reaches the disk
+// and theirs need not.
 #include "Peers.h"
 
 #include "controls/textstore/TextStore.h"
@@ -40,11 +40,18 @@ std::vector<Row> rows()
 }
 
 /// Milliseconds to collect and write all rows; negative when that failed.
-double exportTime(const std::vector<Row>& table, const QString& fileName)
+double exportTime(const std::vector<Row>& table, const QString& fileName, bool header)
 {
     const auto start = std::chrono::steady_clock::now();
     TextStore store;
     store.ExportSetFile(fileName);
+    if (header) {
+        store.ExportSetHeader(1);
+        store.ExportSetTest(QStringLiteral("A test"));
+        store.ExportSetTitle(QStringLiteral("A title"));
+        store.ExportSetPenLabel(0, QStringLiteral("Pen 1"));
+        store.ExportSetSolution(0, QStringLiteral("Resonance: Fr 40000 Hz"));
+    }
     for (std::int32_t row = 0; row < kRows; ++row) {
         const Row& one = table[static_cast<std::size_t>(row)];
         store.ExportAddReactance(one.frequency, one.reactance, one.resistance, one.conductance, one.susceptance, 0,
@@ -68,7 +75,8 @@ bool writeTable(const std::vector<Row>& table, const QString& fileName)
     return file.open(QFile::WriteOnly) && file.write(reinterpret_cast<const char*>(table.data()), size) == size;
 }
 
-bool measureIn(const QString& place, bool bounded)
+/// "in memory" is bounded in time as well; how fast a disk is says nothing about us.
+bool measureIn(const QString& place, bool memory)
 {
     const std::vector<Row> table = rows();
     const QTemporaryDir folder(place + QStringLiteral("/export-XXXXXX"));
@@ -82,26 +90,23 @@ bool measureIn(const QString& place, bool bounded)
         std::printf("the peers need python3-numpy and python3-pandas: %s\n", peers.errors().constData());
         return false;
     }
-    std::vector<double> mine, numpy, pandas;
+    std::vector<double> mine, headed, numpy, pandas;
     for (int round = 0; round < kRounds; ++round) {
-        mine.push_back(exportTime(table, folder.filePath(QStringLiteral("ours.txt"))));
+        mine.push_back(exportTime(table, folder.filePath(QStringLiteral("ours.txt")), false));
+        headed.push_back(exportTime(table, folder.filePath(QStringLiteral("headed.txt")), true));
         numpy.push_back(peers.time("numpy"));
         pandas.push_back(peers.time("pandas"));
     }
-    const double figure = median(mine), a = median(numpy), b = median(pandas);
-    if (figure < 0 || a < 0 || b < 0) {
+    const double figure = median(mine), withHeader = median(headed), a = median(numpy), b = median(pandas);
+    if (figure < 0 || withHeader < 0 || a < 0 || b < 0) {
         std::printf("a round went wrong: FAILS\n");
         return false;
     }
-    const double gain = std::min(a, b) / figure;
-    std::printf("%-10s %7.3f ms  numpy %7.3f ms  pandas %7.3f ms  %5.1f times as fast  ",
-                bounded ? "in memory" : "on disk", figure, a, b, gain);
-    if (!bounded) {
-        std::printf("for information\n");
-        return true;
-    }
-    const bool holds = figure <= kLongest && gain >= kLeastGain;
-    std::printf("at most %.0f ms, at least %.0f times  %s\n", kLongest, kLeastGain, holds ? "holds" : "FAILS");
+    const double slower = std::max(figure, withHeader), gain = std::min(a, b) / slower;
+    std::printf("%-10s %7.3f ms  with header %7.3f ms  numpy %7.3f ms  pandas %7.3f ms  %5.1f times as fast  ",
+                memory ? "in memory" : "on disk", figure, withHeader, a, b, gain);
+    const bool holds = (!memory || slower <= kLongest) && gain >= kLeastGain;
+    std::printf("%sat least %.0f times  %s\n", memory ? "at most 20 ms, " : "", kLeastGain, holds ? "holds" : "FAILS");
     return holds;
 }
 

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "values/Conversions.h"
 
+#include "values/FloatText.h"
+
 #include <QVarLengthArray>
 
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <type_traits>
 
 namespace values {
 namespace {
@@ -182,6 +185,11 @@ std::size_t writeShortest(T value, char* buffer) noexcept
     if (value == 0)
         return copyText("0", buffer);
     const T magnitude = std::fabs(value);
+    if constexpr (std::is_same_v<T, float>) {
+        const std::size_t sign = std::signbit(value) ? copyText("-", buffer) : 0;
+        if (const std::size_t length = writeShortestPlain(magnitude, buffer + sign); length > 0)
+            return sign + length;
+    }
     const bool plain = magnitude >= T(1e-7) && magnitude <= T(1e15);
     const auto format = plain ? std::chars_format::fixed : std::chars_format::scientific;
     return static_cast<std::size_t>(std::to_chars(buffer, buffer + kDecimalTextSize, value, format).ptr - buffer);

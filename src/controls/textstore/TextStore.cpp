@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <span>
 
 namespace {
@@ -37,14 +38,42 @@ std::span<const char* const> columnsOf(TextStore::Kind kind)
 std::size_t writeNumber(float value, char* buffer)
 {
     const auto put = [buffer](std::string_view word) { return word.copy(buffer, word.size()); };
+    if (value != 0 && std::isfinite(value)) [[likely]]
+        return values::writeDecimal(value, buffer);
     if (std::isnan(value))
         return put("NaN");
     if (std::isinf(value))
         return put(value < 0 ? "-Inf" : "Inf");
-    if (value == 0 && std::signbit(value))
-        return put("-0");
-    return values::writeDecimal(value, buffer);
+    return put(std::signbit(value) ? "-0" : "0");
 }
+
+/// Bytes that are put many times. Short ones are copied in one piece of fixed length, which writes beyond their end.
+class Fixed
+{
+public:
+    explicit Fixed(const QByteArray& bytes)
+        : m_bytes(bytes)
+        , m_size(static_cast<std::size_t>(bytes.size()))
+    {
+        std::copy_n(bytes.begin(), std::min(m_size, kPiece), m_piece.begin());
+    }
+    /// What put() may touch.
+    std::size_t room() const { return std::max(m_size, kPiece); }
+    /// Returns the place behind them.
+    char* put(char* place) const
+    {
+        std::memcpy(place, m_piece.data(), kPiece);
+        if (m_size > kPiece)
+            std::memcpy(place, m_bytes.constData(), m_size);
+        return place + m_size;
+    }
+
+private:
+    static constexpr std::size_t kPiece = 8;
+    QByteArray m_bytes;
+    std::array<char, kPiece> m_piece{};
+    std::size_t m_size;
+};
 
 /// One line of a header, without its end.
 QByteArray remark(QString text)
@@ -215,21 +244,20 @@ void TextStore::appendRows(QByteArray& text, std::int32_t file, int pen) const
         return;
     const std::size_t fields = columnsOf(*m_kind).size();
     const QByteArray number = file == kAllPens ? QByteArray::number(pen + 1) + m_delimiter : QByteArray();
+    const Fixed start(number), delimiter(m_delimiter), lineEnd(m_lineEnd);
     // Room for the longest rows, which costs nothing where it stays untouched; what follows then checks no more.
-    const auto width = static_cast<qsizetype>(values::kDecimalTextSize) + m_delimiter.size();
-    const qsizetype longest = number.size() + static_cast<qsizetype>(fields) * width + m_lineEnd.size();
+    const std::size_t longest = start.room() + fields * (values::kDecimalTextSize + delimiter.room()) + lineEnd.room();
     const qsizetype before = text.size();
-    text.resize(before + static_cast<qsizetype>(rows.size()) * longest);
+    text.resize(before + static_cast<qsizetype>(rows.size() * longest));
     char* end = text.data() + before;
-    const auto put = [&end](const QByteArray& bytes) { end = std::copy(bytes.begin(), bytes.end(), end); };
     for (const Row& row : rows) {
-        put(number);
-        for (std::size_t field = 0; field < fields; ++field) {
-            if (field > 0)
-                put(m_delimiter);
+        end = start.put(end);
+        end += writeNumber(row.fields[0], end);
+        for (std::size_t field = 1; field < fields; ++field) {
+            end = delimiter.put(end);
             end += writeNumber(row.fields[field], end);
         }
-        put(m_lineEnd);
+        end = lineEnd.put(end);
     }
     text.resize(end - text.constData());
 }
