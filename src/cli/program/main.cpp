@@ -15,7 +15,7 @@
 #include "cli/plots/ShowCommand.h"
 #include "cli/scripts/CheckCommand.h"
 #include "cli/update/FirmwareCommand.h"
-#include "cli/updates/UpdatesCommand.h"
+#include "cli/update/UpdatesCommand.h"
 #include "program/Version.h"
 
 #include <QCoreApplication>
@@ -39,8 +39,7 @@ void fill(cli::CommandTable& table)
     table.push_back(std::make_unique<cli::RecoverCommand>());
     table.push_back(std::make_unique<cli::CheckCommand>());
     table.push_back(std::make_unique<cli::FirmwareCommand>());
-    table.push_back(
-        std::make_unique<cli::UpdatesCommand>(QStringList{QStringLiteral("T46"), QStringLiteral("PELLFERN")}));
+    table.push_back(std::make_unique<cli::UpdatesCommand>());
     table.push_back(std::make_unique<cli::CompletionCommand>(table));
 }
 

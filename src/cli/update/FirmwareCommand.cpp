@@ -12,6 +12,7 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <memory>
 #include <sys/stat.h>
 
 namespace cli {
@@ -101,7 +102,8 @@ QJsonObject asJson(const firmware::Header& header)
 } // namespace
 
 FirmwareCommand::FirmwareCommand()
-    : m_device(u"device"_s, tr("install: serial number of the instrument (the only one found)."), u"serial"_s)
+    : m_device(u"device"_s, tr("install: serial number, or path of a terminal device (the only instrument found)."),
+               u"serial|path"_s)
     , m_dryRun(u"dry-run"_s, tr("install: checks everything and changes nothing."))
     , m_allowOlder(u"allow-older"_s, tr("install: writes an older version than the instrument's own, too."))
     , m_trustedKeys(u"trusted-keys"_s,
@@ -220,9 +222,10 @@ ExitCode FirmwareCommand::check(const QString& name, Arguments& arguments, Conso
 
 ExitCode FirmwareCommand::install(const QString& name, Arguments& arguments, Console& console) const
 {
-    DeviceList devices;
-    return installFirmware(devices,
-                           {name, arguments.text(m_device), keyFolder(arguments), arguments.isSet(m_dryRun),
+    const QString device = arguments.text(m_device);
+    const std::unique_ptr<DeviceList> devices = devicesFor(device);
+    return installFirmware(*devices,
+                           {name, device, keyFolder(arguments), arguments.isSet(m_dryRun),
                             arguments.isSet(m_allowOlder), arguments.common().json, arguments.common().quiet},
                            console);
 }

@@ -2,12 +2,17 @@
 #include "cli/update/FirmwareInstall.h"
 
 #include "controls/korvalink/DeviceList.h"
+#include "controls/korvalink/PortDeviceSource.h"
+#include "controls/korvalink/RuntimeDeviceSource.h"
+#include "controls/korvalink/UsbDeviceSource.h"
 #include "controls/tarnload/UpGrade.h"
 
 #include <QCoreApplication>
 #include <QJsonObject>
 
 #include <cstdint>
+#include <utility>
+#include <vector>
 
 namespace cli {
 namespace {
@@ -20,11 +25,18 @@ QString tr(const char* text)
     return QCoreApplication::translate("cli", text);
 }
 
+bool isPath(const QString& device)
+{
+    return device.contains(u'/');
+}
+
 /// The index of the device of that name, or of the only one.
 ValueOr<int> findDevice(DeviceList& devices, const QString& serial)
 {
     devices.refresh();
     QStringList names;
+    if (isPath(serial) && devices.device(0).name != serial)
+        return Outcome::failure(tr("There is no terminal device %1.").arg(serial));
     for (int index = 0; index < devices.count(); ++index) {
         names.append(devices.device(index).name);
         if (names.constLast() == serial)
@@ -63,6 +75,18 @@ ExitCode exitCodeOf(UpgradeError error)
     }
 }
 
+std::unique_ptr<DeviceList> devicesFor(const QString& device)
+{
+    if (!isPath(device))
+        return std::make_unique<DeviceList>();
+    std::vector<std::unique_ptr<DeviceSource>> sources;
+    sources.push_back(std::make_unique<PortDeviceSource>(device));
+    // An instrument that restarts may come back at another port.
+    sources.push_back(std::make_unique<UsbDeviceSource>());
+    sources.push_back(std::make_unique<RuntimeDeviceSource>());
+    return std::make_unique<DeviceList>(std::move(sources));
+}
+
 ExitCode installFirmware(DeviceList& devices, const FirmwareInstall& wanted, Console& console)
 {
     UpGrade loader(devices, wanted.keyFolder);
@@ -78,15 +102,15 @@ ExitCode installFirmware(DeviceList& devices, const FirmwareInstall& wanted, Con
     const ValueOr<int> index = findDevice(devices, wanted.device);
     if (!index)
         return console.failed(ExitCode::NoInstrument, index.sentence());
-    const QString serial = devices.device(index.value()).name;
-    loader.expectSerial(serial);
+    const QString name = devices.device(index.value()).name;
+    loader.expectSerial(name);
     if (wanted.allowOlder)
         loader.askOlder([](const QString&, const QString&) { return true; });
     int blocks = 0;
     QObject::connect(&loader, &UpGrade::ProgressRange, &loader, [&blocks](std::int16_t total) { blocks = total; });
     QObject::connect(&loader, &UpGrade::ProgressValue, &loader, [&](std::int16_t value) {
         if (!wanted.quiet)
-            console.progress(tr("%1: block %2 of %3; do not unplug the instrument").arg(serial).arg(value).arg(blocks));
+            console.progress(tr("%1: block %2 of %3; do not unplug the instrument").arg(name).arg(value).arg(blocks));
     });
     const QString deviceType = u"KorvaLink"_s;
     const auto place = static_cast<std::int16_t>(index.value());
@@ -94,7 +118,8 @@ ExitCode installFirmware(DeviceList& devices, const FirmwareInstall& wanted, Con
                                                                : loader.ProgramDevice(deviceType, place));
     console.endProgress();
     if (error != UpgradeError::None)
-        return console.failed(exitCodeOf(error), serial + u": "_s + tarnload::errorText(error));
+        return console.failed(exitCodeOf(error), name + u": "_s + tarnload::errorText(error));
+    const QString& serial = loader.answeredSerial();
     if (wanted.json)
         console.result(QJsonObject{{u"serial"_s, serial}, {u"version"_s, version}, {u"installed"_s, !wanted.dryRun}});
     else

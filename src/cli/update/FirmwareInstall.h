@@ -8,6 +8,8 @@
 
 #include <QString>
 
+#include <memory>
+
 class DeviceList;
 
 namespace cli {
@@ -15,7 +17,7 @@ namespace cli {
 struct FirmwareInstall
 {
     QString file;
-    QString device; ///< serial number; empty for the only one there is
+    QString device; ///< serial number, or path of a terminal device (with a "/"); empty for the only one there is
     QString keyFolder;
     bool dryRun = false;
     bool allowOlder = false;
@@ -23,6 +25,9 @@ struct FirmwareInstall
     bool quiet = false;
     tarnload::Patience patience = {};
 };
+
+/// The instruments of this computer, behind the terminal device if its path was given.
+std::unique_ptr<DeviceList> devicesFor(const QString& device);
 
 /// Writes the file into the instrument, with its progress; a dry run ends before anything is changed.
 ExitCode installFirmware(DeviceList& devices, const FirmwareInstall& wanted, Console& console);

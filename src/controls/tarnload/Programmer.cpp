@@ -125,7 +125,7 @@ UpgradeError Programmer::check(int index)
     m_devices.refresh();
     const DeviceEntry entry = m_devices.device(index);
     m_name = expectedSerial.isEmpty() ? entry.name : expectedSerial;
-    m_nameIsPort = entry.name == m_name && entry.path == QLatin1String("/dev/") + m_name;
+    m_nameIsPort = entry.name == m_name && (entry.path == m_name || entry.path == QLatin1String("/dev/") + m_name);
     if (!m_link.open(index))
         return UpgradeError::NoDevice;
     Told told;
@@ -300,7 +300,10 @@ bool Programmer::comeBack(Told& told)
     while (!deadline.hasExpired()) {
         m_devices.refresh();
         for (int i = 0; i < m_devices.count(); ++i) {
-            if (m_devices.device(i).name != m_name || !m_devices.device(i).problem.isEmpty() || !m_link.open(i))
+            const DeviceEntry entry = m_devices.device(i);
+            // One that was chosen by its port may come back at another, and is listed by its number.
+            const bool mayBe = entry.name == m_name || (!m_serial.isEmpty() && entry.name == m_serial);
+            if (!mayBe || !entry.problem.isEmpty() || !m_link.open(i))
                 continue;
             if (askState(told) && isChosen(told))
                 return true;

@@ -28,6 +28,8 @@ public:
     UpgradeError check(int index);
     /// The same, and then the upgrade.
     UpgradeError program(int index);
+    /// As told by the instrument; empty until it was asked and is the chosen one.
+    const QString& serial() const { return m_serial; }
 
 private:
     /// What the instrument tells of itself.

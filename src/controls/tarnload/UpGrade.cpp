@@ -68,6 +68,7 @@ std::int16_t UpGrade::run(const QString& strDeviceType, std::int16_t iDeviceInde
 {
     if (m_busy)
         return code(UpgradeError::Busy);
+    m_answered.clear();
     // What is written is what was checked: from here on the file itself is not looked at again.
     m_fileError = readFile();
     if (m_fileError != UpgradeError::None)
@@ -81,6 +82,7 @@ std::int16_t UpGrade::run(const QString& strDeviceType, std::int16_t iDeviceInde
     programmer.range = [this](int total) { Q_EMIT ProgressRange(static_cast<std::int16_t>(total)); };
     programmer.value = [this](int value) { Q_EMIT ProgressValue(static_cast<std::int16_t>(value)); };
     const UpgradeError error = program ? programmer.program(iDeviceIndex) : programmer.check(iDeviceIndex);
+    m_answered = programmer.serial();
     m_busy = false;
     if (program)
         Q_EMIT ProgressRange(0);

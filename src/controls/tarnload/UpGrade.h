@@ -54,6 +54,8 @@ public:
     {
         m_askOlder = std::move(question);
     }
+    /// Of the instrument that was checked or programmed last, as it told; empty when it was not reached.
+    const QString& answeredSerial() const { return m_answered; }
     void setPatience(const tarnload::Patience& patience) { m_patience = patience; }
 
 Q_SIGNALS:
@@ -70,7 +72,7 @@ private:
     QFile m_open;
     firmware::FirmwareFile m_file;
     tarnload::UpgradeError m_fileError = tarnload::UpgradeError::NoFile;
-    QString m_expected;
+    QString m_expected, m_answered;
     std::function<bool(const QString&, const QString&)> m_askOlder;
     tarnload::Patience m_patience;
     bool m_busy = false;

@@ -3,6 +3,7 @@
 
 #include "cli/update/FirmwareInstall.h"
 #include "support/FirmwareMaker.h"
+#include "support/Pty.h"
 #include "tests/controls/tarnload/UpgradeBench.h"
 
 #include <QCoreApplication>
@@ -161,6 +162,38 @@ TEST_F(FirmwareCommandTest, AnOlderVersionNeedsItsOption)
     EXPECT_THAT(problems(), HasSubstr("The firmware is older than the instrument's own."));
     older.allowOlder = true;
     EXPECT_EQ(install(bench, older), ExitCode::Done) << problems();
+}
+
+TEST_F(FirmwareCommandTest, ATerminalDeviceIsTakenByItsPathWhoeverSitsBehindIt)
+{
+    UpgradeBench bench;
+    bench.listedAs = u"/memory/one"_s;
+    EXPECT_EQ(install(bench, wanted(bench.file(), u"/memory/one"_s)), ExitCode::Done) << problems();
+    EXPECT_EQ(results(), "T46-0042 runs V1.29 Build 7.\n");
+    EXPECT_TRUE(bench.runsNew());
+    EXPECT_EQ(install(bench, wanted(bench.file(), u"/memory/two"_s)), ExitCode::NoInstrument);
+    EXPECT_EQ(problems(), "marrowick: There is no terminal device /memory/two.\n");
+}
+
+TEST_F(FirmwareCommandTest, AnInstrumentThatRestartsAtAnotherPortIsFoundByItsNumber)
+{
+    UpgradeBench bench;
+    bench.listedAs = u"/memory/one"_s;
+    bench.onUnplug = [&bench] { bench.listedAs = u"T46-0042"_s; };
+    EXPECT_EQ(install(bench, wanted(bench.file(), u"/memory/one"_s)), ExitCode::Done) << problems();
+    EXPECT_TRUE(bench.runsNew());
+}
+
+TEST_F(FirmwareCommandTest, ThePathOfATerminalStandsFirstAmongTheDevices)
+{
+    const Pty pty;
+    ASSERT_TRUE(pty.isValid());
+    const std::unique_ptr<DeviceList> devices = devicesFor(pty.slavePath());
+    devices->refresh();
+    EXPECT_EQ(devices->device(0), (DeviceEntry{pty.slavePath(), pty.slavePath(), {}}));
+    const std::unique_ptr<DeviceList> none = devicesFor(u"/dev/none"_s);
+    none->refresh();
+    EXPECT_NE(none->device(0).name, u"/dev/none"_s);
 }
 
 TEST_F(FirmwareCommandTest, AnInstrumentThatIsNotThereIsTold)

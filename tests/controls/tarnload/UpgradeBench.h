@@ -101,6 +101,7 @@ public:
     qint64 bytesHeard = 0;  ///< from the host, in all
     int framesToLose = 0;   ///< answers that get lost from now on
     int unplugs = 0;
+    std::function<void()> onUnplug;                         ///< it goes away, for whatever reason
     bool busy = false;                                      ///< a test runs
     std::function<void(const std::string& word)> onCommand; ///< any command that is none of an upgrade
 
@@ -180,6 +181,8 @@ private:
     {
         plugged = false;
         ++unplugs;
+        if (onUnplug)
+            onUnplug();
         update->hostLeft();
         // The link hears of it from the event loop, as it does of a real one.
         QTimer::singleShot(0, &m_context, [this, restarts] {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/updates/UpdatesCommand.h"
+#include "cli/update/UpdatesCommand.h"
 
+#include "controls/tarnload/file/ModelNames.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
 #include "program/Version.h"
@@ -13,8 +14,6 @@
 #include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonObject>
-
-#include <utility>
 
 namespace cli {
 namespace {
@@ -46,10 +45,6 @@ QString comparison(double offered)
 }
 
 } // namespace
-
-UpdatesCommand::UpdatesCommand(QStringList firmwareTags)
-    : m_firmwareTags(std::move(firmwareTags))
-{}
 
 QString UpdatesCommand::name() const
 {
@@ -87,16 +82,17 @@ ExitCode UpdatesCommand::run(Arguments& arguments, Console& console)
                               tr("Unable to connect to server, or there is no list of updates: %1").arg(address));
 
     const double version = updateversion::GetVersionFromFileName(program);
-    QJsonArray firmware;
+    QJsonArray offers;
     if (!json)
         console.result(
             u"%1\t%2\t%3\t%4"_s.arg(tr("program"), values::decimalText(version), program, comparison(version)));
-    for (const QString& tag : std::as_const(m_firmwareTags)) {
+    for (const firmware::ModelNames& model : firmware::kModels) {
+        const QString tag = model.tag;
         const QString file = listingpage::fileWithTag(page, tag);
         if (file.isEmpty())
             continue;
         const double offered = updateversion::GetVersionFromFileName(file);
-        firmware.append(QJsonObject{{u"model"_s, tag}, {u"version"_s, offered}, {u"file"_s, file}});
+        offers.append(QJsonObject{{u"model"_s, tag}, {u"version"_s, offered}, {u"file"_s, file}});
         if (!json)
             console.result(u"%1\t%2\t%3"_s.arg(tr("firmware %1").arg(tag), values::decimalText(offered), file));
     }
@@ -105,7 +101,7 @@ ExitCode UpdatesCommand::run(Arguments& arguments, Console& console)
                                                               {u"file"_s, program},
                                                               {u"installed"_s, updateversion::programVersion()},
                                                               {u"newer"_s, version > updateversion::programVersion()}}},
-                                   {u"firmware"_s, firmware}});
+                                   {u"firmware"_s, offers}});
     return ExitCode::Done;
 }
 
