@@ -32,6 +32,8 @@ public:
 
     /// Power goes after so many further bytes; an erasure counts as one.
     void losePowerAfter(qint64 bytes) { m_left = bytes; }
+    /// How many those still are; nothing while power is not to go.
+    std::optional<qint64> left() const { return m_left; }
     bool hasPower() const { return !m_left || *m_left > 0; }
     void restorePower() { m_left.reset(); }
 

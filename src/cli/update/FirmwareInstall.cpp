@@ -112,6 +112,11 @@ ExitCode installFirmware(DeviceList& devices, const FirmwareInstall& wanted, Con
         if (!wanted.quiet)
             console.progress(tr("%1: block %2 of %3; do not unplug the instrument").arg(name).arg(value).arg(blocks));
     });
+    QObject::connect(&loader, &UpGrade::LinkLost, &loader, [&](bool lost) {
+        if (lost && !wanted.quiet)
+            console.progress(
+                tr("%1: the link is lost; plug the instrument in again, it goes on where it stopped").arg(name));
+    });
     const QString deviceType = u"KorvaLink"_s;
     const auto place = static_cast<std::int16_t>(index.value());
     const auto error = static_cast<UpgradeError>(wanted.dryRun ? loader.CheckDevice(deviceType, place)

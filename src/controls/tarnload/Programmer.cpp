@@ -162,7 +162,14 @@ UpgradeError Programmer::transfer()
         if (m_link.isOpen())
             continue;
         Told told;
-        if (!comeBack(told))
+        // Behind the change of images it may be the restart.
+        const bool tells = linkLost && !m_switchAsked;
+        if (tells)
+            linkLost(true);
+        const bool back = comeBack(told);
+        if (tells)
+            linkLost(false);
+        if (!back)
             return m_switchAsked ? UpgradeError::NotBack : UpgradeError::Interrupted;
         // The answer to the change of images may have been lost with the link.
         if (m_switchAsked && (runs(told) || told.state == kRolledBack))

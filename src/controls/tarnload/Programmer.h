@@ -23,6 +23,7 @@ public:
     QString expectedSerial;                                                    ///< empty: what the list tells
     std::function<bool(const QString& running, const QString& file)> askOlder; ///< empty: refuse an older version
     std::function<void(int)> range, value; ///< blocks in all, blocks held by the instrument
+    std::function<void(bool)> linkLost;    ///< true when it is lost in mid-transfer, false when it is back or given up
 
     /// Opens the device and holds the file against it. Nothing is changed.
     UpgradeError check(int index);

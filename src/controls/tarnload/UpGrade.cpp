@@ -81,6 +81,7 @@ std::int16_t UpGrade::run(const QString& strDeviceType, std::int16_t iDeviceInde
     programmer.askOlder = m_askOlder;
     programmer.range = [this](int total) { Q_EMIT ProgressRange(static_cast<std::int16_t>(total)); };
     programmer.value = [this](int value) { Q_EMIT ProgressValue(static_cast<std::int16_t>(value)); };
+    programmer.linkLost = [this](bool lost) { Q_EMIT LinkLost(lost); };
     const UpgradeError error = program ? programmer.program(iDeviceIndex) : programmer.check(iDeviceIndex);
     m_answered = programmer.serial();
     m_busy = false;

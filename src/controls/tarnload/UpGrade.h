@@ -62,6 +62,9 @@ Q_SIGNALS:
     /// 0 when there is nothing more to show.
     void ProgressRange(std::int16_t iTotal);
     void ProgressValue(std::int16_t iValue);
+    /// The instrument is gone in the middle of an upgrade, and is waited for: to be plugged in again. False when that
+    /// is over.
+    void LinkLost(bool lost);
 
 private:
     tarnload::UpgradeError readFile();

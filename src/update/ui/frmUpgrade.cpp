@@ -63,6 +63,7 @@ frmUpgrade::frmUpgrade(DeviceModule& module, FirmwareUpgrade& upgrade, OpenFile 
         ProgressBar->setValue(iValue);
         QCoreApplication::processEvents();
     });
+    connect(&loader, &UpGrade::LinkLost, lblLinkLost, &QWidget::setVisible);
     connect(&m_module.events(), &InstrumentEvents::changed, this, [this](MirrorPart part) {
         if (part == MirrorPart::Firmware)
             showVersion();
@@ -123,8 +124,10 @@ QWidget* frmUpgrade::makePage(int page)
         column->addWidget(lblVersion[place]);
         column->addWidget(lblInformation[place]);
     }
-    if (page == kWarningPage)
+    if (page == kWarningPage) {
         column->addWidget(ProgressBar);
+        column->addWidget(lblLinkLost);
+    }
     column->addStretch();
     auto* const buttons = new QHBoxLayout;
     buttons->addStretch();
@@ -194,6 +197,10 @@ void frmUpgrade::fillPage(int page, QVBoxLayout& column)
         ProgressBar->setObjectName(QStringLiteral("ProgressBar"));
         ProgressBar->setAccessibleName(tr("Progress of the upgrade"));
         ProgressBar->setVisible(false);
+        lblLinkLost = value("lblLinkLost");
+        lblLinkLost->setText(tr("The link to the instrument is lost. Plug it in again: the upgrade goes on where it "
+                                "stopped."));
+        lblLinkLost->setVisible(false);
     } else {
         column.addWidget(label("lblSuccess", tr("The firmware of the instrument has been upgraded successfully and the "
                                                 "system has been restarted. Click Finish to return to "

@@ -74,6 +74,7 @@ private:
     std::array<QLabel*, 3> lblVersion{};
     std::array<QLabel*, 3> lblInformation{};
     QLabel* lblCurrentVersion1 = nullptr;
+    QLabel* lblLinkLost = nullptr;
     std::array<QPushButton*, 3> cmdNext{};
     std::array<QPushButton*, 3> cmdBack{}; ///< none on the first page
     std::array<QPushButton*, 3> cmdCancel{};

@@ -347,6 +347,42 @@ TEST_F(UpGradeTest, CableLostAtAnyByteLeavesAWholeImageAndTheNextAttemptFinishes
     }
 }
 
+TEST_F(UpGradeTest, CableLostInPlaceOfEachAnswerIsGotOver)
+{
+    ASSERT_EQ(bench.program(bench.file()), UpgradeError::None);
+    const int all = bench.framesSent;
+    // Five answers to each of two questions for the state, the header, six blocks, the change of images.
+    EXPECT_GE(all, 16);
+    for (int frame = 0; frame < all; ++frame) {
+        UpgradeBench faulty;
+        const QString file = faulty.file();
+        faulty.framesToCut = frame;
+        const UpgradeError error = faulty.program(file);
+        // Before anything is sent there is nothing to go on with.
+        if (error != UpgradeError::None) {
+            EXPECT_EQ(error, UpgradeError::NoAnswer) << frame;
+            EXPECT_TRUE(faulty.runsOld()) << frame;
+            faulty.plugIn();
+            EXPECT_EQ(faulty.program(file), UpgradeError::None) << frame;
+        }
+        EXPECT_TRUE(faulty.runsNew()) << frame;
+    }
+}
+
+TEST_F(UpGradeTest, ALostLinkIsToldWhileItLastsAndARestartIsNone)
+{
+    sim::FaultPlan plan;
+    ASSERT_TRUE(plan.add(QStringLiteral("cable:3")).ok());
+    UpgradeBench faulty(plan);
+    QList<bool> told;
+    QObject::connect(faulty.loader.get(), &UpGrade::LinkLost, [&told](bool lost) { told.append(lost); });
+    EXPECT_EQ(faulty.program(faulty.file()), UpgradeError::None);
+    EXPECT_THAT(told, ElementsAre(true, false));
+    told.clear();
+    EXPECT_EQ(faulty.program(faulty.file(FirmwareMaker::header(1, 29, 8))), UpgradeError::None);
+    EXPECT_THAT(told, IsEmpty());
+}
+
 TEST_F(UpGradeTest, AnInterruptionThatLastsIsTold)
 {
     sim::FaultPlan plan;

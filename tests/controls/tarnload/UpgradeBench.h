@@ -100,6 +100,8 @@ public:
     qint64 bytesToCut = -1; ///< from the host, until the cable goes; -1 never
     qint64 bytesHeard = 0;  ///< from the host, in all
     int framesToLose = 0;   ///< answers that get lost from now on
+    int framesToCut = -1;   ///< answers until the cable goes in place of one; -1 never
+    int framesSent = 0;     ///< answers, in all
     int unplugs = 0;
     std::function<void()> onUnplug;                         ///< it goes away, for whatever reason
     bool busy = false;                                      ///< a test runs
@@ -130,7 +132,10 @@ private:
 
     void send(const sim::Frame& frame) override
     {
-        if (framesToLose > 0)
+        ++framesSent;
+        if (framesToCut >= 0 && framesToCut-- == 0)
+            unplug(false);
+        else if (framesToLose > 0)
             --framesToLose;
         else if (plugged && !silent)
             peer->send(QByteArrayView(frame.data(), qsizetype(frame.size())));

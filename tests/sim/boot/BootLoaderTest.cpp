@@ -62,6 +62,28 @@ protected:
         for (int i = 0; i * Slot::kBlockSize < file.image.size(); ++i)
             ASSERT_THAT(block(file, i), StartsWith("2"));
     }
+    /// A whole update as a host does it, restart included, or as much of it as there is power for.
+    void update(const firmware::FirmwareFile& file)
+    {
+        if (begin(file)[0] != '1')
+            return;
+        for (int i = 0; i * Slot::kBlockSize < file.image.size(); ++i)
+            block(file, i);
+        ask("bootswitch", "0");
+        if (m_loader->takeRestart())
+            m_loader->start();
+    }
+    /// How many bytes of flash an update of the instrument as it is writes; it is made.
+    qint64 bytesOfUpdate(const firmware::FirmwareFile& file)
+    {
+        constexpr qint64 kMore = 1'000'000;
+        m_flash.losePowerAfter(kMore);
+        update(file);
+        const qint64 left = *m_flash.left();
+        powerUp();
+        EXPECT_EQ(*m_loader->runningHeader(), file.header);
+        return kMore - left;
+    }
     /// "3" with this reason.
     static std::string refusal(BootLoader::Refusal reason) { return "3 " + number(static_cast<int>(reason)); }
 
@@ -214,6 +236,55 @@ TEST_F(BootLoaderTest, ABlockThatWasHalfWrittenDoesNotCount)
     EXPECT_EQ(block(m_file, 1), "") << "an instrument without power says nothing";
     powerUp();
     EXPECT_EQ(begin(m_file), "1 1");
+}
+
+TEST_F(BootLoaderTest, PowerLostAtEveryByteOfHeaderBlocksAndRecordsLeavesAWholeImageAndTheNextAttemptFinishes)
+{
+    const firmware::FirmwareFile file = m_maker.make(FirmwareMaker::header(), FirmwareMaker::image(1300));
+    const qint64 all = bytesOfUpdate(file);
+    EXPECT_GT(all, 1300 + firmware::kSealSize + 3 * 12) << "header, blocks and three records are written";
+    for (qint64 first = 1; first <= all; ++first) {
+        m_flash = Flash();
+        powerUp();
+        // Power goes again at another byte of what is left, and once more while the instrument starts.
+        for (const qint64 lost : {first, 1 + first * 7919 % all, 1 + first % 13}) {
+            m_flash.losePowerAfter(lost);
+            update(file);
+            // What a simulated instrument keeps between two runs is this text.
+            m_flash = Flash::fromJson(m_flash.toJson());
+            powerUp();
+            ASSERT_TRUE(m_loader->runningIsWhole()) << first;
+            ASSERT_TRUE(!m_loader->runningHeader() || *m_loader->runningHeader() == file.header) << first;
+        }
+        if (!m_loader->runningHeader())
+            update(file);
+        ASSERT_TRUE(m_loader->runningHeader().has_value()) << first;
+        ASSERT_TRUE(m_loader->runningIsWhole()) << first;
+    }
+}
+
+TEST_F(BootLoaderTest, AnUpdateOfAnUpdateSurvivesTheLossOfPowerAtEveryByteOfItsRecords)
+{
+    const firmware::FirmwareFile first = m_maker.make(FirmwareMaker::header(), FirmwareMaker::image(600)),
+                                 second = m_maker.make(FirmwareMaker::header(1, 30, 0), FirmwareMaker::image(700, 5));
+    update(first);
+    const Flash before = m_flash;
+    const qint64 all = bytesOfUpdate(second);
+    m_flash = before;
+    for (qint64 lost = all - 40; lost <= all; ++lost) {
+        m_flash = before;
+        powerUp();
+        m_flash.losePowerAfter(lost);
+        update(second);
+        powerUp();
+        ASSERT_TRUE(m_loader->runningHeader().has_value()) << "the image of the factory is gone by now";
+        ASSERT_TRUE(m_loader->runningIsWhole());
+        const firmware::Header running = *m_loader->runningHeader();
+        ASSERT_TRUE(running == first.header || running == second.header);
+        if (running == first.header)
+            update(second);
+        ASSERT_EQ(*m_loader->runningHeader(), second.header) << lost;
+    }
 }
 
 TEST_F(BootLoaderTest, AnImageThatIsNotTheOneOfItsHeaderNeverRuns)

@@ -286,6 +286,46 @@ TEST_F(frmUpgradeTest, AWholeUpgradeEndsWithSuccessAndTheInstrumentIsOpenedAgain
     EXPECT_TRUE(messages.shown.empty());
 }
 
+TEST_F(frmUpgradeTest, ALostLinkIsToldWithWhatToDoForAsLongAsItLasts)
+{
+    goToWarning(bench.file());
+    auto* const lost = findControl<QLabel>(wizard, "lblLinkLost");
+    EXPECT_FALSE(lost->isVisible());
+    bool seen = false;
+    QObject::connect(&upgrade.loader(), &UpGrade::LinkLost,
+                     [&](bool now) { seen = seen || (now && lost->isVisible()); });
+    QObject::connect(&upgrade.loader(), &UpGrade::ProgressValue, [this](std::int16_t value) {
+        if (value == 3 && bench.unplugs == 0)
+            bench.framesToCut = 0;
+    });
+    click("cmdNext_2");
+    EXPECT_TRUE(seen);
+    EXPECT_EQ(lost->text(),
+              "The link to the instrument is lost. Plug it in again: the upgrade goes on where it stopped.");
+    EXPECT_FALSE(lost->isVisible());
+    EXPECT_EQ(wizard->giCurrentPage, 3);
+    EXPECT_TRUE(bench.runsNew());
+}
+
+TEST_F(frmUpgradeTest, AnInstrumentThatStaysAwayIsToldWithWhatToDo)
+{
+    goToWarning(bench.file());
+    bench.staysAway();
+    upgrade.loader().setPatience(bench.patience);
+    QObject::connect(&upgrade.loader(), &UpGrade::ProgressValue, [this](std::int16_t value) {
+        if (value == 3)
+            bench.framesToCut = 0;
+    });
+    click("cmdNext_2");
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown[0].text,
+              "The link was lost. The old firmware still runs: plug in and start again; it goes "
+              "on where it stopped.");
+    EXPECT_FALSE(wizard->isVisible());
+    bench.plugIn();
+    EXPECT_TRUE(bench.runsOld());
+}
+
 TEST_F(frmUpgradeTest, TheWindowCannotBeClosedWhileTheLoaderIsBusy)
 {
     goToWarning(bench.file());
