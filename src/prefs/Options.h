@@ -172,6 +172,8 @@ inline constexpr Option<Colour> kGraticuleShade{"Graticule"_t, "Shade"_t, 0xE0E0
 inline constexpr std::array<std::uint32_t, 11> kShadeStops{0xE0E0E0, 0xD6D6D6, 0xCCCCCC, 0xC2C2C2, 0xB8B8B8, 0xAEAEAE,
                                                            0xA4A4A4, 0x9A9A9A, 0x909090, 0x868686, 0x7C7C7C};
 
+/// The box beside the pointer that reads the curves.
+inline constexpr Option<Flag> kPointerReadout{"View"_t, "PointerReadout"_t, true};
 inline constexpr Option<Integer> kPreferencesTab{"View"_t, "PreferencesTab"_t, 0};
 inline constexpr Option<Integer> kGraphViewOptionsTab{"View"_t, "GraphViewOptionsTab"_t, 1};
 inline constexpr Option<Integer> kGraphViewOptionsXRGBTab{"View"_t, "GraphViewOptionsXRGBTab"_t, 0};

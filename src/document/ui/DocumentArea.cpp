@@ -4,6 +4,7 @@
 #include "controls/graph/ui/GraphView.h"
 #include "document/ActiveDocument.h"
 #include "document/ui/frmDocument.h"
+#include "prefs/Preferences.h"
 
 #include <new>
 
@@ -29,6 +30,7 @@ PenDocument* DocumentArea::createDocument()
         auto* window = new frmDocument(m_context, m_state, this);
         addSubWindow(window);
         window->hide();
+        window->view().setPointerReadout(hasPointerReadout());
         // Told from the loop, when the window may have gone by another way.
         connect(
             window, &frmDocument::closeWanted, this,
@@ -105,6 +107,21 @@ frmDocument* DocumentArea::windowOf(const PenDocument& document) const
             return candidate;
     }
     return nullptr;
+}
+
+bool DocumentArea::hasPointerReadout() const
+{
+    return m_context.preferences.value(options::kPointerReadout);
+}
+
+void DocumentArea::setPointerReadout(bool on)
+{
+    m_context.preferences.setValue(options::kPointerReadout, on);
+    const auto windows = subWindowList();
+    for (QMdiSubWindow* window : windows) {
+        if (auto* document = qobject_cast<frmDocument*>(window))
+            document->view().setPointerReadout(on);
+    }
 }
 
 QList<frmDocument*> DocumentArea::visibleDocuments() const

@@ -32,6 +32,10 @@ public:
     PenDocument* activeDocument() const;
     frmDocument* windowOf(const PenDocument& document) const;
 
+    /// Whether the graphs of all documents, those to come included, have a box beside the pointer; kept as a preference.
+    void setPointerReadout(bool on);
+    bool hasPointerReadout() const;
+
     /// Side by side, and one above the other; minimised windows stay as they are.
     void tileVertically();
     void tileHorizontally();

@@ -4,6 +4,7 @@
 #include "controls/graph/ViewLimits.h"
 #include "document/PenDocument.h"
 #include "document/SystemClipboard.h"
+#include "document/ui/DocumentArea.h"
 #include "document/ui/frmAddText.h"
 #include "program/CommandRegistry.h"
 #include "program/UserMessages.h"
@@ -103,6 +104,14 @@ void EditCommands::registerView()
                   .checkable = true,
                   .toolBarKey = "Mark Points",
                   .popupEntry = "MarkPoints"});
+    commands.add({.name = "mnuViewPointerReadout",
+                  .menu = Command::Menu::View,
+                  .place = 130,
+                  .text = tr("&Read-out at Pointer"),
+                  .statusTip = tr("Show beside the pointer what the curves say there"),
+                  .handler = [this] { mnuViewPointerReadout_Click(); },
+                  .checkable = true});
+    commands.setChecked(QStringLiteral("mnuViewPointerReadout"), m_context.area.hasPointerReadout());
     commands.add({.name = "mnuViewZoomExtents",
                   .menu = Command::Menu::View,
                   .place = 200,
@@ -226,6 +235,12 @@ void EditCommands::fit(int axes)
 {
     PenDocument* const document = m_context.activeDocument();
     if (document != nullptr && !document->FitView(axes))
-        m_context.messages.message(tr("There is no data to fit to. Measure or open a plot, and show its pens."),
-                                   UserMessages::Information, tr("Fit to Data"));
+        m_context.tell(tr("There is no data to fit to. Measure or open a plot, and show its pens."),
+                       UserMessages::Information, tr("Fit to Data"));
+}
+
+void EditCommands::mnuViewPointerReadout_Click()
+{
+    m_context.area.setPointerReadout(!m_context.area.hasPointerReadout());
+    m_context.commands.setChecked(QStringLiteral("mnuViewPointerReadout"), m_context.area.hasPointerReadout());
 }

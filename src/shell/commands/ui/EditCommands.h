@@ -22,6 +22,7 @@ public:
     void mnuViewAddText_Click();
     void mnuViewMarkPoints_Click();
     void mnuViewZoomExtents_Click();
+    void mnuViewPointerReadout_Click();
 
 private:
     void registerEdit();
