@@ -125,7 +125,7 @@ void EditCommands::registerView()
                   .popupEntry = "ZoomExtents"});
     commands.add({.name = "mnuViewFit",
                   .menu = Command::Menu::View,
-                  .place = 210,
+                  .place = 202,
                   .text = tr("&Fit to Data"),
                   .icon = "zoom-fit",
                   .shortcut = "Ctrl+0",
@@ -135,7 +135,7 @@ void EditCommands::registerView()
                   .toolBarKey = "Fit"});
     commands.add({.name = "mnuViewFitFrequency",
                   .menu = Command::Menu::View,
-                  .place = 220,
+                  .place = 204,
                   .text = tr("Fit Fre&quency Axis"),
                   .shortcut = "Ctrl+Shift+X",
                   .statusTip = tr("Zoom the frequency axis to the data of the shown pens"),
@@ -143,7 +143,7 @@ void EditCommands::registerView()
                   .rules = Command::NeedsDocument});
     commands.add({.name = "mnuViewFitValues",
                   .menu = Command::Menu::View,
-                  .place = 230,
+                  .place = 206,
                   .text = tr("Fit &Y Axes"),
                   .shortcut = "Ctrl+Shift+Y",
                   .statusTip = tr("Zoom the Y axes to the data between the limits of the frequency axis"),
