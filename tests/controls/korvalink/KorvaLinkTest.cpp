@@ -465,6 +465,29 @@ TEST_F(InsideSignalTest, TheLinkMayBeOpenedAnew)
     }
 }
 
+TEST_F(KorvaLinkTest, ALinkOpenedAnewInsideAPassStartsANewCount)
+{
+    std::shared_ptr<MemoryPeer> fresh;
+    qint64 shown = -1;
+    QObject::connect(link.get(), &KorvaLink::DataReceived, link.get(), [&] {
+        if (fresh) {
+            received += readPass();
+            return;
+        }
+        link->Close();
+        auto [transport, other] = MemoryTransport::makePair();
+        fresh = other;
+        ASSERT_TRUE(link->OpenTransport(std::move(transport), "fresh"));
+        fresh->send(frameText('E'));
+        shown = link->BytesAvailable();
+    });
+    peer->send(frameText('F').repeated(3));
+    turn();
+    EXPECT_EQ(shown, 0) << "what the pass was raised for has gone with its link";
+    turn();
+    EXPECT_EQ(received, frameText('E'));
+}
+
 TEST_F(InsideSignalTest, TheLinkMayBeDestroyed)
 {
     for (Signal signal : all) {

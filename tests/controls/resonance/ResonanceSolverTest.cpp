@@ -157,6 +157,19 @@ TEST(ResonanceSolver, ConjugatesASweepWhoseLoopRunsTheWrongWayRound)
     expectNear(solution.mode.c0, Part{}.c0, 0.01);
 }
 
+TEST(ResonanceSolver, BesideAnInductiveRestTheCapacitanceAndWhatNeedsItAreMissing)
+{
+    Part part;
+    part.c0 = -part.c0;
+    const Solution solution = solve(measured(part, logarithmic(35e3, 45e3, 300)));
+    ASSERT_TRUE(solution.found) << refusalText(solution.refusal);
+    expectNear(solution.mode.fs, 40e3, 1e-5);
+    for (const Figure* figure : {&solution.mode.c0, &solution.mode.fp, &solution.mode.keff}) {
+        EXPECT_TRUE(std::isnan(figure->value)) << figure->value;
+        EXPECT_TRUE(std::isnan(figure->uncertainty)) << figure->uncertainty;
+    }
+}
+
 TEST(ResonanceSolver, LeavesAClippedPlateauOutAndFitsTheFlanks)
 {
     std::vector<Sample> samples = measured(Part{}, logarithmic(35e3, 45e3, 300));
