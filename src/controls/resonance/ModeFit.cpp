@@ -153,17 +153,20 @@ void ModeFitter::weighByData(const Noise& noise)
 
 void ModeFitter::weighByModel(const Noise& noise, const FitResult& fit)
 {
+    spend(fit.window, fit.model.modes);
     sums::weigh(points(fit.window), curveOf(fit.model), noise.constant, noise.proportional,
                 m_weight.data() + fit.window.first);
 }
 
 void ModeFitter::takeModesAway(const Model& model, std::vector<double>& g, std::vector<double>& b) const
 {
+    spend({0, m_sweep.size()}, model.modes);
     sums::takeAway(points({0, m_sweep.size()}), curveOf(model), g.data(), b.data());
 }
 
 double ModeFitter::plainSquares(const FitResult& fit) const
 {
+    spend(fit.window, fit.model.modes);
     return sums::rest(points(fit.window), curveOf(fit.model)).plain;
 }
 
@@ -233,6 +236,7 @@ double ModeFitter::solveLinear(Window window, Model& model) const
     if (!linearStep(matrix, right, 2 * model.modes, step))
         return kNone;
     moveLinear(model, step);
+    spend(window, model.modes);
     const double chi2 = sums::rest(points(window), curveOf(model)).weighted;
     return std::isfinite(chi2) ? chi2 : kNone;
 }
@@ -384,6 +388,7 @@ bool ModeFitter::linearPole(Window window, double& f0, double& q0) const
 
 double ModeFitter::smoothChi2(Window window) const
 {
+    spend(window, 2);
     const double middle = m_sweep.f[window.first + static_cast<std::size_t>(window.count() / 2)];
     const double span = m_sweep.f[window.last - 1] - m_sweep.f[window.first];
     const sums::SmoothSums sum = sums::smooth(points(window), middle, span);

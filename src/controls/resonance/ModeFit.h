@@ -77,6 +77,8 @@ public:
 
     /// A sweep has been loaded. Its fits may visit that many points, each mode of the model counting; then they fail.
     void begin(std::int64_t visits);
+    /// What is left of them; below 0 when the last fits failed for it, or when other sums went on.
+    std::int64_t workLeft() const { return m_workLeft; }
 
     /// Variances by the measured modulus.
     void weighByData(const Noise& noise);

@@ -76,6 +76,9 @@ Noise NoiseEstimator::estimate(const std::vector<double>& re, const std::vector<
     }
 
     // The share of constant noise is the one of largest likelihood; what is far off counts no more than three sigma.
+    // The likelihood has one maximum: behind it there is nothing to look for.
+    constexpr int kFalls = 2;
+    int falls = 0;
     static constexpr std::array<double, 9> shares = {0, 1e-3, 1e-2, 0.05, 0.2, 0.5, 0.8, 0.95, 1};
     Noise best;
     double bestCost = std::numeric_limits<double>::infinity();
@@ -85,7 +88,11 @@ Noise NoiseEstimator::estimate(const std::vector<double>& re, const std::vector<
         const double scale = medianOf(m_relative) / (2 * std::numbers::ln2) + kRounding;
         const double cost = static_cast<double>(count) * std::log(scale) + logarithms +
                             sums::clipped(m_relative.data(), static_cast<int>(count), 0.5 / scale, 9);
-        if (cost < bestCost) {
+        if (cost >= bestCost) {
+            if (++falls == kFalls)
+                break;
+        } else {
+            falls = 0;
             bestCost = cost;
             best = {scale * share * middle, scale * (1 - share) + kRounding};
         }

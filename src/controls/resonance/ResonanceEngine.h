@@ -50,6 +50,7 @@ public:
     const resonance::Solution& solution(std::int32_t pen);
     /// How often sets were solved.
     int solveCount() const { return m_solveCount; }
+    const resonance::ResonanceSolver& solver() const { return m_solver; }
 
 private:
     struct Set

@@ -15,8 +15,6 @@ constexpr double kWindow = 3;  ///< |Q u| at the ends of the first window
 constexpr int kSidePoints = 6; ///< at least so many on either side of it
 constexpr double kOverlap = 6; ///< half-widths below which modes are fitted together
 constexpr double kLargestQ = 1e7;
-/// Points times modes that all fits of a sweep may visit together: some 30 times what a part of many modes takes.
-constexpr std::int64_t kMostWork = 600000;
 
 double qOf(const Model& model, int mode)
 {

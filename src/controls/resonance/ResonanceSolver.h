@@ -4,6 +4,9 @@
 #include "controls/resonance/ModeFit.h"
 #include "controls/resonance/Peaks.h"
 
+#include <cstdint>
+#include <vector>
+
 namespace resonance {
 
 /// Finds the resonance of a sweep. The same samples give the same answer, bit for bit; what is found is finite. Work is
@@ -12,9 +15,16 @@ namespace resonance {
 class ResonanceSolver
 {
 public:
+    /// Points times modes that all fits of a sweep may visit together: some 30 times what a part of many modes takes.
+    /// What follows for the verdict on those fitted takes a tenth of it at most.
+    static constexpr std::int64_t kMostWork = 600000;
+
     Solution solve(const std::vector<Sample>& samples);
     /// The capacitance below the resonance, by the median of the first few points.
     LowFrequencyCapacitance lowFrequencyCapacitance(const std::vector<Sample>& samples, const Solution& solution);
+
+    /// Points times modes that the last solution visited.
+    std::int64_t work() const { return kMostWork - m_fitter.workLeft(); }
 
 private:
     /// A fit of one mode or several close ones, and the span of the sweep it may use.
