@@ -25,7 +25,7 @@ std::optional<Kind> kindOf(const PenDocument& document)
     }
 }
 
-void addPoint(TextStore& store, Kind kind, const GraphModel& graph, int pen, int point)
+void addPoint(ExportStore& store, Kind kind, const GraphModel& graph, int pen, int point)
 {
     const auto y = [&](int set) { return static_cast<double>(graph.YData(pen + set * plot::kPens, point)); };
     const auto frequency = static_cast<double>(graph.XData(pen, point));
@@ -39,31 +39,11 @@ void addPoint(TextStore& store, Kind kind, const GraphModel& graph, int pen, int
     }
 }
 
-/// Feeds the engine with the points that an export of the pen holds.
-void analyse(ResonanceEngine& engine, const PenDocument& document, int pen)
-{
-    const GraphModel& graph = document.peGraph();
-    const int points = PenReader::pointCount(graph, pen);
-    const auto y = [&](int set, int point) { return static_cast<double>(graph.YData(pen + set * plot::kPens, point)); };
-    for (std::int32_t point = 0; point < points; ++point) {
-        std::int32_t index = point;
-        const auto frequency = static_cast<double>(graph.XData(pen, point));
-        if (document.pgiTestType() == plot::Reactance)
-            engine.AnalysisAddRect(frequency, y(3, point), y(0, point), y(1, point), y(2, point), pen, index);
-        else
-            engine.AnalysisAddPolar(frequency, y(0, point), y(3, point), pen, index);
-    }
-}
-
 /// The measures of the pen's resonance for the header; empty where there is none.
-QString measuresOf(const PenDocument& document, int pen)
+QString measuresOf(ResonanceEngine& engine, int pen)
 {
     constexpr int kDigits = 9;
-    if (document.pgiTestType() != plot::Impedance && document.pgiTestType() != plot::Reactance)
-        return QString();
-    ResonanceEngine engine;
-    analyse(engine, document, pen);
-    if (!engine.hasPoints(pen) || !engine.AnalysisSolve(pen, -1))
+    if (!engine.AnalysisSolve(pen, -1))
         return QString();
     const auto number = [](double value) { return QString::number(value, 'g', kDigits); };
     return QStringLiteral("Resonance: Fr %1 Hz, Zr %2 Ohm, Q %3, F1 %4 Hz, F2 %5 Hz")
@@ -71,16 +51,16 @@ QString measuresOf(const PenDocument& document, int pen)
              number(engine.ResultF2()));
 }
 
-void addPen(TextStore& store, const PenDocument& document, int pen, const Format& format)
+void addPen(ExportStore& store, const PenDocument& document, int pen, const Format& format)
 {
     ExportSubset(store, document, pen);
     if (format.header && Pens::isPen(pen))
-        store.ExportSetSolution(static_cast<std::int16_t>(pen), measuresOf(document, pen));
+        store.ExportSetSolution(static_cast<std::int16_t>(pen), measuresOf(store.analysis(), pen));
 }
 
 } // namespace
 
-void ExportSubset(TextStore& store, const PenDocument& document, int pen)
+void ExportSubset(ExportStore& store, const PenDocument& document, int pen)
 {
     const GraphModel& graph = document.peGraph();
     store.ExportSetPenLabel(static_cast<std::int16_t>(pen), graph.SubsetLabels(pen));
@@ -93,7 +73,7 @@ void ExportSubset(TextStore& store, const PenDocument& document, int pen)
         addPoint(store, *kind, graph, pen, point);
 }
 
-void collect(TextStore& store, const PenDocument& document, const QString& fileName, int pen, const Format& format)
+void collect(ExportStore& store, const PenDocument& document, const QString& fileName, int pen, const Format& format)
 {
     const GraphModel& graph = document.peGraph();
     store.ExportClear();
@@ -118,7 +98,7 @@ Outcome ExportTextFile(const PenDocument& document, const QString& strFileName, 
     Q_UNUSED(bfSubset)
     Q_UNUSED(bfPhase)
     Q_UNUSED(iPrecision)
-    TextStore store;
+    ExportStore store;
     collect(store, document, strFileName, iPenIndex, {bfHeader, bfComma, bfUnix});
     store.ExportWrite(iPenIndex);
     return store.exportOutcome();

@@ -92,7 +92,7 @@ void ExportActions::writeText(const PenDocument& document, const QString& given,
     const QString folder = m_context.link.preferences.value(options::kExportFiles.option);
     const QString path = scriptnames::cutAtDot(scriptnames::inFolder(folder, given));
     const QString name = scriptnames::withTextExtension(m_context.stamped(path));
-    TextStore store;
+    ExportStore store;
     TextExport::collect(store, document, name, pen,
                         {options.bfExportHeader, options.bfExportComma, options.bfExportUnix});
     if (store.ExportWrite(pen))

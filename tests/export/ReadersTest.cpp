@@ -66,7 +66,7 @@ std::string writeEveryCase(DocumentBench& bench)
         EXPECT_TRUE(QDir(bench.folder.path()).mkdir(name));
         const auto document = bench.document(one.type);
         exported::fill(*document);
-        TextStore store;
+        ExportStore store;
         TextExport::collect(store, *document, bench.path(name + u"/plot.txt"_s), one.pen, one.format);
         EXPECT_TRUE(store.ExportWrite(one.pen));
         expected +=

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "export/TextExport.h"
 
+#include "controls/resonance/ResonanceEngine.h"
 #include "document/DocumentBench.h"
 #include "export/ExportedPlots.h"
 #include "program/Version.h"
@@ -29,7 +30,7 @@ protected:
     }
 
     DocumentBench m_bench;
-    TextStore m_store;
+    ExportStore m_store;
 };
 
 /// Takes a text apart as its format promises; any other layout is a failure.
@@ -208,6 +209,42 @@ TEST_F(TextExportTest, TheHeaderNamesTheResonanceOfAPenThatHasOne)
         EXPECT_EQ(whole.count(u"# Resonance"_s), 1) << "empty pens have none";
         EXPECT_EQ(text(*document, 4, {false, false, true}).find('#'), std::string::npos);
     }
+}
+
+TEST_F(TextExportTest, PointsAddedAreThoseThatTheAnalysisSolves)
+{
+    for (const std::int16_t type : {plot::Impedance, plot::Reactance}) {
+        const auto document = m_bench.document(type);
+        addResonance(*document, 4);
+        m_store.ExportClear();
+        TextExport::ExportSubset(m_store, *document, 4);
+        ASSERT_TRUE(m_store.analysis().AnalysisSolve(4, -1)) << type;
+        EXPECT_NEAR(m_store.analysis().ResultFr(), 40e3, 10) << type;
+        EXPECT_NEAR(m_store.analysis().ResultZr(), 15, 1) << type;
+        EXPECT_EQ(m_store.analysis().solution(4).usedPoints, m_store.points(4));
+        EXPECT_FALSE(m_store.analysis().hasPoints(3)) << "a pen that is fed nothing has no set";
+    }
+}
+
+TEST_F(TextExportTest, ExportClearForgetsTheSetsOfTheAnalysisToo)
+{
+    const auto document = m_bench.document(plot::Impedance);
+    addResonance(*document, 4);
+    TextExport::ExportSubset(m_store, *document, 4);
+    ASSERT_TRUE(m_store.analysis().hasPoints(4));
+    m_store.ExportClear();
+    EXPECT_EQ(m_store.points(4), 0);
+    EXPECT_FALSE(m_store.analysis().hasPoints(4));
+    EXPECT_FALSE(m_store.analysis().AnalysisSolve(4, -1));
+
+    // The next export of another document: nothing of the one before is solved or named.
+    text(*document, 4, {true, false, true});
+    const auto other = m_bench.document(plot::Impedance);
+    other->setCurrentPen(4);
+    for (int point = 0; point < 20; ++point)
+        other->AddImpedancePoint(39e3 + 10 * point, 5 + point, 6, 1, point);
+    EXPECT_EQ(QString::fromStdString(text(*other, 4, {true, false, true})).count(u"# Resonance"_s), 0);
+    EXPECT_EQ(m_store.analysis().solution(4).usedPoints, 20);
 }
 
 TEST_F(TextExportTest, ScriptsWriteTheFileAndWhatTheyPassOfSubsetPhaseAndPrecisionHasNoEffect)

@@ -29,7 +29,7 @@ Exported exported(const PlotOutput& file, const ExportOptions& options)
     result.made = makeOutput(file, options.force, [&](PenDocument& document) {
         if (document.pgiTestType() == PenDocument::NoTest)
             return Outcome::failure(tr("%1: the plot is of no known type; there is nothing to export.").arg(file.plot));
-        TextStore store;
+        ExportStore store;
         TextExport::collect(store, document, file.file.name(), options.pen, options.format);
         result.points = store.points(options.pen);
         return file.file.write(store.text(options.pen));
