@@ -45,7 +45,7 @@ public:
         for (const Procedure& procedure : m_program.procedures) {
             m_now = {};
             m_now.graph = true;
-            m_now.masks = loads;
+            m_now.masks = m_now.loaded = loads;
             walk(procedure.body);
         }
         m_now = {};
@@ -70,7 +70,8 @@ private:
     struct State
     {
         bool graph = false;
-        bool masks = false;
+        bool masks = false;  ///< the active graph may have some
+        bool loaded = false; ///< a graph behind it may
         bool repeats = false;
         Graph kind = Graph::Unknown;
         std::optional<std::uint32_t> unkept; ///< the sweep whose results are in no file yet
@@ -183,6 +184,7 @@ private:
         }
         after.graph = after.graph || m_now.graph;
         after.masks = after.masks || m_now.masks;
+        after.loaded = after.loaded || m_now.loaded;
         after.repeats = after.repeats && m_now.repeats;
         if (!m_now.unkept)
             after.unkept.reset();
@@ -216,7 +218,7 @@ private:
         if (never)
             unreachable(statement.body);
         // What a later round finds may come from the round before.
-        m_now.masks = m_now.masks || (traits & Action::Loads) != 0;
+        mayLoad(traits);
         const bool outerLeaves = std::exchange(m_leaves, false);
         const State before = m_now;
         walk(statement.body);
@@ -235,7 +237,7 @@ private:
         if ((traits & Action::Sweeps) != 0 && !m_now.graph && (traits & Action::Opens) == 0)
             withoutGraph(offset);
         m_now.graph = m_now.graph || (traits & Action::Opens) != 0;
-        m_now.masks = m_now.masks || (traits & Action::Loads) != 0;
+        mayLoad(traits);
         if ((traits & Action::Keeps) != 0)
             m_now.unkept.reset();
         else if ((traits & (Action::Sweeps | Action::StartsSweep)) != 0 && !m_now.unkept)
@@ -245,6 +247,12 @@ private:
         m_now.points.reset();
         m_now.step.reset();
         m_now.kind = Graph::Unknown;
+    }
+
+    void mayLoad(unsigned traits)
+    {
+        m_now.masks = m_now.masks || (traits & Action::Loads) != 0;
+        m_now.loaded = m_now.loaded || (traits & Action::Loads) != 0;
     }
 
     void withoutGraph(std::uint32_t offset)
@@ -265,7 +273,9 @@ private:
             m_now.graph = true;
         }
         if ((traits & Action::TestsMask) != 0 && !m_now.masks)
-            m_findings.error(statement.offset, tr("There is no mask to test against: nothing above loads a plot."),
+            m_findings.error(statement.offset,
+                             m_now.loaded ? tr("There is no mask to test against: the active graph is a new one.")
+                                          : tr("There is no mask to test against: nothing above loads a plot."),
                              tr("Masks come with a plot: \"load ...\"."));
         if ((traits & Action::Analyses) != 0)
             analyse(statement);
@@ -274,7 +284,8 @@ private:
         followFiles(statement, traits);
         if ((traits & Action::Opens) != 0) {
             m_now.graph = true;
-            m_now.masks = m_now.masks || (traits & Action::Loads) != 0;
+            m_now.masks = false;
+            mayLoad(traits);
             const std::optional<Value> kind = (traits & Action::Loads) != 0 ? std::nullopt : argument(statement, 0);
             m_now.kind = kind ? static_cast<Graph>(static_cast<int>(kind->number) + 1) : Graph::Unknown;
         }
@@ -332,10 +343,12 @@ private:
 
     void followFiles(const Statement& statement, unsigned traits)
     {
-        if (actionOf(statement).pattern == "close graph" && m_now.unkept) {
-            warn(statement.offset, tr("The graph is closed before its results are saved, exported or "
-                                      "printed."));
+        if (actionOf(statement).pattern == "close graph") {
+            if (m_now.unkept)
+                warn(statement.offset, tr("The graph is closed before its results are saved, exported or "
+                                          "printed."));
             m_now.unkept.reset();
+            m_now.masks = m_now.loaded; // one that was opened before comes to the front
         }
         if (statement.argumentCount == 0 || (traits & (Action::Saves | Action::Loads)) == 0)
             return;

@@ -2,24 +2,25 @@
 #include "controls/ferrolex/Parser.h"
 
 #include "controls/ferrolex/ActionParser.h"
+#include "controls/ferrolex/Blocks.h"
 #include "controls/ferrolex/ExpressionParser.h"
 #include "controls/ferrolex/Finding.h"
+#include "controls/ferrolex/Lexer.h"
+#include "controls/ferrolex/Names.h"
 #include "controls/ferrolex/Source.h"
 #include "controls/ferrolex/StatementTable.h"
 
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <array>
 #include <map>
-#include <set>
+#include <optional>
 #include <string>
 #include <utility>
 
 namespace ferrolex {
 namespace {
 
-constexpr std::size_t kDeepestBlock = 60;
 constexpr double kMostRounds = 1e6;
 
 QString tr(const char* text)
@@ -42,11 +43,11 @@ public:
         , m_names(source)
         , m_expressions(m_program, m_names, findings)
         , m_actions(m_program, m_expressions, m_target.ranges, findings)
+        , m_blocks(m_program, m_names, findings)
     {}
 
     Program run() &&
     {
-        m_open.push_back({});
         std::vector<Token> tokens;
         for (m_line = 1; m_line <= m_source.lineCount(); ++m_line) {
             lexLine(m_source.line(m_line), m_source.lineStart(m_line), tokens);
@@ -58,33 +59,12 @@ public:
             if (m_findings.errors() == before && !cursor.atEnd())
                 m_expressions.unexpected(cursor.peek(), tr("the end of the line"));
         }
-        while (m_open.size() > 1) {
-            m_findings.error(m_open.back().statement.offset,
-                             tr("The block that \"%1\" begins has no \"end\".").arg(word(m_open.back().what)));
-            closeBlock();
-        }
-        m_program.statements = std::move(m_open.back().statement.body);
+        m_blocks.finish();
         m_program.nameCount = m_names.slotCount();
         return std::move(m_program);
     }
 
 private:
-    enum class What
-    {
-        Script,
-        If,
-        Chained, ///< an "else if", which ends with its "if"
-        Repeat,
-        For,
-        Procedure
-    };
-    struct Open
-    {
-        What what = What::Script;
-        bool inElse = false;
-        Statement statement;
-        std::size_t procedure = 0;
-    };
     struct Rule
     {
         std::string_view word;
@@ -104,27 +84,6 @@ private:
         return table;
     }
 
-    static QString word(What what)
-    {
-        switch (what) {
-        case What::If:
-        case What::Chained:
-            return QStringLiteral("if");
-        case What::Repeat:
-            return QStringLiteral("repeat");
-        case What::For:
-            return QStringLiteral("for");
-        default:
-            return QStringLiteral("procedure");
-        }
-    }
-
-    Block& block()
-    {
-        Open& open = m_open.back();
-        return open.inElse ? open.statement.otherwise : open.statement.body;
-    }
-
     Statement make(Statement::Kind kind, const Token& first) const
     {
         Statement statement;
@@ -132,36 +91,6 @@ private:
         statement.offset = first.offset;
         statement.line = static_cast<std::uint32_t>(m_line);
         return statement;
-    }
-
-    void open(What what, Statement statement)
-    {
-        if (m_open.size() == kDeepestBlock)
-            m_findings.error(statement.offset, tr("Blocks are nested more than 60 deep."));
-        Open open;
-        open.what = what;
-        open.statement = std::move(statement);
-        m_open.push_back(std::move(open));
-        m_names.openBlock();
-    }
-
-    void closeBlock()
-    {
-        bool chained = true;
-        while (chained) {
-            m_names.closeBlock();
-            Open closed = std::move(m_open.back());
-            m_open.pop_back();
-            chained = closed.what == What::Chained;
-            if (closed.what == What::Procedure) {
-                m_program.procedures[closed.procedure].body = std::move(closed.statement.body);
-                // One that stands in another, which has been told, can be called when that has ended, too.
-                if (m_open.size() == 1)
-                    m_finished = m_program.procedures.size();
-            } else if (m_open.size() < kDeepestBlock) {
-                block().push_back(std::move(closed.statement));
-            } // else it was told, and a destructor of such depth is not worth its stack
-        }
     }
 
     void statement(TokenCursor& cursor)
@@ -179,7 +108,7 @@ private:
             if (m_actions.read(cursor, action)) {
                 if (actions()[action.row].traits & Action::Measures)
                     m_expressions.measurementsExist();
-                block().push_back(std::move(action));
+                m_blocks.add(std::move(action));
                 return;
             }
         }
@@ -260,7 +189,7 @@ private:
                     known->type == Type::Text
                         ? tr("\"%1\" stands for a text since line %2.").arg(shown(name->text)).arg(known->line)
                         : tr("\"%1\" stands for a number since line %2.").arg(shown(name->text)).arg(known->line));
-            if (m_counters.count(known->slot) != 0)
+            if (m_blocks.isCounter(known->slot))
                 m_findings.error(
                     name->offset,
                     tr("\"%1\" is counted by its loop and cannot be changed in it.").arg(shown(name->text)));
@@ -272,7 +201,7 @@ private:
             statement.target =
                 m_names.add(name->text, type, static_cast<std::uint32_t>(m_line), std::move(constant)).slot;
         }
-        block().push_back(std::move(statement));
+        m_blocks.add(std::move(statement));
     }
 
     void beginIf(TokenCursor& cursor, const Token& first)
@@ -281,50 +210,19 @@ private:
         statement.value = m_expressions.read(cursor, Type::Condition);
         if (statement.value != kNone)
             cursor.takeWord("then");
-        open(What::If, std::move(statement));
+        m_blocks.open(Blocks::What::If, std::move(statement));
     }
 
     void beginElse(TokenCursor& cursor, const Token& first)
     {
-        Open& open = m_open.back();
-        if (open.what != What::If && open.what != What::Chained) {
-            m_findings.error(first.offset, tr("There is no \"if\" that this \"else\" belongs to."));
-            return;
-        }
-        if (open.inElse) {
-            m_findings.error(first.offset, tr("This \"if\" has an \"else\" already."));
-            return;
-        }
-        m_names.closeBlock();
-        m_names.openBlock();
-        open.inElse = true;
-        if (!cursor.isWord("if"))
+        if (!m_blocks.beginElse(first) || !cursor.isWord("if"))
             return;
         const Token chained = cursor.next();
         beginIf(cursor, chained);
-        m_open.back().what = What::Chained;
+        m_blocks.chain();
     }
 
-    void end(TokenCursor& cursor, const Token& first)
-    {
-        if (m_open.size() == 1) {
-            m_findings.error(first.offset, tr("There is no block that this \"end\" could end."));
-            return;
-        }
-        const QString begun = word(m_open.back().what);
-        const Token named = cursor.peek();
-        if (named.kind == Token::Kind::Word) {
-            cursor.next();
-            if (!sameWord(named.text, begun.toStdString()))
-                m_findings.error(named.offset,
-                                 tr("The block of line %1 was begun by \"%2\" and ends with \"end\" or \"end %2\".")
-                                     .arg(m_open.back().statement.line)
-                                     .arg(begun));
-        }
-        if (m_open.back().what == What::For)
-            m_counters.erase(m_open.back().statement.target);
-        closeBlock();
-    }
+    void end(TokenCursor& cursor, const Token& first) { m_blocks.end(cursor, first); }
 
     void beginFor(TokenCursor& cursor, const Token& first)
     {
@@ -342,13 +240,10 @@ private:
             if (statement.to != kNone && cursor.takeWord("step"))
                 statement.step = step(cursor);
         }
-        open(What::For, std::move(statement));
+        m_blocks.open(Blocks::What::For, std::move(statement));
         if (!good)
             return;
-        const std::int32_t slot =
-            m_names.add(name->text, Type::Number, static_cast<std::uint32_t>(m_line), std::nullopt).slot;
-        m_open.back().statement.target = slot;
-        m_counters.insert(slot);
+        m_blocks.count(m_names.add(name->text, Type::Number, static_cast<std::uint32_t>(m_line), std::nullopt).slot);
     }
 
     ExpressionId step(TokenCursor& cursor)
@@ -395,28 +290,23 @@ private:
                     expectWord(cursor, "times");
             }
         }
-        open(What::Repeat, std::move(statement));
+        m_blocks.open(Blocks::What::Repeat, std::move(statement));
     }
 
     void leave(TokenCursor&, const Token& first)
     {
-        const bool inLoop = std::any_of(m_open.begin(), m_open.end(), [](const Open& open) {
-            return open.what == What::Repeat || open.what == What::For;
-        });
-        if (!inLoop)
+        if (!m_blocks.inLoop())
             m_findings.error(first.offset, tr("There is no loop to leave here."));
-        block().push_back(make(Statement::Kind::Leave, first));
+        m_blocks.add(make(Statement::Kind::Leave, first));
     }
 
-    void finish(TokenCursor&, const Token& first) { block().push_back(make(Statement::Kind::Finish, first)); }
+    void finish(TokenCursor&, const Token& first) { m_blocks.add(make(Statement::Kind::Finish, first)); }
 
     void beginProcedure(TokenCursor& cursor, const Token& first)
     {
         Procedure procedure;
         procedure.offset = first.offset;
         std::vector<Token> parameters;
-        if (m_open.size() > 1)
-            m_findings.error(first.offset, tr("A procedure cannot stand inside a block."));
         if (const std::optional<Token> name = newName(cursor)) {
             const std::string key = folded(name->text);
             procedure.name = QByteArray::fromStdString(key);
@@ -425,8 +315,7 @@ private:
             if (cursor.takeWord("with"))
                 parameters = names(cursor);
         }
-        open(What::Procedure, make(Statement::Kind::Finish, first));
-        m_open.back().procedure = m_program.procedures.size();
+        m_blocks.openProcedure(make(Statement::Kind::Finish, first));
         for (const Token& parameter : parameters) {
             if (m_names.find(parameter.text)) {
                 m_findings.error(parameter.offset, tr("\"%1\" is in use already.").arg(shown(parameter.text)));
@@ -460,8 +349,8 @@ private:
         }
         cursor.next();
         const auto found = m_procedures.find(folded(name.text));
-        if (found == m_procedures.end() || found->second >= m_finished) {
-            noSuchProcedure(name, found != m_procedures.end() && isOpen(found->second));
+        if (found == m_procedures.end() || found->second >= m_blocks.callable()) {
+            noSuchProcedure(name, found != m_procedures.end() && m_blocks.isOpen(found->second));
             return;
         }
         const std::size_t parameters = m_program.procedures[found->second].parameters.size();
@@ -481,14 +370,7 @@ private:
                                               .arg(shown(name.text))
                                               .arg(parameters)
                                               .arg(statement.argumentCount));
-        block().push_back(std::move(statement));
-    }
-
-    bool isOpen(std::size_t procedure) const
-    {
-        return std::any_of(m_open.begin(), m_open.end(), [procedure](const Open& open) {
-            return open.what == What::Procedure && open.procedure == procedure;
-        });
+        m_blocks.add(std::move(statement));
     }
 
     void noSuchProcedure(const Token& name, bool isItself)
@@ -499,7 +381,7 @@ private:
         }
         QStringList known;
         for (const auto& [key, index] : m_procedures) {
-            if (index < m_finished)
+            if (index < m_blocks.callable())
                 known.append(QString::fromStdString(key));
         }
         m_findings.error(name.offset, tr("There is no procedure \"%1\" above.").arg(shown(name.text)),
@@ -542,10 +424,8 @@ private:
     Names m_names;
     ExpressionParser m_expressions;
     ActionParser m_actions;
-    std::vector<Open> m_open;
+    Blocks m_blocks;
     std::map<std::string, std::size_t> m_procedures;
-    std::size_t m_finished = 0; ///< procedures below this index can be called
-    std::set<std::int32_t> m_counters;
     int m_line = 0;
 };
 

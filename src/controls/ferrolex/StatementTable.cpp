@@ -59,6 +59,7 @@ constexpr std::array kRows{
     Row{"ask for name and save", "b text=''", Action::Keeps | Action::NeedsGraph | Action::Asks | Action::Saves},
     Row{"load <name:file>", "g text=name", Action::Loads | Action::Opens},
     Row{"close graph", "j", Action::NeedsGraph},
+    Row{"follow zoom", "c", Action::NeedsGraph},
     Row{"export picture <name:file> as <format:jpeg=0|metafile=1|bitmap=2>", "i F=format text=name",
         Action::Keeps | Action::NeedsGraph},
     Row{"ask for name and export picture as <format:jpeg=0|metafile=1|bitmap=2>", "i F=format text=''",

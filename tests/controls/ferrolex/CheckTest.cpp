@@ -136,6 +136,8 @@ TEST(Check, TellsEachKindOfMistake)
          "3:1 error: This loop has no bound, and neither a measurement nor a question in it.\n"},
         {"new impedance graph \"a\"\ntest mask of pen 1\nsave \"a\"",
          "2:1 error: There is no mask to test against: nothing above loads a plot.\n"},
+        {"load \"m.gzd\"\nnew impedance graph \"a\"\ntest mask of pen 1\nsave \"a\"",
+         "3:1 error: There is no mask to test against: the active graph is a new one.\n"},
         {"new impedance graph \"a\"\nsave \"a/b\"", "2:6 error: A file name cannot have a \"/\".\n"},
         {"new impedance graph \"a\"\nsave \"\"", "2:6 error: The name is empty.\n"},
         {"for i from 1 to 2\nnew impedance graph \"a\"\nsave \"a{i}:b\"\nend",
@@ -200,6 +202,8 @@ TEST(Check, DoesNotWarnWhereTheRunDecides)
              "new impedance graph \"a\"\nsweep impedance\nif last level > 3\nsave \"a\"\nend",
              "procedure p\nload \"m.gzd\"\nend\ndo p\ntest mask of pen 1\nexport all pens to \"a\"",
              "for i from 1 to 2\nload \"m.gzd\"\ntest mask of pen i\nend",
+             "load \"m.gzd\"\nnew impedance graph \"a\"\nclose graph\ntest mask of pen 1",
+             "spot impedance 1k\nif last level > 2\nload \"m.gzd\"\nend\ntest mask of pen 1",
              "let verbose = 0\nif verbose = 1\nwait 1\nend\nrepeat verbose times\nwait 1\nend",
              "set start 10k\nset end 11k\nset points 100\nnew impedance graph \"a\"\nsweep impedance\nanalyse pen "
              "1\nsave \"a\"",
