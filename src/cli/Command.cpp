@@ -65,7 +65,10 @@ ExitCode runCommand(Command& command, const QStringList& words, Console& console
     if (ownWords)
         parser.addPositionalArgument(u"words"_s, tr("What to do, and with which file."), command.words());
     else if (command.files() != Command::Files::None)
-        parser.addPositionalArgument(u"file"_s, tr("%1; \"-\" is standard input.").arg(command.filesText()),
+        parser.addPositionalArgument(u"file"_s,
+                                     command.readsStandardInput()
+                                         ? tr("%1; \"-\" is standard input.").arg(command.filesText())
+                                         : command.filesText() + u'.',
                                      takesMany ? u"FILE..."_s : u"FILE"_s);
     const bool understood = parser.parse(words);
     if (parser.isSet(helpOption())) {
@@ -87,7 +90,7 @@ ExitCode runCommand(Command& command, const QStringList& words, Console& console
                                                      suggestion(files.at(most), longNames(options), u"--"_s,
                                                                 tr("; options begin with \"--\".")));
     if (files.isEmpty() && !ownWords && command.files() != Command::Files::None)
-        return console.failed(command.refusal(), tr("A plot file is missing."));
+        return console.failed(command.refusal(), command.missingFileText());
     if (files.count(u"-"_s) > 1)
         return console.failed(command.refusal(), tr("Standard input can be read once only."));
 
@@ -130,6 +133,11 @@ ExitCode dispatch(const CommandTable& commands, const QStringList& arguments, Co
 QString Command::filesText() const
 {
     return tr("Plot files");
+}
+
+QString Command::missingFileText() const
+{
+    return tr("A plot file is missing.");
 }
 
 ExitCode runCommandLine(const CommandTable& commands, const QStringList& arguments, Console& console)

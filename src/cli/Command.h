@@ -38,7 +38,8 @@ public:
     virtual QString description() const = 0;
     /// Its own options, in the order of the help; the common ones come behind them.
     virtual QList<QCommandLineOption> options() const { return {}; }
-    /// The files it reads, each "-" for standard input. At least one is asked for where any are taken.
+    /// The files it reads, each "-" for standard input where that is read. At least one is asked for where any are
+    /// taken.
     virtual Files files() const { return Files::None; }
     /// What the program ends with when the command line cannot be carried out.
     virtual ExitCode refusal() const { return ExitCode::Usage; }
@@ -48,6 +49,10 @@ public:
     virtual QString words() const { return {}; }
     /// What files these are, for the help: "Plot files".
     virtual QString filesText() const;
+    /// Told when there is none: "A plot file is missing."
+    virtual QString missingFileText() const;
+    /// Whether "-" stands for standard input.
+    virtual bool readsStandardInput() const { return true; }
     /// Reads its options and does its work; problems have been told on the console when it returns.
     virtual ExitCode run(Arguments& arguments, Console& console) = 0;
 };

@@ -56,6 +56,23 @@ QList<QCommandLineOption> RunCommand::options() const
     return {m_device, m_answer, m_plots, m_exports, m_linkLog, m_timeout};
 }
 
+QString RunCommand::filesText() const
+{
+    return tr("The script");
+}
+
+QString RunCommand::missingFileText() const
+{
+    return tr("A script is missing.");
+}
+
+QString RunCommand::exitCodes() const
+{
+    return tr(
+        "Exit codes: 0 pass, 9 fail, 6 stopped or a sweep incomplete, 5 something not written, loaded or printed,\n"
+        "            4 errors in the script, or not sent, 3 link lost, 2 no instrument, 1 usage.\n");
+}
+
 RunOptions RunCommand::read(Arguments& arguments) const
 {
     RunOptions result;

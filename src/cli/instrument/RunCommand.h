@@ -29,6 +29,11 @@ public:
     QString description() const override;
     QList<QCommandLineOption> options() const override;
     Files files() const override { return Files::One; }
+    QString filesText() const override;
+    QString missingFileText() const override;
+    /// The terminal is for the questions of the script.
+    bool readsStandardInput() const override { return false; }
+    QString exitCodes() const override;
     ExitCode run(Arguments& arguments, Console& console) override;
 
 private:

@@ -152,7 +152,7 @@ QString CheckCommand::summary() const
 
 QString CheckCommand::description() const
 {
-    return tr("Tells what is wrong with test scripts. Its own exit codes: 0 all clean, 1 warnings, 2 errors.");
+    return tr("Tells what is wrong with test scripts, line by line.");
 }
 
 QList<QCommandLineOption> CheckCommand::options() const
@@ -163,6 +163,16 @@ QList<QCommandLineOption> CheckCommand::options() const
 QString CheckCommand::filesText() const
 {
     return tr("Scripts");
+}
+
+QString CheckCommand::missingFileText() const
+{
+    return tr("A script is missing.");
+}
+
+QString CheckCommand::exitCodes() const
+{
+    return tr("Exit codes: 0 all clean, 1 warnings, 2 errors or usage, 5 not read.\n");
 }
 
 CheckOptions CheckCommand::read(Arguments& arguments) const
@@ -187,7 +197,7 @@ ExitCode CheckCommand::run(Arguments& arguments, Console& console)
 {
     const CheckOptions options = read(arguments);
     if (!arguments.outcome())
-        return console.failed(ExitCode::Usage, arguments.outcome().sentence());
+        return console.failed(refusal(), arguments.outcome().sentence());
     return checkScripts(options, console);
 }
 

@@ -37,6 +37,10 @@ public:
     QList<QCommandLineOption> options() const override;
     Files files() const override { return Files::Many; }
     QString filesText() const override;
+    QString missingFileText() const override;
+    /// 1 would say that a script has warnings.
+    ExitCode refusal() const override { return checkcode::kErrors; }
+    QString exitCodes() const override;
     ExitCode run(Arguments& arguments, Console& console) override;
 
     /// The options of the arguments; outcome() of the arguments tells whether they fit.

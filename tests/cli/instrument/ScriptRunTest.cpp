@@ -10,6 +10,7 @@
 #include <QTimer>
 
 #include <gmock/gmock.h>
+#include <memory>
 
 namespace {
 
@@ -182,6 +183,22 @@ TEST_F(ScriptRunTest, TheScriptMayEndTheProgram)
     playOn(text('U', '1', "A") + text('h', '0', ""));
     EXPECT_EQ(run(), ExitCode::Done) << errors.toStdString();
     EXPECT_EQ(output, QStringLiteral("pass\n"));
+}
+
+TEST(RunCommand, SpeaksOfAScriptAndOfItsOwnExitCodes)
+{
+    QString results, problems;
+    cli::Console console(QStringLiteral("marrowick"), cli::Console::into(results), cli::Console::into(problems), false);
+    cli::CommandTable table;
+    table.push_back(std::make_unique<cli::RunCommand>());
+    const QString program = QCoreApplication::arguments().constFirst();
+    EXPECT_EQ(cli::runCommandLine(table, {program, QStringLiteral("run")}, console), ExitCode::Usage);
+    EXPECT_EQ(problems, QStringLiteral("marrowick: A script is missing.\n"));
+    EXPECT_EQ(cli::runCommandLine(table, {program, QStringLiteral("run"), QStringLiteral("--help")}, console),
+              ExitCode::Done);
+    EXPECT_THAT(results.toStdString(), HasSubstr("The script.\n"));
+    EXPECT_THAT(results.toStdString(), HasSubstr("Exit codes: 0 pass, 9 fail, 6 stopped"));
+    EXPECT_THAT(results.toStdString(), ::testing::Not(HasSubstr("lot file")));
 }
 
 } // namespace

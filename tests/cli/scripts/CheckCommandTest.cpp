@@ -3,6 +3,7 @@
 
 #include "tests/cli/CommandWords.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -10,6 +11,7 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+#include <memory>
 
 using namespace cli;
 
@@ -130,6 +132,27 @@ TEST_F(CheckCommandTest, JsonHoldsWhatTheTextSays)
     EXPECT_EQ(finding.value(QLatin1String("suggestion")).toString(), QLatin1String("Did you mean \"wait\"?"));
     EXPECT_EQ(scripts[1][QLatin1String("findings")].toArray().size(), 0);
     EXPECT_EQ(scripts[1][QLatin1String("file")].toString(), path("clean.mgs"));
+}
+
+TEST_F(CheckCommandTest, WithoutAScriptItSaysSoAndDoesNotEndAsWarningsDo)
+{
+    const auto told = [this](const QStringList& words) {
+        CommandTable table;
+        table.push_back(std::make_unique<CheckCommand>());
+        m_results.clear();
+        m_problems.clear();
+        Console console(QStringLiteral("marrowick"), Console::into(m_results), Console::into(m_problems), false);
+        return static_cast<int>(
+            runCommandLine(table, QStringList{QCoreApplication::arguments().constFirst()} + words, console));
+    };
+    EXPECT_EQ(told({QStringLiteral("check")}), 2);
+    EXPECT_EQ(problems(), "marrowick: A script is missing.\n");
+    EXPECT_EQ(told({QStringLiteral("check"), QStringLiteral("--model"), QStringLiteral("T47"), path("a.mgs")}), 2);
+    EXPECT_EQ(told({QStringLiteral("check"), QStringLiteral("--help")}), 0);
+    EXPECT_NE(results().find("Scripts; \"-\" is standard input."), std::string::npos) << results();
+    EXPECT_NE(results().find("Exit codes: 0 all clean, 1 warnings, 2 errors or usage, 5 not read.\n"),
+              std::string::npos)
+        << results();
 }
 
 TEST_F(CheckCommandTest, ReadsItsOptions)
