@@ -43,34 +43,27 @@ QWidget* GraphViewXRGB::makeView()
 
 void GraphViewXRGB::makeAxes()
 {
+    // A tab holds both groups, so the second has access keys of its own.
+    const LimitsGroup::Texts second = {tr("A&utomatic"),   tr("Ma&nual"),     tr("Uppe&r limit"),
+                                       tr("Lo&wer limit"), tr("Full ran&ge"), {}};
     m_xLimits = new LimitsGroup({"fXScaleControl",
                                  "fXRange",
                                  "optXAutoScale",
                                  "optXManualScale",
-                                 tr("&Automatic"),
-                                 tr("Manua&l"),
-                                 {{u"txtXLimits_0"_s, u"txtXLimits_1"_s},
-                                  {u"cmdXSetLimit_0"_s, u"cmdXSetLimit_1"_s},
-                                  {tr("Upp&er limit"), tr("Lower limi&t")}},
+                                 {u"txtXLimits_0"_s, u"txtXLimits_1"_s},
+                                 {u"cmdXSetLimit_0"_s, u"cmdXSetLimit_1"_s},
                                  "cmdDefaultXAxisDisplayLimits",
-                                 tr("&Full range"),
-                                 "cmdSetXDisplayLimitsToZoom",
-                                 tr("Set to current &zoom limits")},
-                                ViewDialog::options(), ViewOptions::Quantity::Reactance, this);
+                                 "cmdSetXDisplayLimitsToZoom"},
+                                LimitsGroup::texts(), ViewDialog::options(), ViewOptions::Quantity::Reactance, this);
     m_rLimits = new LimitsGroup({"fRScaleControl",
                                  "fRRange",
                                  "optRAutoScale",
                                  "optRManualScale",
-                                 tr("A&utomatic"),
-                                 tr("Ma&nual"),
-                                 {{u"txtRLimits_0"_s, u"txtRLimits_1"_s},
-                                  {u"cmdRSetLimit_0"_s, u"cmdRSetLimit_1"_s},
-                                  {tr("Uppe&r limit"), tr("Lo&wer limit")}},
+                                 {u"txtRLimits_0"_s, u"txtRLimits_1"_s},
+                                 {u"cmdRSetLimit_0"_s, u"cmdRSetLimit_1"_s},
                                  "cmdDefaultRAxisDisplayLimits",
-                                 tr("Full ran&ge"),
-                                 nullptr,
-                                 {}},
-                                ViewDialog::options(), ViewOptions::Quantity::Resistance, this);
+                                 nullptr},
+                                second, ViewDialog::options(), ViewOptions::Quantity::Resistance, this);
 }
 
 void GraphViewXRGB::refreshOwn(bool force)

@@ -82,7 +82,14 @@ void LimitBoxes::setFilter(keyfilter::Filter filter)
         box->setFilter(filter);
 }
 
-LimitsGroup::LimitsGroup(const Names& names, ViewOptions& options, ViewOptions::Quantity quantity, QWidget* parent)
+LimitsGroup::Texts LimitsGroup::texts(const QString& unit)
+{
+    return {tr("&Automatic"),          tr("Manua&l"),     tr("Upp&er limit") + unit,
+            tr("Lower limi&t") + unit, tr("&Full range"), tr("Set to current &zoom limits")};
+}
+
+LimitsGroup::LimitsGroup(const Names& names, const Texts& texts, ViewOptions& options, ViewOptions::Quantity quantity,
+                         QWidget* parent)
     : QWidget(parent)
     , m_options(options)
     , m_quantity(quantity)
@@ -93,9 +100,9 @@ LimitsGroup::LimitsGroup(const Names& names, ViewOptions& options, ViewOptions::
     whole->setContentsMargins({});
     whole->addWidget(m_scale);
     whole->addWidget(m_range);
-    m_automatic = option(m_scale, names.automatic, names.automaticText, [this] { setAutomatic(true); });
-    m_manual = option(m_scale, names.manual, names.manualText, [this] { setAutomatic(false); });
-    m_limits = new LimitBoxes(names.limits,
+    m_automatic = option(m_scale, names.automatic, texts.automatic, [this] { setAutomatic(true); });
+    m_manual = option(m_scale, names.manual, texts.manual, [this] { setAutomatic(false); });
+    m_limits = new LimitBoxes({names.box, names.button, {texts.upper, texts.lower}},
                               {[&options, quantity](ViewOptions::End end, const QString& text) {
                                    return options.setLimit(quantity, end, text);
                                },
@@ -113,9 +120,9 @@ LimitsGroup::LimitsGroup(const Names& names, ViewOptions& options, ViewOptions::
         m_range->layout()->addWidget(made);
         return made;
     };
-    add(names.whole, names.wholeText, &ViewOptions::setWholeExtent);
+    add(names.whole, texts.whole, &ViewOptions::setWholeExtent);
     if (names.zoom != nullptr)
-        m_zoom = add(names.zoom, names.zoomText, &ViewOptions::setToZoom);
+        m_zoom = add(names.zoom, texts.zoom, &ViewOptions::setToZoom);
 }
 
 void LimitsGroup::setTitles(const QString& scale, const QString& range)

@@ -55,14 +55,21 @@ public:
     {
         const char *scaleFrame, *rangeFrame;
         const char *automatic, *manual;
-        QString automaticText, manualText;
-        LimitBoxes::Names limits;
+        std::array<QString, 2> box;    ///< upper and lower
+        std::array<QString, 2> button; ///< the same
         const char* whole;
-        QString wholeText;
         const char* zoom; ///< null: there is no such button
-        QString zoomText;
     };
-    LimitsGroup(const Names& names, ViewOptions& options, ViewOptions::Quantity quantity, QWidget* parent);
+    /// What the controls say; two groups on one tab need access keys of their own.
+    struct Texts
+    {
+        QString automatic, manual, upper, lower, whole, zoom;
+    };
+    /// The texts of the first group of a tab; a unit, as ", dB", stands behind the captions of the limits.
+    static Texts texts(const QString& unit = {});
+
+    LimitsGroup(const Names& names, const Texts& texts, ViewOptions& options, ViewOptions::Quantity quantity,
+                QWidget* parent);
 
     void setTitles(const QString& scale, const QString& range);
     void refresh(bool force = false);

@@ -87,35 +87,26 @@ QWidget* frmOptions::makeImpedanceAxis()
                                 "fZRange",
                                 "optAutoZScale",
                                 "optManualZScale",
-                                tr("&Automatic"),
-                                tr("Manua&l"),
-                                {{u"txtLimits_0"_s, u"txtLimits_1"_s},
-                                 {u"cmdSetLimit_0"_s, u"cmdSetLimit_1"_s},
-                                 {tr("Upp&er limit"), tr("Lower limi&t")}},
+                                {u"txtLimits_0"_s, u"txtLimits_1"_s},
+                                {u"cmdSetLimit_0"_s, u"cmdSetLimit_1"_s},
                                 "cmdDefaultImpedanceAxisDisplayLimits",
-                                tr("&Full range"),
-                                "cmdSetImpedanceDisplayLimitsToZoom",
-                                tr("Set to current &zoom limits")},
-                               ViewDialog::options(), ViewOptions::Quantity::Main, this);
+                                "cmdSetImpedanceDisplayLimitsToZoom"},
+                               LimitsGroup::texts(), ViewDialog::options(), ViewOptions::Quantity::Main, this);
     return pageOf({m_scaleFrame, m_limits});
 }
 
 QWidget* frmOptions::makeAmplitudeAxis()
 {
-    m_limits = new LimitsGroup({"fAmpScaleControl",
-                                "fAmpRange",
-                                "optAutoScaleAmp",
-                                "optManScaleAmp",
-                                tr("&Automatic"),
-                                tr("Manua&l"),
-                                {{u"txtAmpUpper"_s, u"txtAmpLower"_s},
-                                 {u"cmdAmpSetUpper"_s, u"cmdAmpSetLower"_s},
-                                 {tr("Upp&er limit, dB"), tr("Lower limi&t, dB")}},
-                                "cmdDefaultAmplitude",
-                                tr("&Full range"),
-                                "cmdSetAmpLimitsToZoom",
-                                tr("Set to current &zoom limits")},
-                               ViewDialog::options(), ViewOptions::Quantity::Main, this);
+    m_limits =
+        new LimitsGroup({"fAmpScaleControl",
+                         "fAmpRange",
+                         "optAutoScaleAmp",
+                         "optManScaleAmp",
+                         {u"txtAmpUpper"_s, u"txtAmpLower"_s},
+                         {u"cmdAmpSetUpper"_s, u"cmdAmpSetLower"_s},
+                         "cmdDefaultAmplitude",
+                         "cmdSetAmpLimitsToZoom"},
+                        LimitsGroup::texts(tr(", dB")), ViewDialog::options(), ViewOptions::Quantity::Main, this);
     m_limits->setTitles(tr("Amplitude scale limits"), tr("Amplitude manual scale limits"));
     return pageOf({m_limits});
 }
