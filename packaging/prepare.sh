@@ -7,7 +7,7 @@ say() { printf '%s: %s\n' "$(basename "$0")" "$*" >&2; }
 # Number of jobs to run at once.
 jobs_wanted() { nproc 2>/dev/null || echo 2; }
 
-# install_missing run|test: the packages of the list that this script needs and dpkg does not know as installed.
+# install_missing run|test|ci: the packages of the list that this script needs and dpkg does not know as installed.
 install_missing() {
   local purpose=$1 name only rest missing=() wanted=() installed as_root=()
   while read -r name only rest; do

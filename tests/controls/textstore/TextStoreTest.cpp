@@ -4,11 +4,14 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <bit>
 #include <charconv>
+#include <clocale>
 #include <cmath>
+#include <cstdio>
 #include <gtest/gtest.h>
 #include <limits>
 #include <locale>
@@ -268,6 +271,28 @@ TEST_F(TextStoreTest, AGermanLocaleGivesTheSameBytes)
     setTexts();
     fill();
     EXPECT_EQ(m_store.text(TextStore::kAllPens), plain);
+}
+
+TEST_F(TextStoreTest, TheSystemsGermanLocaleGivesTheSameBytesAsC)
+{
+    const QString locale = path("de_DE.UTF-8");
+    if (QProcess::execute(u"localedef"_s, {u"-i"_s, u"de_DE"_s, u"-f"_s, u"UTF-8"_s, locale}) != 0) {
+        std::printf("left out: exports under the system's German locale (package locales)\n");
+        return;
+    }
+    for (std::int32_t point = 0; point < 100; ++point)
+        m_store.ExportAddImpedance(1234567 + point, std::exp(point - 50.0), point * -1.5e-3, 0, point);
+    setTexts();
+    m_store.ExportSetSolution(0, u"Resonance"_s);
+    const std::string before = text(0);
+    qputenv("LOCPATH", m_folder.path().toUtf8());
+    const char* const set = std::setlocale(LC_ALL, "de_DE.UTF-8");
+    const std::string point = set != nullptr ? std::localeconv()->decimal_point : "none was set";
+    const std::string under = text(0);
+    std::setlocale(LC_ALL, "C");
+    qunsetenv("LOCPATH");
+    EXPECT_EQ(point, ",");
+    EXPECT_EQ(under, before);
 }
 
 TEST_F(TextStoreTest, ClearForgetsEverything)
