@@ -120,9 +120,20 @@ UpgradeError Programmer::compare(const Told& told)
     return UpgradeError::None;
 }
 
+int Programmer::placeOf(const QString& name, int otherwise) const
+{
+    for (int i = 0; i < m_devices.count(); ++i) {
+        if (!name.isEmpty() && m_devices.device(i).name == name)
+            return i;
+    }
+    return otherwise;
+}
+
 UpgradeError Programmer::check(int index)
 {
     m_devices.refresh();
+    // Instruments may have come and gone since the index was told; it counts where no name was.
+    index = placeOf(expectedSerial, index);
     const DeviceEntry entry = m_devices.device(index);
     m_name = expectedSerial.isEmpty() ? entry.name : expectedSerial;
     m_nameIsPort = entry.name == m_name && (entry.path == m_name || entry.path == QLatin1String("/dev/") + m_name);

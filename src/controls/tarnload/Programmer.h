@@ -48,6 +48,7 @@ private:
         Failed
     };
 
+    int placeOf(const QString& name, int otherwise) const;
     bool askState(Told& told);
     UpgradeError compare(const Told& told);
     bool isChosen(const Told& told) const;

@@ -17,7 +17,7 @@ namespace {
 int seeds()
 {
     const int asked = qEnvironmentVariableIntValue("MARROWICK_FIRMWARE_SEEDS");
-    return asked > 0 ? asked : 40;
+    return asked > 0 ? asked : 100;
 }
 
 class UpGradeTest : public ::testing::Test
@@ -159,6 +159,23 @@ TEST_F(UpGradeTest, ACutFileIsRefused)
     EXPECT_EQ(bench.bytesHeard, 0) << "the instrument was not spoken to";
 }
 
+TEST_F(UpGradeTest, AFlippedBitInEachByteOfHeaderAndSignatureIsRefusedBeforeTheInstrumentIsSpokenTo)
+{
+    const firmware::FirmwareFile file = bench.maker.make(FirmwareMaker::header(), FirmwareMaker::image(300));
+    const QByteArray bytes = file.toBytes();
+    const qsizetype head = bytes.indexOf(file.seal) + file.seal.size();
+    ASSERT_GT(head, 200);
+    for (qsizetype at = 0; at < head; ++at) {
+        QByteArray spoilt = bytes;
+        spoilt[at] = static_cast<char>(spoilt[at] ^ (1 << at % 8));
+        const UpgradeError error = bench.program(bench.maker.write(QStringLiteral("spoilt.mfw"), spoilt));
+        EXPECT_NE(error, UpgradeError::None) << at;
+        EXPECT_LT(error, UpgradeError::Busy) << "the file is at fault, byte " << at;
+        EXPECT_FALSE(tarnload::errorText(error).isEmpty()) << at;
+    }
+    EXPECT_EQ(bench.bytesHeard, 0);
+}
+
 TEST_F(UpGradeTest, AFileOfAnUnknownKeyIsRefused)
 {
     firmware::FirmwareFile file = firmware::pack(FirmwareMaker::header(), FirmwareMaker::image(3000));
@@ -210,6 +227,14 @@ TEST_F(UpGradeTest, AnotherInstrumentAtTheIndexIsRefused)
 {
     bench.loader->expectSerial(QStringLiteral("T46-0007"));
     expectRefused(bench.file(), UpgradeError::OtherInstrument);
+}
+
+TEST_F(UpGradeTest, AnInstrumentWhoseIndexHasChangedSinceItWasChosenIsFoundByItsNumber)
+{
+    bench.loader->expectSerial(QStringLiteral("T46-0042"));
+    bench.anotherInFront = true;
+    EXPECT_EQ(bench.program(bench.file()), UpgradeError::None);
+    EXPECT_TRUE(bench.runsNew());
 }
 
 TEST_F(UpGradeTest, TheNameInTheListIsComparedWhereNoSerialNumberWasTold)

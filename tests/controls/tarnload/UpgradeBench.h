@@ -94,6 +94,7 @@ public:
     tarnload::Patience patience;
     QList<int> ranges, values;
     QString listedAs = QStringLiteral("T46-0042");
+    bool anotherInFront = false; ///< a silent instrument stands before this one in the list
     bool plugged = true;
     bool comesBack = true;
     bool silent = false;
@@ -118,10 +119,15 @@ private:
         {
             if (!m_bench.plugged)
                 return {};
-            return {{m_bench.listedAs, QStringLiteral("/memory/one"), {}}};
+            std::vector<DeviceEntry> entries{{m_bench.listedAs, QStringLiteral("/memory/one"), {}}};
+            if (m_bench.anotherInFront)
+                entries.insert(entries.begin(), {QStringLiteral("T46-0001"), QStringLiteral("/memory/other"), {}});
+            return entries;
         }
-        std::unique_ptr<Transport> makeTransport(const DeviceEntry&) const override
+        std::unique_ptr<Transport> makeTransport(const DeviceEntry& entry) const override
         {
+            if (entry.name == QLatin1String("T46-0001"))
+                return std::make_unique<MemoryTransport>(std::make_shared<MemoryPeer>());
             m_bench.parser.reset();
             return std::make_unique<MemoryTransport>(m_bench.peer);
         }
