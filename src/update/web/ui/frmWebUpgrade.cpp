@@ -87,6 +87,9 @@ void frmWebUpgrade::layOut()
     lblAction->setMinimumHeight(fontMetrics().lineSpacing() * 4);
     lblAction->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     webProgressBar->setAccessibleName(tr("Progress of the download"));
+    QSizePolicy kept = webProgressBar->sizePolicy();
+    kept.setRetainSizeWhenHidden(true);
+    webProgressBar->setSizePolicy(kept);
     for (QPushButton* button : {cmdNewURL, cmdNext, cmdOkCancel})
         button->setAutoDefault(false);
     cmdNext->setDefault(true);
