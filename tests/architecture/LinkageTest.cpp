@@ -4,7 +4,10 @@
 #include <QString>
 
 #include <gmock/gmock.h>
+#include <string>
+#include <vector>
 
+using ::testing::Contains;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
@@ -17,6 +20,19 @@ std::string librariesOf(const char* program)
     ldd.start(QStringLiteral("ldd"), {QStringLiteral(MG_PROGRAM_DIR "/") + QLatin1String(program)});
     EXPECT_TRUE(ldd.waitForFinished() && ldd.exitCode() == 0) << program;
     return ldd.readAllStandardOutput().toStdString();
+}
+
+/// Every function and class that the program takes from a library.
+std::vector<std::string> namesAskedFor(const char* program)
+{
+    QProcess nm;
+    nm.start(QStringLiteral("nm"), {QStringLiteral("-DuC"), QStringLiteral("--without-symbol-versions"),
+                                    QStringLiteral(MG_PROGRAM_DIR "/") + QLatin1String(program)});
+    EXPECT_TRUE(nm.waitForFinished() && nm.exitCode() == 0) << program;
+    std::vector<std::string> names;
+    for (const QByteArray& line : nm.readAllStandardOutput().split('\n'))
+        names.push_back(line.mid(line.indexOf("U ") + 2).trimmed().toStdString());
+    return names;
 }
 
 } // namespace
@@ -38,6 +54,18 @@ TEST(Linkage, DocumentsNeedNeitherWindowsNorALink)
     EXPECT_THAT(libraries, HasSubstr("libQt6Gui.so"));
     for (const char* library : {"libQt6Widgets", "libQt6PrintSupport", "libQt6SerialPort", "libQCustomPlot"})
         EXPECT_THAT(libraries, Not(HasSubstr(library))) << library;
+}
+
+TEST(Linkage, NoProgramCanListenOnAPort)
+{
+    for (const char* program : {"marrowickgraph", "marrowick", "marrowick-draw", "marrowick-sim"}) {
+        const std::vector<std::string> names = namesAskedFor(program);
+        EXPECT_THAT(names, Contains(HasSubstr("QString"))) << program;
+        for (const char* way : {"listen", "bind", "accept", "accept4"})
+            EXPECT_THAT(names, Not(Contains(way))) << program;
+        for (const char* kind : {"QTcpServer", "QLocalServer", "QUdpSocket", "QSctpServer"})
+            EXPECT_THAT(names, Not(Contains(HasSubstr(kind)))) << program;
+    }
 }
 
 TEST(Linkage, TheProgramThatDrawsDoes)
