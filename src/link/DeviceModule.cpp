@@ -169,6 +169,7 @@ void DeviceModule::deviceConnected()
 {
     m_rxBegin = m_rxEnd = 0;
     m_settingsGivenTo.reset();
+    m_statusFrames.forgetReports();
     if (m_context.mirror.strDeviceSerial != InstrumentMirror().strDeviceSerial) {
         // Another instrument was opened without the first having been unplugged: nothing of the first goes to it.
         if (m_context.state.gbfDeviceReady) {

@@ -99,4 +99,5 @@ void DeviceModule::DeviceSendSettings()
     };
     for (const QString& text : commands)
         m_context.device.Write(text);
+    m_statusFrames.settingsSent();
 }

@@ -66,19 +66,33 @@ StatusFrames::StatusFrames(DeviceModule& device)
 
 // Sweep settings ------------------------------------------------------------------------------------------------------
 
-void StatusFrames::takeSweepRange(double start, double end)
+void StatusFrames::settingsSent()
+{
+    m_reported.start.command(m_mirror.dblStartFrequency);
+    m_reported.end.command(m_mirror.dblEndFrequency);
+    m_reported.idle.command(m_mirror.dblIdleFrequency);
+    m_reported.mode.command(m_mirror.iSweepMode);
+    m_reported.attenuation.command(m_mirror.iAttenuationCode);
+}
+
+bool StatusFrames::isPresent(ReportedSetting& setting, double value)
 {
     // What is set now is newer than an answer that is still on its way.
-    if (m_device.answers().late())
-        return;
-    takeIf(instrumentranges::isFrequency(m_mirror, start), m_mirror.dblStartFrequency, start);
-    takeIf(instrumentranges::isFrequency(m_mirror, end), m_mirror.dblEndFrequency, end);
+    return setting.believes(value) && !m_device.answers().late();
+}
+
+void StatusFrames::takeSweepRange(double start, double end)
+{
+    if (instrumentranges::isFrequency(m_mirror, start))
+        takeIf(isPresent(m_reported.start, start), m_mirror.dblStartFrequency, start);
+    if (instrumentranges::isFrequency(m_mirror, end))
+        takeIf(isPresent(m_reported.end, end), m_mirror.dblEndFrequency, end);
 }
 
 void StatusFrames::takeIdleFrequency(double hertz)
 {
-    takeIf(!m_device.answers().late() && instrumentranges::isIdleFrequency(m_mirror, hertz), m_mirror.dblIdleFrequency,
-           hertz);
+    if (instrumentranges::isIdleFrequency(m_mirror, hertz))
+        takeIf(isPresent(m_reported.idle, hertz), m_mirror.dblIdleFrequency, hertz);
     Q_EMIT m_events.changed(MirrorPart::IdleFrequency);
 }
 
@@ -90,7 +104,7 @@ bool StatusFrames::attenuation(const Frame& frame)
     m_mirror.bfAttenuationAvailable = available != 0;
     m_mirror.dblAttenuationStep = frame.number(3);
     m_mirror.iAttenuationSteps = values::roundToInt16(steps);
-    if (!m_device.answers().late())
+    if (isPresent(m_reported.attenuation, frame.number(4)))
         m_mirror.iAttenuationCode = values::roundToInt16(frame.number(4));
     Q_EMIT m_events.changed(MirrorPart::Attenuation);
     return true;
@@ -154,7 +168,7 @@ bool StatusFrames::completeState(const Frame& frame)
     std::int32_t mode = 0, parameter = 0;
     if (!frame.ParseF(mode) || !frame.ParseI(parameter))
         return false;
-    if (instrumentranges::isSweepMode(mode) && !m_device.answers().late())
+    if (instrumentranges::isSweepMode(mode) && isPresent(m_reported.mode, mode))
         m_mirror.iSweepMode = values::roundToInt16(mode);
     takeSweepRange(frame.number(1), frame.number(2));
     m_mirror.iPointsInTest = values::roundToInt16(frame.number(3));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "link/LinkContext.h"
+#include "link/rules/ReportedSetting.h"
 
 #include <cstdint>
 
@@ -18,6 +19,11 @@ class StatusFrames
 {
 public:
     explicit StatusFrames(DeviceModule& device);
+
+    /// The mirror's sweep settings have been sent: reports that are older do not come back into it.
+    void settingsSent();
+    /// Another connection: nothing was reported.
+    void forgetReports() { m_reported = {}; }
 
 private:
     using Method = bool (StatusFrames::*)(const Frame&);
@@ -43,10 +49,17 @@ private:
     bool sweepRange(const Frame& frame);            // s
     bool frequencyCompensation(const Frame& frame); // t
 
+    bool isPresent(ReportedSetting& setting, double value);
     void takeSweepRange(double start, double end);
     void takeIdleFrequency(double hertz);
 
+    struct Reported
+    {
+        ReportedSetting start, end, idle, mode, attenuation;
+    };
+
     DeviceModule& m_device;
+    Reported m_reported;
     InstrumentMirror& m_mirror;
     InstrumentEvents& m_events;
 };

@@ -82,6 +82,39 @@ TEST_F(LateAnswer, WhatTheInstrumentTellsBehindTheSecondCountsAgain)
     EXPECT_EQ(mirror.iAttenuationCode, 3);
 }
 
+TEST_F(LateAnswer, ACopyOfAnAnswerTakesNoStoredSettingBack)
+{
+    setting("S1", "iSweepMode", 1);
+    const QByteArray complete = numbers('X', '2', 7000, 9000, 33, 50, 1);
+    // Ahead of the serial number, and each twice: the instrument is given its own settings by the third.
+    send(complete + complete + text('V', '0', "S1"));
+    send(complete);
+    ASSERT_EQ(mirror.iSweepMode, 1);
+    send(complete);
+    EXPECT_EQ(mirror.iSweepMode, 1);
+    EXPECT_EQ(mirror.dblStartFrequency, 2000);
+}
+
+TEST_F(LateAnswer, AReportThatGetsLostLeavesWhatWasCommanded)
+{
+    setting("S1", "dblEndFrequency", 5000);
+    send(answer() + answer());
+    // Behind "startfreq"; the one behind "endfreq" does not come.
+    send(numbers('s', '0', 0, 2000, 9000));
+    EXPECT_EQ(mirror.dblEndFrequency, 5000);
+}
+
+TEST_F(LateAnswer, WhatTheInstrumentMakesOfACommandIsTaken)
+{
+    setting("S1", "dblEndFrequency", 5000);
+    send(answer() + answer());
+    send(numbers('s', '0', 0, 2000, 9000) + numbers('s', '0', 0, 2000, 4500));
+    EXPECT_EQ(mirror.dblEndFrequency, 4500);
+    // From here on the old value is a report like any other.
+    send(numbers('s', '0', 0, 2000, 9000));
+    EXPECT_EQ(mirror.dblEndFrequency, 9000);
+}
+
 TEST_F(LateAnswer, NothingIsStoredUnderASerialNumberBeforeItsAnswerIsComplete)
 {
     send(text('V', '0', "S1"));
