@@ -139,7 +139,7 @@ void prune(const QString& folder, const Limits& limits)
 {
     const QDateTime oldest = QDateTime::currentDateTime().addSecs(-limits.seconds);
     qint64 total = 0;
-    QStringList mayGo;
+    QStringList mayGo, mayGoLast;
     const auto known = sessions(folder);
     for (const QString& session : known) {
         const QStringList files = journals(folder, session);
@@ -152,14 +152,17 @@ void prune(const QString& folder, const Limits& limits)
                 QFile::remove(file);
             } else {
                 total += info.size();
-                mayGo.append(file);
+                // What a crash has left and nobody was told of yet outlasts all else.
+                (file == files.last() && !isTold(folder, session) ? mayGoLast : mayGo).append(file);
             }
         }
     }
-    std::stable_sort(mayGo.begin(), mayGo.end(), [](const QString& one, const QString& other) {
+    const auto older = [](const QString& one, const QString& other) {
         return QFileInfo(one).lastModified() < QFileInfo(other).lastModified();
-    });
-    for (const QString& file : std::as_const(mayGo)) {
+    };
+    std::stable_sort(mayGo.begin(), mayGo.end(), older);
+    std::stable_sort(mayGoLast.begin(), mayGoLast.end(), older);
+    for (const QString& file : mayGo + mayGoLast) {
         if (total <= limits.bytes)
             break;
         total -= QFileInfo(file).size();

@@ -38,7 +38,7 @@ bool markTold(const QString& folder, const QString& session);
 bool isTold(const QString& folder, const QString& session);
 
 /// Takes away what is too old, then the oldest until the rest keeps the limit, and what ended sessions leave behind.
-/// The last journal of a running program stays.
+/// The last journal of a running program stays; that of an ended one of which nobody was told goes behind all others.
 void prune(const QString& folder, const Limits& limits);
 
 } // namespace recovery

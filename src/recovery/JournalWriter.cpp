@@ -57,6 +57,7 @@ public:
 
     /// 0, or the error as errno.
     int start();
+    /// The same. After an error the file ends with the last record that is whole, and goes when it holds none.
     int write(const QByteArray& bytes);
     int sync() { return m_descriptor < 0 || ::fdatasync(m_descriptor) == 0 || errno == EINVAL ? 0 : errno; }
 
@@ -67,6 +68,7 @@ private:
             ::close(std::exchange(m_descriptor, -1));
     }
     int takeSession();
+    int append(const QByteArray& bytes);
 
     QString m_folder;
     QString m_session;
@@ -74,6 +76,7 @@ private:
     FileLock m_lock;
     int m_number = 0;
     int m_descriptor = -1;
+    qint64 m_whole = 0; ///< bytes of the present file, up to the end of its last whole record
 };
 
 int SessionFiles::takeSession()
@@ -98,12 +101,30 @@ int SessionFiles::start()
     m_descriptor = ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_APPEND | O_NOFOLLOW | O_CLOEXEC, 0600);
     if (m_descriptor < 0)
         return errno;
+    m_whole = 0;
     const int error = write(QByteArray(kFileMark, kFileMarkSize));
     prune(m_folder, m_limits);
     return error;
 }
 
 int SessionFiles::write(const QByteArray& bytes)
+{
+    const int error = append(bytes);
+    if (error == 0) {
+        m_whole += bytes.size();
+        return 0;
+    }
+    // A disk that stays full would gather a file with each attempt.
+    if (m_whole <= kFileMarkSize) {
+        ::unlink(QFile::encodeName(journalFile(m_folder, m_session, m_number)).constData());
+        close();
+    } else if (::ftruncate(m_descriptor, m_whole) != 0) {
+        close(); // a reader stops at the torn record by itself
+    }
+    return error;
+}
+
+int SessionFiles::append(const QByteArray& bytes)
 {
     qsizetype done = 0;
     while (done < bytes.size()) {
@@ -250,6 +271,12 @@ JournalWriter::~JournalWriter()
 void JournalWriter::startFile()
 {
     m_state->add({Job::File}, m_state);
+}
+
+void JournalWriter::resume()
+{
+    const std::lock_guard lock(m_state->mutex);
+    m_state->failed = false;
 }
 
 void JournalWriter::append(const QByteArray& bytes)

@@ -14,12 +14,12 @@
 namespace recovery {
 
 /// Puts bytes into the journal files of a session, in a thread of its own: no disk, however slow, holds up the caller.
-/// The first call makes the folder, takes the session's lock and prunes the folder. After the first failure nothing is
-/// written any more.
+/// The first call makes the folder, takes the session's lock and prunes the folder. After a failure nothing is written
+/// before resume().
 class JournalWriter
 {
 public:
-    /// failed is called once at most, in the thread, with the error as errno.
+    /// failed is called in the thread, with the error as errno, once for each time that writing ends.
     JournalWriter(QString folder, QString session, const Limits& limits, std::function<void(int)> failed);
     /// Waits two seconds at most for what is not written yet.
     ~JournalWriter();
@@ -28,6 +28,8 @@ public:
 
     /// What follows goes into a new file.
     void startFile();
+    /// Tries again behind a failure: what follows is to begin with startFile().
+    void resume();
     /// One write to the system. Counts as a failure (ENOBUFS) when the disk is behind by more than kMostWaiting bytes.
     void append(const QByteArray& bytes);
     /// What was appended so far goes to the disk itself.

@@ -7,6 +7,7 @@
 #include <QMetaObject>
 #include <QPointer>
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -28,6 +29,9 @@ RecoveryJournal::RecoveryJournal(const QString& folder, const Limits& limits, QO
     m_snapshotTimer.setSingleShot(true);
     m_snapshotTimer.setInterval(kSnapshotWait);
     connect(&m_snapshotTimer, &QTimer::timeout, this, &RecoveryJournal::takeSnapshots);
+    m_retryTimer.setSingleShot(true);
+    m_retryTimer.setInterval(kRetryWait);
+    connect(&m_retryTimer, &QTimer::timeout, this, &RecoveryJournal::tryAgain);
     m_block.points.reserve(kBlock);
 }
 
@@ -252,6 +256,8 @@ QByteArray RecoveryJournal::penRecord(const PenDocument& document, int pen) cons
 
 void RecoveryJournal::write(RecordType type, const QByteArray& payload)
 {
+    if (m_failed)
+        return;
     if (!m_started || m_inFile > m_limits.fileBytes)
         startFile();
     const QByteArray record = framed(type, payload);
@@ -275,6 +281,20 @@ void RecoveryJournal::startFile()
 
 void RecoveryJournal::report(int error)
 {
-    Q_EMIT failed(tr("What is measured cannot be kept for recovery in %1: %2.")
-                      .arg(m_folder, QString::fromLocal8Bit(std::strerror(error))));
+    m_failed = true;
+    m_retryTimer.start();
+    if (!std::exchange(m_told, true))
+        Q_EMIT failed(tr("What is measured cannot be kept for recovery in %1: %2.")
+                          .arg(m_folder, QString::fromLocal8Bit(std::strerror(error))));
+}
+
+void RecoveryJournal::tryAgain()
+{
+    // The snapshots that a file begins with hold the points that wait, and whatever else was missed.
+    m_block.points.clear();
+    m_blockTimer.stop();
+    m_failed = false;
+    m_retryTimer.setInterval(std::min(2 * m_retryTimer.interval(), kLongestRetryWait));
+    m_writer.resume();
+    startFile();
 }

@@ -18,15 +18,18 @@ class PenDocument;
 /// points after their arrival, and reach the disk itself at the end of a sweep.
 ///
 /// Nothing is made on the disk before there is something to keep. A folder that cannot be written to changes nothing
-/// but that failed() is raised, once.
+/// but that failed() is raised, once; it is tried again after a while, less and less often, and once it can be written
+/// to everything unsaved is kept again.
 class RecoveryJournal : public QObject
 {
     Q_OBJECT
 
 public:
-    static constexpr int kBlock = 256;              ///< points
-    static constexpr int kLongestWait = 200;        ///< milliseconds
-    static constexpr int kSnapshotWait = 10 * 1000; ///< milliseconds
+    static constexpr int kBlock = 256;             ///< points
+    static constexpr int kLongestWait = 200;       ///< milliseconds
+    static constexpr int kSnapshotWait = 2 * 1000; ///< milliseconds
+    static constexpr int kRetryWait = 10 * 1000;   ///< milliseconds behind a first failure
+    static constexpr int kLongestRetryWait = 5 * 60 * 1000;
 
     explicit RecoveryJournal(const QString& folder, const recovery::Limits& limits = {}, QObject* parent = nullptr);
     ~RecoveryJournal() override;
@@ -42,10 +45,13 @@ public:
     /// The same, and waits until all of it has been handed to the system. False when that failed or took too long.
     bool settle(std::chrono::milliseconds patience = std::chrono::seconds(2));
 
+    /// Milliseconds in place of kRetryWait.
+    void setRetryWait(int milliseconds) { m_retryTimer.setInterval(milliseconds); }
+
     const recovery::JournalWriter& writer() const { return m_writer; }
 
 Q_SIGNALS:
-    /// One sentence: nothing is kept any more. Raised from the event loop.
+    /// One sentence: nothing is kept for now. Raised from the event loop.
     void failed(const QString& sentence);
 
 private:
@@ -74,6 +80,7 @@ private:
     void write(recovery::RecordType type, const QByteArray& payload);
     void startFile();
     void report(int error);
+    void tryAgain();
 
     QString m_folder;
     recovery::Limits m_limits;
@@ -83,8 +90,11 @@ private:
     QElapsedTimer m_blockAge;
     QTimer m_blockTimer;
     QTimer m_snapshotTimer;
+    QTimer m_retryTimer;
     bool m_sweeping = false;
     bool m_started = false;
+    bool m_failed = false; ///< nothing is written until the next attempt
+    bool m_told = false;
     qint64 m_inFile = 0; ///< bytes behind the snapshots that the present file begins with
     recovery::JournalWriter m_writer;
 };

@@ -4,6 +4,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -305,6 +306,112 @@ TEST_F(RecoveryJournalTest, FolderThatCannotBeMadeIsToldOnceAndHoldsNothingUp)
     QTest::qWait(20);
     EXPECT_EQ(failures.count(), 1);
     EXPECT_EQ(PenData::of(document->peGraph(), 0).points(), 600);
+}
+
+TEST_F(RecoveryJournalTest, FolderThatCanBeMadeAgainIsWrittenToAgain)
+{
+    const QString state = bench.path(QStringLiteral("state"));
+    {
+        QFile file(state);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+    const auto document = bench.document(PenDocument::Impedance);
+    auto keeper = journal();
+    keeper->setRetryWait(20);
+    QSignalSpy failures(keeper.get(), &RecoveryJournal::failed);
+    sweep(*document, 300, 1);
+    ASSERT_TRUE(QTest::qWaitFor([&failures] { return !failures.isEmpty(); }));
+    ASSERT_TRUE(QFile::remove(state));
+    ASSERT_TRUE(QTest::qWaitFor([&keeper] { return keeper->settle(); }));
+    document->setCurrentPen(1);
+    sweep(*document, 200, 2);
+    ASSERT_TRUE(keeper->settle());
+    EXPECT_EQ(failures.count(), 1);
+    keeper.reset();
+    const auto plots = store().plots();
+    ASSERT_EQ(plots.size(), 1U);
+    const auto graph = graphOf(store().read(plots.front()));
+    EXPECT_EQ(PenData::of(*graph, 0), PenData::of(document->peGraph(), 0)) << "measured while nothing was kept";
+    EXPECT_EQ(PenData::of(*graph, 1), PenData::of(document->peGraph(), 1));
+}
+
+TEST_F(RecoveryJournalTest, FullDiskIsToldOnceAndTheJournalGoesOnWhenThereIsRoom)
+{
+    // No file may grow, which looks to the journal as a disk that is full. Its thread has the signal masked.
+    rlimit unlimited = {};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &unlimited), 0);
+    const auto document = bench.document(PenDocument::Impedance);
+    auto keeper = journal();
+    keeper->setRetryWait(20);
+    QSignalSpy failures(keeper.get(), &RecoveryJournal::failed);
+    sweep(*document, 300, 1);
+    ASSERT_TRUE(keeper->settle());
+    const rlimit full = {static_cast<rlim_t>(QFileInfo(files().first()).size()) + 1000, unlimited.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &full), 0);
+    document->setCurrentPen(1);
+    begin(*document);
+    for (int point = 0; point < 1000; ++point)
+        measure(*document, point, 2);
+    keeper->flush();
+    const bool told = QTest::qWaitFor([&failures] { return !failures.isEmpty(); });
+    for (int round = 0; round < 10; ++round)
+        QTest::qWait(20); // attempts, each in vain
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &unlimited), 0);
+    EXPECT_TRUE(told);
+    EXPECT_LE(files().size(), 2) << "attempts leave no files behind";
+    EXPECT_EQ(PenData::of(document->peGraph(), 1).points(), 1000);
+
+    ASSERT_TRUE(QTest::qWaitFor([&keeper] { return keeper->settle(); }));
+    measure(*document, 1000, 2);
+    Q_EMIT events.sweepEnded(document.get());
+    ASSERT_TRUE(keeper->settle());
+    EXPECT_EQ(failures.count(), 1);
+    keeper.reset();
+    const auto plots = store().plots();
+    ASSERT_EQ(plots.size(), 1U);
+    const auto graph = graphOf(store().read(plots.front()));
+    EXPECT_EQ(PenData::of(*graph, 0), PenData::of(document->peGraph(), 0));
+    EXPECT_EQ(PenData::of(*graph, 1), PenData::of(document->peGraph(), 1));
+    EXPECT_EQ(PenData::of(*graph, 1).points(), 1001);
+}
+
+TEST_F(RecoveryJournalTest, WhatACrashHasLeftOutlastsTheSweepsOfOthers)
+{
+    const auto document = bench.document(PenDocument::Impedance);
+    const Limits limits{.bytes = 300'000, .fileBytes = 50'000};
+    {
+        const auto crashed = journal(limits);
+        sweep(*document, 700, 1);
+        ASSERT_TRUE(crashed->settle());
+    }
+    const PenData measured = PenData::of(document->peGraph(), 0);
+    const auto other = bench.document(PenDocument::Impedance);
+    const auto keeper = journal(limits);
+    for (int round = 0; round < 60; ++round)
+        sweep(*other, 1000, round);
+    ASSERT_TRUE(keeper->settle(std::chrono::seconds(20)));
+    const auto untold = store().takeUntold();
+    ASSERT_EQ(untold.size(), 1U);
+    EXPECT_EQ(PenData::of(*graphOf(store().read(untold.front())), 0), measured);
+}
+
+TEST_F(RecoveryJournalTest, TitleThatWasChangedIsKeptWithoutASweep)
+{
+    const auto document = bench.document(PenDocument::Impedance);
+    auto keeper = journal();
+    sweep(*document, 30);
+    ASSERT_TRUE(keeper->settle());
+    document->peGraph().setMainTitle(QStringLiteral("Filter 7"));
+    document->UpdatePenLock(0, true);
+    const auto before = keeper->writer().bytesWritten();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return keeper->writer().bytesWritten() > before; }, 20000));
+    ASSERT_TRUE(keeper->settle());
+    keeper.reset();
+    const auto plots = store().plots();
+    ASSERT_EQ(plots.size(), 1U);
+    const auto graph = graphOf(store().read(plots.front()));
+    EXPECT_EQ(graph->MainTitle(), "Filter 7");
+    EXPECT_EQ(graph->MultiSubTitles(0), "X000000000");
 }
 
 TEST_F(RecoveryJournalTest, WaitingPointsLeaveAfterTheLongestWait)
