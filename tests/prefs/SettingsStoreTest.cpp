@@ -278,6 +278,27 @@ TEST_F(SettingsStoreTest, KeepsTheOldFileWholeWhenTheDiskIsFull)
     EXPECT_TRUE(save("A", "k2", 1));
 }
 
+TEST_F(SettingsStoreTest, ReadsAFileOfTheLargestSizeAndNoneAbove)
+{
+    constexpr qsizetype kLargest = 16 << 20;
+    ASSERT_TRUE(save("A", "k", QStringLiteral("x")));
+    const QString longest(kLargest - fileBytes().size() + 1, u'x');
+    ASSERT_TRUE(save("A", "k", longest));
+    const QByteArray largest = fileBytes();
+    ASSERT_EQ(largest.size(), kLargest);
+    SettingsStore atTheBound(store.folder());
+    EXPECT_TRUE(atTheBound.GetSetting(kApp, text("A"), text("k"), QString()) == longest);
+    EXPECT_FALSE(atTheBound.takeDamage());
+
+    QFile file(store.fileOf(kApp));
+    ASSERT_TRUE(file.open(QFile::WriteOnly));
+    ASSERT_EQ(file.write(QByteArray(largest).insert(largest.indexOf("xxxx"), 'x')), kLargest + 1);
+    file.close();
+    SettingsStore aboveIt(store.folder());
+    EXPECT_TRUE(aboveIt.GetSetting(kApp, text("A"), text("k"), QString()).isEmpty());
+    EXPECT_TRUE(aboveIt.takeDamage());
+}
+
 TEST_F(SettingsStoreTest, WritesABatchTogether)
 {
     ASSERT_TRUE(save("A", "k", 1));
