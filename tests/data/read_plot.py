@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Prints format, title and the first curve of a plot file, with a stock CBOR library and nothing of this project.
 
-With --all behind the file's name: every point of every subset, one a line: subset, number of the point, X, Y.
+With --all behind the file's name: every point of every subset up to the first that was not measured, one a line:
+subset, number of the point, X, Y. With --present those behind it as well.
 """
 import struct
 import sys
@@ -29,11 +30,13 @@ def floats(entry):
 
 points = content["Points"]
 xs, ys = floats(content["XData"]), floats(content["YData"])
-if "--all" in sys.argv[2:]:
+if "--all" in sys.argv[2:] or "--present" in sys.argv[2:]:
     for subset in range(content["Subsets"]):
         pen = subset % 10  # its first subset tells where it ends: a phase of -65536 is one that was not measured
         for point in range(points):
             if xs[pen * points + point] == 0 or ys[pen * points + point] == -65536:
+                if "--present" in sys.argv[2:]:
+                    continue
                 break
             at = subset * points + point
             print(subset, point, repr(xs[at]), repr(ys[at]))

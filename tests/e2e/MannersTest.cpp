@@ -2,6 +2,7 @@
 // Bad manners of an instrument in random mixtures, against whole programs: a sweep that counts as made is the one that
 // was asked for, point by point; any other is told by the exit code.
 #include "e2e/EndToEnd.h"
+#include "e2e/RandomSweep.h"
 #include "e2e/SweepJudge.h"
 #include "prefs/SettingsStore.h"
 
@@ -9,7 +10,6 @@
 #include <QFile>
 
 #include <gmock/gmock.h>
-#include <random>
 
 using namespace e2e;
 using namespace std::chrono_literals;
@@ -22,60 +22,6 @@ constexpr int kSeeds = 24;
 /// More seeds than the suite has time for: MARROWICK_MANNERS_SEEDS=1000 build/dev/bin/test_e2e
 /// --gtest_filter='MannersTest.*'. A number below kSeeds, or none, leaves it at those.
 constexpr const char* kSeedsVariable = "MARROWICK_MANNERS_SEEDS";
-
-class Dice
-{
-public:
-    explicit Dice(int seed)
-        : m_engine(static_cast<unsigned>(seed))
-    {}
-    /// From low to high, both included.
-    int number(int low, int high) { return std::uniform_int_distribution<int>(low, high)(m_engine); }
-    bool oneIn(int sides) { return number(1, sides) == 1; }
-
-private:
-    std::mt19937 m_engine;
-};
-
-Manners someManners(Dice& dice)
-{
-    Manners manners;
-    if (dice.oneIn(2))
-        manners.enquiryDelays = {std::chrono::milliseconds(dice.number(0, 300)),
-                                 std::chrono::milliseconds(dice.number(0, 500))};
-    if (dice.oneIn(3))
-        manners.delay = std::chrono::milliseconds(dice.number(1, 30));
-    if (dice.oneIn(3))
-        manners.copies = dice.number(2, 3);
-    if (dice.oneIn(2)) {
-        manners.piece = static_cast<std::size_t>(dice.number(1, 200));
-        manners.pause = std::chrono::microseconds(manners.piece < 20 ? 10 : dice.number(10, 500));
-    }
-    if (dice.oneIn(4))
-        manners.order = Manners::Order::XFirst;
-    if (dice.oneIn(4))
-        manners.leftOut = std::string("lBRtQS").substr(static_cast<std::size_t>(dice.number(0, 5)), 1);
-    if (dice.oneIn(4))
-        manners.levelsEvery = std::chrono::milliseconds(dice.number(5, 50));
-    return manners;
-}
-
-AskedSweep someSweep(Dice& dice)
-{
-    AskedSweep asked;
-    asked.type = QStringList{QStringLiteral("amplitude"), QStringLiteral("impedance"),
-                             QStringLiteral("reactance")}[dice.number(0, 2)];
-    asked.from = dice.number(10, 50000);
-    asked.to = asked.from + dice.number(1000, 5000000);
-    asked.points = dice.number(2, 200);
-    asked.direction =
-        QStringList{QStringLiteral("up"), QStringLiteral("down"), QStringLiteral("alternate")}[dice.number(0, 2)];
-    asked.attenuation = 10 * dice.number(0, 4);
-    asked.linear = dice.oneIn(2);
-    asked.phase = dice.oneIn(2);
-    asked.repeat = dice.oneIn(4) ? dice.number(2, 3) : 1;
-    return asked;
-}
 
 class MannersTest : public EndToEndTest
 {

@@ -30,8 +30,15 @@ struct AskedSweep
 /// reports are not looked at. Failures are those of the running test.
 void judgeSwept(const AskedSweep& asked, const played::Settings& before, const std::vector<played::Sweep>& sweeps);
 
+/// The same of sweeps that a bad line may have cut short or kept unheard: none was begun that nobody asked for.
+void judgeBegun(const AskedSweep& asked, const played::Settings& before, const std::vector<played::Sweep>& sweeps);
+
 /// Judges the plot file, read by a stock CBOR library, by the closed form of the part at the frequencies asked for:
 /// each point of all four views of each pen.
 void judgePlot(const AskedSweep& asked, const SeriesPart& part, const QString& plotFile);
+
+/// The same for what a bad line has left of a run: each point that was stored is the one measured there, but for those
+/// whose numbers the line itself has spoilt. Answers with how many values were judged.
+int judgeStored(const AskedSweep& asked, const played::ScriptedInstrument& instrument, const QString& plotFile);
 
 } // namespace e2e

@@ -12,9 +12,11 @@
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
+#include <iterator>
 #include <poll.h>
 #include <termios.h>
 #include <unistd.h>
+#include <utility>
 
 namespace played {
 namespace {
@@ -43,6 +45,8 @@ ScriptedInstrument::ScriptedInstrument(const QString& serial, const Traits& trai
     , m_protocol(serial.toStdString(), traits)
     , m_manners(manners)
 {
+    if (manners.line)
+        m_line.emplace(*manners.line);
     if (openTerminal() && enter())
         m_thread = std::thread([this] { serve(); });
 }
@@ -97,6 +101,9 @@ void ScriptedInstrument::setManners(const Manners& manners)
 {
     const std::lock_guard lock(m_mutex);
     m_manners = manners;
+    m_line.reset();
+    if (manners.line)
+        m_line.emplace(*manners.line);
     wake();
 }
 
@@ -110,10 +117,21 @@ void ScriptedInstrument::send(const std::string& bytes)
 void ScriptedInstrument::hangUp()
 {
     const std::lock_guard lock(m_mutex);
+    pullCable();
+    wake();
+}
+
+void ScriptedInstrument::pullCable()
+{
     if (!m_ending && !m_entry.isEmpty())
         QFile::remove(m_entry);
     m_ending = true;
-    wake();
+}
+
+bool ScriptedInstrument::hungUp() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_ending;
 }
 
 void ScriptedInstrument::afterFrame(char code, int nth, std::function<void()> action)
@@ -262,7 +280,7 @@ bool ScriptedInstrument::round()
     takeDue();
     measure();
     write();
-    return true;
+    return !m_ending;
 }
 
 ScriptedInstrument::Clock::time_point ScriptedInstrument::nextTurn() const
@@ -395,8 +413,14 @@ void ScriptedInstrument::queueAnswer(Frames frames, bool enquiry)
 
 void ScriptedInstrument::queue(const std::string& frame)
 {
-    if (!m_manners.silent && !leavesOut(frame))
-        m_output.push_back(frame);
+    if (m_manners.silent || leavesOut(frame))
+        return;
+    if (!m_line) {
+        m_output.push_back({frame});
+        return;
+    }
+    for (BadLine::Piece& piece : m_line->carry(frame))
+        m_output.push_back(std::move(piece));
 }
 
 bool ScriptedInstrument::leavesOut(const std::string& frame) const
@@ -427,13 +451,15 @@ void ScriptedInstrument::measure()
 
 std::string ScriptedInstrument::nextBytes() const
 {
-    std::string bytes = m_output.front().substr(m_written);
+    std::string bytes = m_output.front().bytes.substr(m_written);
     if (m_manners.piece == 0)
         return bytes;
     const bool others = m_written == 0 || m_urgent.empty(); // what is urgent comes behind this frame
-    for (auto frame = m_output.begin() + 1; others && frame != m_output.end() && bytes.size() < m_manners.piece;
-         ++frame)
-        bytes += *frame;
+    for (auto next = m_output.begin() + 1; others && next != m_output.end() && bytes.size() < m_manners.piece; ++next) {
+        if (next->before > 0ms || std::prev(next)->last)
+            break;
+        bytes += next->bytes;
+    }
     bytes.resize(std::min(bytes.size(), m_manners.piece));
     return bytes;
 }
@@ -441,11 +467,14 @@ std::string ScriptedInstrument::nextBytes() const
 void ScriptedInstrument::bytesGone(std::size_t count)
 {
     m_written += count;
-    while (!m_output.empty() && m_written >= m_output.front().size()) {
-        m_written -= m_output.front().size();
-        note(false, m_output.front());
-        match(false, m_output.front());
+    while (!m_output.empty() && m_written >= m_output.front().bytes.size()) {
+        const BadLine::Piece piece = std::move(m_output.front());
         m_output.pop_front();
+        m_written -= piece.bytes.size();
+        note(false, piece.bytes);
+        match(false, piece.bytes);
+        if (piece.last)
+            pullCable();
     }
 }
 
@@ -453,11 +482,15 @@ void ScriptedInstrument::write()
 {
     while (m_nextPiece <= Clock::now()) {
         if (m_written == 0 && !m_urgent.empty()) {
-            m_output.push_front(m_urgent.front());
+            m_output.push_front({m_urgent.front()});
             m_urgent.pop_front();
         }
         if (m_output.empty())
             return;
+        if (const auto silence = std::exchange(m_output.front().before, 0ms); silence > 0ms) {
+            m_nextPiece = Clock::now() + silence;
+            return;
+        }
         const std::string bytes = nextBytes();
         const ssize_t count = ::write(m_master, bytes.data(), bytes.size());
         if (count <= 0)
@@ -465,7 +498,7 @@ void ScriptedInstrument::write()
         if (m_manners.piece > 0)
             m_nextPiece = Clock::now() + m_manners.pause;
         bytesGone(static_cast<std::size_t>(count));
-        if (!m_actions.empty())
+        if (m_ending || !m_actions.empty())
             return; // what they do comes ahead of the next frame
     }
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/instrument/BadLine.h"
 #include "support/instrument/PlayedProtocol.h"
 
 #include <QString>
@@ -9,6 +10,7 @@
 #include <deque>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -36,7 +38,8 @@ struct Manners
     std::string leftOut; ///< codes of frames that are never sent
     bool silent = false; ///< sends nothing at all
     Milliseconds pointTime{0};
-    Milliseconds levelsEvery{0}; ///< while the idle output is on; 0: tells no levels
+    Milliseconds levelsEvery{0};    ///< while the idle output is on; 0: tells no levels
+    std::optional<LineFaults> line; ///< what becomes of frames on their way; the log has what was left of them
 };
 
 /// What passed, and when: time since the instrument was switched on.
@@ -70,6 +73,8 @@ public:
     void send(const std::string& bytes);
     /// The cable is pulled. There is no way back: the next one is another object.
     void hangUp();
+    /// The cable has been pulled, by hangUp() or by the line.
+    bool hungUp() const;
     /// The action runs once, on the instrument's thread: when the n-th (from 1) frame of that code has gone out, before
     /// another one does (where pieces are written: before the next but one does); or when the n-th command beginning
     /// with that word has been taken.
@@ -124,6 +129,7 @@ private:
     void hostGone();
     void queueAnswer(Frames frames, bool enquiry);
     void queue(const std::string& frame);
+    void pullCable();
     void note(bool received, const std::string& text);
     void match(bool onCommand, const std::string& text);
     void runActions();
@@ -145,7 +151,8 @@ private:
     Clock::time_point m_heard;
     std::deque<std::string> m_waiting;      ///< commands not yet answered
     std::optional<Clock::time_point> m_due; ///< of the first of them
-    std::deque<std::string> m_output;
+    std::optional<BadLine> m_line;
+    std::deque<BadLine::Piece> m_output;
     std::deque<std::string> m_urgent; ///< goes out ahead of it
     std::size_t m_written = 0;        ///< bytes of the first in m_output
     Clock::time_point m_nextPiece, m_nextPoint, m_nextLevel;
