@@ -62,19 +62,9 @@ int main(int argc, char** argv)
 
     FirstPaintMark mark;
     StartUp startUp;
-    // Before the window is there a request waits for it.
-    bool ended = false;
-    const auto end = [&startUp, &ended] {
-        ended = true;
-        if (frmMain* const window = startUp.mainWindow())
-            window->endUnasked();
-    };
     const Interrupts interrupts(kLongestEnd);
-    QObject::connect(&interrupts, &Interrupts::interrupted, &application, end);
-    QObject::connect(&application, &QGuiApplication::commitDataRequest, &application, end, Qt::DirectConnection);
+    QObject::connect(&interrupts, &Interrupts::interrupted, &application, [&startUp] { startUp.requestEnd(); });
     startUp.run(options);
-    if (ended)
-        end();
     // The window may have been closed already, from a question at the start: then there is no loop to wait in.
     if (startUp.mainWindow()->isUnloaded())
         return 0;

@@ -22,7 +22,9 @@
 #include "shell/ui/frmSplash.h"
 
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QPointer>
+#include <QScopeGuard>
 
 #include <cstdio>
 
@@ -46,11 +48,17 @@ struct StartUp::Program
     QuorrelMessages messages;
     std::unique_ptr<frmSplash> splash;
     std::unique_ptr<frmMain> main;
+    QObject session; ///< as long as this lives the end of the desktop session is listened to
 };
 
 StartUp::StartUp(const QString& settingsFolder)
     : m_program(std::make_unique<Program>(settingsFolder))
-{}
+{
+    // Direct: the session waits for the answer, and for nothing behind it.
+    QObject::connect(
+        qGuiApp, &QGuiApplication::commitDataRequest, &m_program->session, [this] { requestEnd(); },
+        Qt::DirectConnection);
+}
 
 StartUp::~StartUp() = default;
 
@@ -59,8 +67,19 @@ frmMain* StartUp::mainWindow() const
     return m_program->main.get();
 }
 
+void StartUp::requestEnd()
+{
+    m_endRequested = true;
+    if (frmMain* const window = mainWindow())
+        window->endUnasked();
+}
+
 void StartUp::run(const StartUpOptions& options)
 {
+    const auto endBehind = qScopeGuard([this] {
+        if (m_endRequested)
+            requestEnd();
+    });
     Program& program = *m_program;
     ProgramState& state = program.state;
 

@@ -26,6 +26,10 @@ public:
     /// closed meanwhile.
     void run(const StartUpOptions& options);
 
+    /// Ends the program without a question, as a signal or the end of the desktop session wants it: what is unsaved
+    /// goes to the recovery journal. Before the window is there the request waits for it.
+    void requestEnd();
+
     /// Null before run() and after the window has gone.
     frmMain* mainWindow() const;
 
@@ -38,4 +42,5 @@ private:
 
     struct Program;
     std::unique_ptr<Program> m_program;
+    bool m_endRequested = false;
 };

@@ -13,6 +13,9 @@
 
 namespace {
 
+/// The menus of the window, each a test of its own.
+constexpr const char* kMenus[] = {"&File", "&Edit", "&View", "&Test", "&Masks", "&Window", "&Help"};
+
 class EveryEntryTest : public MainWindowHarness, public ::testing::WithParamInterface<const char*>
 {
 protected:
@@ -143,17 +146,32 @@ TEST_P(EveryEntryTest, ofAMenuMayBePressed)
     EXPECT_GT(m_pressed, 5);
 }
 
-INSTANTIATE_TEST_SUITE_P(Menus, EveryEntryTest,
-                         ::testing::Values("&File", "&Edit", "&View", "&Test", "&Masks", "&Window", "&Help"));
+INSTANTIATE_TEST_SUITE_P(Menus, EveryEntryTest, ::testing::ValuesIn(kMenus));
 
 class EveryButtonTest : public EveryEntryTest
 {};
 
+TEST_F(EveryButtonTest, noMenuIsLeftOut)
+{
+    QStringList menus, pressed;
+    for (const QAction* top : main->menuBar()->actions()) {
+        menus += top->text();
+        ASSERT_NE(top->menu(), nullptr);
+        for (const QAction* entry : top->menu()->actions())
+            EXPECT_EQ(entry->menu(), nullptr)
+                << "an entry of " << entry->text().toStdString() << " would not be pressed";
+    }
+    for (const char* const menu : kMenus)
+        pressed += QLatin1String(menu);
+    EXPECT_EQ(menus, pressed);
+}
+
 TEST_F(EveryButtonTest, ofTheBarsMayBePressed)
 {
     for (const Situation situation : kSituations) {
-        for (const char* name : {"tbToolBar", "tbPenBar"}) {
-            auto* bar = main->findChild<QToolBar*>(QLatin1String(name));
+        const auto bars = main->findChildren<QToolBar*>();
+        ASSERT_GE(bars.size(), 2);
+        for (QToolBar* const bar : bars) {
             for (QAction* action : bar->actions()) {
                 arrange(situation);
                 QWidget* button = bar->widgetForAction(action);
@@ -179,7 +197,8 @@ TEST_F(EveryButtonTest, ofThePopupMayBePressed)
         const qsizetype count = popup->actions().size();
         closePopups();
         for (qsizetype i = 0; i < count; ++i) {
-            for (qsizetype sub = 0; sub < 3; ++sub) {
+            qsizetype ofSub = 1;
+            for (qsizetype sub = 0; sub < ofSub; ++sub) {
                 arrange(situation);
                 popup = openPopup();
                 ASSERT_NE(popup, nullptr);
@@ -189,6 +208,7 @@ TEST_F(EveryButtonTest, ofThePopupMayBePressed)
                     break;
                 }
                 QMenu* subMenu = entry->menu();
+                ofSub = subMenu ? subMenu->actions().size() : 1;
                 press(*popup, *entry); // a menu without sub-menu dies with this
                 if (subMenu) {
                     ASSERT_TRUE(waitFor([subMenu] { return subMenu->isVisible(); }));
@@ -200,6 +220,23 @@ TEST_F(EveryButtonTest, ofThePopupMayBePressed)
         }
     }
     EXPECT_GT(m_pressed, 30);
+}
+
+TEST_F(EveryButtonTest, ofTheEndMayBePressed)
+{
+    for (const Situation situation : kSituations) {
+        if (main->isUnloaded()) {
+            main = std::make_unique<frmMain>(ShellContext{state, preferences, devices, device, mirror, messages});
+            SetUp();
+        }
+        arrange(situation);
+        QMenu* const menu = main->menuBar()->actions().constFirst()->menu();
+        ASSERT_NE(openMenu(*menu), nullptr);
+        QAction* const entry = &action("mnuFileExit");
+        ASSERT_TRUE(entry->isEnabled());
+        press(*menu, *entry);
+        EXPECT_TRUE(main->isUnloaded()) << "situation " << static_cast<int>(situation);
+    }
 }
 
 TEST_F(EveryButtonTest, ofTheKeyboardMayBePressed)

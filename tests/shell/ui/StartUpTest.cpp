@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/StartUp.h"
 
+#include "controls/graph/GraphFile.h"
+#include "controls/graph/GraphModel.h"
 #include "document/DocumentList.h"
 #include "document/PenDocument.h"
 #include "link/ui/frmDevice.h"
 #include "prefs/Preferences.h"
 #include "prefs/SettingsStore.h"
 #include "recovery/RecoveryJournal.h"
+#include "recovery/RecoveryStore.h"
 #include "shell/ui/frmMain.h"
 #include "shell/ui/frmQuorrelMessage.h"
 #include "shell/ui/frmSplash.h"
@@ -14,11 +17,14 @@
 #include <QApplication>
 #include <QFile>
 #include <QLabel>
+#include <QMetaObject>
+#include <QSessionManager>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextEdit>
 #include <QTimer>
 
+#include <cstddef>
 #include <gtest/gtest.h>
 
 namespace {
@@ -75,6 +81,45 @@ protected:
 private:
     QTimer m_dismiss;
 };
+
+/// The desktop session ends. Nothing but a session manager makes a QSessionManager, and nobody here looks at it.
+void endSession()
+{
+    alignas(QSessionManager) static std::byte nobody[sizeof(QSessionManager)];
+    ASSERT_TRUE(QMetaObject::invokeMethod(
+        qGuiApp, "commitDataRequest", Qt::DirectConnection,
+        QGenericArgument("QSessionManager&", static_cast<void*>(nobody)))); // a reference is passed by its address
+}
+
+TEST_F(StartUpTest, endOfTheSessionEndsItUnaskedAndKeepsWhatIsUnsaved)
+{
+    StartUp start(folder.path());
+    start.run(arguments({}));
+    seen.clear();
+    PenDocument* const document = start.mainWindow()->LoadNewDoc();
+    document->PrepareNew(PenDocument::Impedance, QStringLiteral("unsaved"));
+    for (int i = 0; i < 20; ++i)
+        document->AddImpedancePoint(1000 + i, 50 + i, 30, 1, i);
+    document->SetModified();
+    endSession();
+    EXPECT_TRUE(start.mainWindow()->isUnloaded());
+    EXPECT_EQ(seen, QStringList()) << "nobody is there to answer";
+    const RecoveryStore kept(folder.filePath(QStringLiteral("state/marrowick/recovery")));
+    ASSERT_TRUE(QTest::qWaitFor([&kept] { return !kept.plots().empty(); }));
+    const ValueOr<QByteArray> plot = kept.read(kept.plots().front());
+    ASSERT_TRUE(plot.ok()) << plot.sentence().toStdString();
+    GraphModel graph;
+    ASSERT_TRUE(GraphFile::PEload(graph, plot.value()).ok());
+    EXPECT_EQ(graph.YData(0, 19), 69.0F);
+}
+
+TEST_F(StartUpTest, endOfTheSessionDuringTheStartWaitsForTheWindow)
+{
+    StartUp start(folder.path());
+    endSession();
+    start.run(arguments({}));
+    EXPECT_TRUE(start.mainWindow()->isUnloaded());
+}
 
 TEST_F(StartUpTest, ownOptionsAreTakenOutOfTheCommandLine)
 {
