@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "e2e/SweepJudge.h"
 
+#include "e2e/EndToEnd.h"
+
 #include <QProcess>
 
 #include <array>
@@ -30,7 +32,7 @@ std::map<int, std::map<int, Point>> readPlot(const QString& plotFile, const char
     QProcess python;
     python.start(QStringLiteral("/usr/bin/python3"),
                  {QStringLiteral(MG_SOURCE_DIR "/tests/data/read_plot.py"), plotFile, QLatin1String(which)});
-    python.waitForFinished();
+    EXPECT_TRUE(python.waitForFinished(kPatience)) << "the plot was not read";
     EXPECT_EQ(python.exitCode(), 0) << python.readAllStandardError().toStdString();
     for (const QByteArray& line : python.readAllStandardOutput().split('\n')) {
         const QList<QByteArray> words = line.split(' ');
