@@ -7,6 +7,7 @@
 #include "instrument/Commands.h"
 #include "script/ScriptNames.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QJsonObject>
 
@@ -37,8 +38,8 @@ ScriptRun::ScriptRun(const RunOptions& options, Console& console)
     , m_checker(m_session.preferences())
     , m_host(m_session.deviceModule(), m_session.testRun(), m_checker, *this)
 {
-    m_session.preferences().setValue(options::kPlotFiles.option, options.plots);
-    m_session.preferences().setValue(options::kExportFiles.option, options.exports);
+    m_foldersNoted = m_session.preferences().setValue(options::kPlotFiles.option, options.plots) &&
+                     m_session.preferences().setValue(options::kExportFiles.option, options.exports);
     m_session.preferences().setValue(options::kOpenSettings, false);
     m_analysis.setSwitches(m_switches);
     registerAnalysisFrames(m_session.deviceModule(), m_analysis);
@@ -86,6 +87,10 @@ ExitCode ScriptRun::run()
     // Told ahead of looking for an instrument.
     if (!QFileInfo(m_options.script).isFile())
         return m_console.failed(ExitCode::FileError, tr("There is no script %1.").arg(m_options.script));
+    // Without them the script's files would go to folders that nobody named.
+    if (!m_foldersNoted)
+        return m_console.failed(ExitCode::FileError,
+                                tr("The folder for temporary files, %1, cannot be written to.").arg(QDir::tempPath()));
     ExitCode code = connectInstrument();
     if (code == ExitCode::Done)
         code = check();

@@ -100,6 +100,7 @@ private:
     bool m_unwritten = false; ///< a file could not be written
     bool m_userStopped = false;
     bool m_givenUp = false; ///< a sweep was stopped, since a point of it could not be taken
+    bool m_foldersNoted = false;
 };
 
 } // namespace cli
