@@ -3,6 +3,8 @@
 
 #include "instrument/InstrumentEvents.h"
 
+#include <algorithm>
+
 AnswerWatch::AnswerWatch(InstrumentEvents& events, QObject* parent)
     : QObject(parent)
 {
@@ -13,13 +15,18 @@ AnswerWatch::AnswerWatch(InstrumentEvents& events, QObject* parent)
     connect(&m_quiet, &QTimer::timeout, this, &AnswerWatch::giveUp);
     connect(&events, &InstrumentEvents::connected, this, &AnswerWatch::connected);
     connect(&events, &InstrumentEvents::lost, this, &AnswerWatch::lost);
-    connect(&events, &InstrumentEvents::changed, this, &AnswerWatch::heard);
+    connect(&events, &InstrumentEvents::changed, this, [this](MirrorPart part) {
+        heard();
+        if (part == MirrorPart::SerialNumber)
+            named();
+    });
     connect(&events, &InstrumentEvents::stateComplete, this, &AnswerWatch::answered);
 }
 
 void AnswerWatch::connected()
 {
     m_awaited = kAsked;
+    m_awaitsName = true;
     m_answered = false;
     m_quiet.start();
     m_sinceAsked.start();
@@ -28,6 +35,7 @@ void AnswerWatch::connected()
 void AnswerWatch::lost()
 {
     m_awaited = 0;
+    m_awaitsName = false;
     m_answered = false;
     m_quiet.stop();
 }
@@ -47,15 +55,26 @@ void AnswerWatch::answered()
     if (complete())
         return;
     m_answered = true;
-    if (--m_awaited > 0)
-        heard();
+    m_awaited = std::max(0, m_awaited - 1);
+    if (complete())
+        giveUp();
     else
+        heard();
+}
+
+void AnswerWatch::named()
+{
+    if (complete())
+        return;
+    m_awaitsName = false;
+    if (complete())
         giveUp();
 }
 
 void AnswerWatch::giveUp()
 {
     m_awaited = 0;
+    m_awaitsName = false;
     m_quiet.stop();
     Q_EMIT completed();
 }

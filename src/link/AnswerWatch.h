@@ -7,7 +7,7 @@
 
 class InstrumentEvents;
 
-/// Whether an instrument has told its complete state as often as it was asked.
+/// Whether an instrument has told its complete state as often as it was asked, and who it is.
 ///
 /// The host asks twice, so that between the two answers the second is older than whatever was set behind the first.
 /// Until complete(), nothing may be changed or started on the word of what the instrument tells.
@@ -26,7 +26,7 @@ public:
     void setQuiet(int milliseconds) { m_quiet.setInterval(milliseconds); }
 
     /// No answer is awaited: all are in, the instrument has fallen quiet, or there is none.
-    bool complete() const { return m_awaited == 0; }
+    bool complete() const { return m_awaited == 0 && !m_awaitsName; }
     /// An answer is in and another one is awaited: what comes now is older than what the user sets now.
     bool late() const { return m_answered && !complete(); }
 
@@ -39,9 +39,11 @@ private:
     void lost();
     void heard();
     void answered();
+    void named();
     void giveUp();
 
     int m_awaited = 0;
+    bool m_awaitsName = false; ///< stored settings belong to a serial number
     bool m_answered = false;
     QTimer m_quiet;
     QElapsedTimer m_sinceAsked;

@@ -152,17 +152,30 @@ void DeviceModule::answerComplete()
     // Behind the first answer the instrument is told what to do, and the user may be setting it: a second one is older
     // than that.
     if (m_settingsGivenTo != m_context.mirror.strDeviceSerial) {
-        m_settingsGivenTo = m_context.mirror.strDeviceSerial;
         m_context.state.gbfDeviceReady = true;
         m_silence.stop();
         if (m_silenceTold)
             m_panels.show(StatusPanels::State, "Connected");
         m_silenceTold = false;
-        DeviceLoadSettings();
-        DeviceSendSettings();
-        DeviceSendSamples();
+        giveSettings();
     }
     Q_EMIT m_events.stateComplete();
+}
+
+void DeviceModule::serialNumberTold()
+{
+    // The state has come ahead of the name: whose settings count is known only now. Behind both answers it is too late,
+    // a sweep may be under way.
+    if (m_settingsGivenTo == InstrumentMirror().strDeviceSerial && !m_answers.complete())
+        giveSettings();
+}
+
+void DeviceModule::giveSettings()
+{
+    m_settingsGivenTo = m_context.mirror.strDeviceSerial;
+    DeviceLoadSettings();
+    DeviceSendSettings();
+    DeviceSendSamples();
 }
 
 void DeviceModule::deviceConnected()

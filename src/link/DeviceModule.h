@@ -82,10 +82,14 @@ public:
     void DeviceLoadSettings();
     /// Nine commands: phase, idlefreq, points, atten, repeat, sweepmode, period, startfreq, endfreq.
     void DeviceSendSettings();
+    /// The serial number of the instrument that has been given its stored settings over this connection.
+    const std::optional<QString>& settingsGivenTo() const { return m_settingsGivenTo; }
 
     /// The instrument has told its complete state: from now on its settings are live. It is given what was stored under
     /// its serial number.
     void answerComplete();
+    /// It has told its serial number. Where the complete state came ahead of it, the stored settings are given now.
+    void serialNumberTold();
 
     /// The count of samples that a DT46 is to average: what was stored for it, or else what it has reported. Nothing
     /// for an instrument without, and while neither is known.
@@ -107,6 +111,7 @@ private:
 
     bool handleBuffered();
     void tellSilence();
+    void giveSettings();
 
     bool notice(const Frame& frame);        // T
     bool activePen(const Frame& frame);     // a

@@ -20,7 +20,9 @@ void DeviceModule::DeviceSaveSettings()
     if (serial.isEmpty())
         return;
     const bool isInstrument = serial != InstrumentMirror().strDeviceSerial;
-    if (isInstrument && m_context.device.Connected() && !m_context.state.gbfDeviceReady)
+    // What the mirror holds belongs to that number only once the instrument has been given what was stored under it.
+    const bool isGiven = m_context.state.gbfDeviceReady && (!m_settingsGivenTo || *m_settingsGivenTo == serial);
+    if (isInstrument && m_context.device.Connected() && !isGiven)
         return;
     Preferences& preferences = m_context.preferences;
     const SettingsStore::Batch batch(preferences.store());

@@ -260,6 +260,7 @@ bool StatusFrames::firmwareVersion(const Frame& frame)
 bool StatusFrames::serialNumber(const Frame& frame)
 {
     frame.ParseText(m_mirror.strDeviceSerial);
+    m_device.serialNumberTold();
     Q_EMIT m_events.changed(MirrorPart::SerialNumber);
     return true;
 }

@@ -42,13 +42,15 @@ bool TestRun::ensureConnected()
     const AnswerWatch& answers = m_device.answers();
     const bool late = answers.late();
     const InstrumentMirror wanted = m_context.mirror;
+    const std::optional<QString> givenTo = m_device.settingsGivenTo();
     for (int i = 0; (i < kAnswerRounds || !answers.complete()) && m_context.device.Connected(); ++i) {
         m_context.device.Wait(m_answerWait);
         m_context.port.processEvents();
     }
     if (!m_context.device.Connected())
         return false;
-    if (late)
+    // Where the instrument has been given its stored settings only now, what stood here before was nobody's.
+    if (late && givenTo == m_device.settingsGivenTo())
         restoreWanted(wanted);
     return true;
 }

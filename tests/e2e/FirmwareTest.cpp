@@ -117,6 +117,26 @@ TEST_F(FirmwareTest, PowerAndCableLostInBetweenAreGotOver)
     }
 }
 
+TEST_F(FirmwareTest, PowerAndCableLostAtEachBlockAreGotOver)
+{
+    constexpr int kAtOnce = 7;
+    for (int first = 1; first <= kBlocks; first += kAtOnce) {
+        std::vector<std::unique_ptr<Simulator>> simulators;
+        std::vector<std::unique_ptr<QProcess>> installs;
+        for (int block = first; block < first + kAtOnce && block <= kBlocks; ++block) {
+            const QString fault = QStringLiteral("power:%1,cable:%2").arg(block).arg(kBlocks + 1 - block);
+            simulators.push_back(
+                std::make_unique<Simulator>(freshSerial(), options(fault, QStringLiteral("block%1").arg(block))));
+            installs.push_back(startInstall(simulators.back()->serial()));
+        }
+        for (std::size_t i = 0; i < installs.size(); ++i) {
+            ASSERT_TRUE(hasEnded(*installs[i])) << first + int(i);
+            EXPECT_EQ(installs[i]->exitCode(), 0) << installs[i]->readAllStandardError().toStdString();
+            EXPECT_TRUE(runsNew(*simulators[i]));
+        }
+    }
+}
+
 TEST_F(FirmwareTest, AnInstrumentKilledAtAnyMomentStartsWithTheOldOrTheNewFirmwareAndTheUpdateFinishes)
 {
     pack(300 * 1024);

@@ -3,6 +3,8 @@
 // nothing that the mirror holds is the instrument's.
 #include "LinkFixture.h"
 
+#include <QTest>
+
 using frametext::numbers;
 using frametext::text;
 
@@ -157,6 +159,60 @@ TEST_F(LateAnswer, AStartWaitsForTheSecondAndSendsWhatTheUserSet)
         written(),
         QString("idlefreq 0|points 500|atten 2|repeat 0|sweepmode 1|period 0|phase 0|setpin 11|y|imptest").split(u'|'));
     EXPECT_EQ(saved(QStringLiteral("S1"), "iNumPoints"), QStringLiteral("500"));
+}
+
+TEST_F(LateAnswer, AStartAheadOfTheStoredSettingsSweepsByThem)
+{
+    setting("S1", "iAttenuationCode", 2);
+    setting("S1", "iSweepMode", 1);
+    const auto document = makeDocument(PenDocument::Impedance);
+    activate(document);
+    // The state comes ahead of the serial number it belongs to: whose settings count is known by the second answer.
+    const QByteArray range = numbers('A', '1', 0, 30, 10, 0, 3);
+    const QByteArray complete = numbers('X', '2', 7000, 9000, 33, 50, 1);
+    send(range + complete + text('V', '0', "S1"));
+    written();
+    int rounds = 0;
+    window.onProcessEvents = [&] {
+        if (++rounds == 2)
+            peer().send(range + complete);
+        if (rounds > 2)
+            QCoreApplication::processEvents();
+    };
+    run.mnuTestStart_Click();
+    const QStringList commands = written();
+    EXPECT_EQ(
+        commands.mid(commands.lastIndexOf(QStringLiteral("idlefreq 50"))).join(u'|'),
+        QStringLiteral("idlefreq 50|points 256|atten 2|repeat 0|sweepmode 1|period 0|phase 1|setpin 11|y|imptest"));
+    EXPECT_EQ(saved(QStringLiteral("S1"), "iAttenuationCode"), QStringLiteral("2"));
+}
+
+TEST_F(LateAnswer, ANameThatComesBehindBothStatesBringsItsStoredSettings)
+{
+    send(numbers('X', '2', 7000, 9000, 33, 50, 1));
+    module.DeviceSaveSettings();
+    send(numbers('X', '2', 7000, 9000, 33, 50, 1) + text('V', '0', "S1"));
+    EXPECT_EQ(mirror.iNumPoints, 256);
+    EXPECT_EQ(mirror.dblStartFrequency, 2000);
+    EXPECT_TRUE(written().contains(QStringLiteral("points 256")));
+    // The same name once more is no news.
+    mirror.iNumPoints = 300;
+    send(text('V', '0', "S1"));
+    EXPECT_EQ(mirror.iNumPoints, 300);
+    module.DeviceSaveSettings();
+    EXPECT_EQ(saved(QStringLiteral("S1"), "iNumPoints"), QStringLiteral("300"));
+}
+
+TEST_F(LateAnswer, SettingsOfNobodyAreNotStoredUnderANameThatComesTooLate)
+{
+    const QByteArray complete = numbers('X', '2', 7000, 9000, 33, 50, 1);
+    send(complete + complete);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return module.answers().complete(); }));
+    mirror.iNumPoints = 100;
+    send(text('V', '0', "S1"));
+    EXPECT_EQ(mirror.iNumPoints, 100);
+    module.DeviceSaveSettings();
+    EXPECT_EQ(saved(QStringLiteral("S1"), "iNumPoints"), QStringLiteral("256"));
 }
 
 TEST_F(LateAnswer, TheNextConnectionBeginsAnew)

@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/tarnload/BootLink.h"
 
+#include "controls/korvalink/DeviceList.h"
+#include "controls/korvalink/Transport.h"
+
 #include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QPointer>
 #include <QTimer>
+
+#include <memory>
+#include <utility>
 
 namespace tarnload {
 
@@ -17,6 +23,7 @@ constexpr std::size_t kMostAnswers = 1000;
 
 BootLink::BootLink(DeviceList& devices, QObject* parent)
     : QObject(parent)
+    , m_devices(devices)
     , m_link(devices)
 {
     connect(&m_link, &KorvaLink::DataReceived, this, &BootLink::read);
@@ -26,8 +33,9 @@ BootLink::BootLink(DeviceList& devices, QObject* parent)
 bool BootLink::open(int index)
 {
     m_answers.clear();
-    m_link.Configure(QStringLiteral("KorvaLink"), 1, 0, index);
-    return m_link.Open();
+    // Not by the link's own choice of a device, which looks for devices anew: the index may then be another's.
+    std::unique_ptr<Transport> transport = m_devices.makeTransport(index);
+    return transport && m_link.OpenTransport(std::move(transport), m_devices.device(index).name);
 }
 
 void BootLink::read()

@@ -20,6 +20,7 @@ class BootLink : public QObject
     Q_OBJECT
 
 public:
+    /// The devices outlive the conversation.
     explicit BootLink(DeviceList& devices, QObject* parent = nullptr);
 
     /// The device of that index as the list stands.
@@ -40,6 +41,7 @@ Q_SIGNALS:
 private:
     void read();
 
+    DeviceList& m_devices;
     KorvaLink m_link;
     std::deque<BootAnswer> m_answers;
 };
