@@ -81,17 +81,19 @@ bool StatusFrames::isPresent(ReportedSetting& setting, double value)
     return setting.believes(value) && !m_device.answers().late();
 }
 
-void StatusFrames::takeSweepRange(double start, double end)
+void StatusFrames::takeSweepRange(const Frame& frame, int startField, int endField)
 {
-    if (instrumentranges::isFrequency(m_mirror, start))
+    const double start = frame.number(startField), end = frame.number(endField);
+    if (frame.isNumber(startField) && instrumentranges::isFrequency(m_mirror, start))
         takeIf(isPresent(m_reported.start, start), m_mirror.dblStartFrequency, start);
-    if (instrumentranges::isFrequency(m_mirror, end))
+    if (frame.isNumber(endField) && instrumentranges::isFrequency(m_mirror, end))
         takeIf(isPresent(m_reported.end, end), m_mirror.dblEndFrequency, end);
 }
 
-void StatusFrames::takeIdleFrequency(double hertz)
+void StatusFrames::takeIdleFrequency(const Frame& frame, int field)
 {
-    if (instrumentranges::isIdleFrequency(m_mirror, hertz))
+    const double hertz = frame.number(field);
+    if (frame.isNumber(field) && instrumentranges::isIdleFrequency(m_mirror, hertz))
         takeIf(isPresent(m_reported.idle, hertz), m_mirror.dblIdleFrequency, hertz);
     Q_EMIT m_events.changed(MirrorPart::IdleFrequency);
 }
@@ -104,7 +106,7 @@ bool StatusFrames::attenuation(const Frame& frame)
     m_mirror.bfAttenuationAvailable = available != 0;
     m_mirror.dblAttenuationStep = frame.number(3);
     m_mirror.iAttenuationSteps = values::roundToInt16(steps);
-    if (isPresent(m_reported.attenuation, frame.number(4)))
+    if (frame.isNumber(4) && isPresent(m_reported.attenuation, frame.number(4)))
         m_mirror.iAttenuationCode = values::roundToInt16(frame.number(4));
     Q_EMIT m_events.changed(MirrorPart::Attenuation);
     return true;
@@ -116,17 +118,17 @@ bool StatusFrames::sweep(const Frame& frame)
     if (!frame.ParseF(direction))
         return false;
     m_mirror.iSweepDirection = values::roundToInt16(direction);
-    takeSweepRange(frame.number(2), frame.number(3));
+    takeSweepRange(frame, 2, 3);
     Q_EMIT m_events.sweepModeReported(direction);
     Q_EMIT m_events.changed(MirrorPart::SweepMode);
     Q_EMIT m_events.changed(MirrorPart::SweepRange);
-    takeIdleFrequency(frame.number(1));
+    takeIdleFrequency(frame, 1);
     return true;
 }
 
 bool StatusFrames::sweepRange(const Frame& frame)
 {
-    takeSweepRange(frame.number(2), frame.number(3));
+    takeSweepRange(frame, 2, 3);
     Q_EMIT m_events.changed(MirrorPart::SweepRangeConfirmed);
     return true;
 }
@@ -170,13 +172,13 @@ bool StatusFrames::completeState(const Frame& frame)
         return false;
     if (instrumentranges::isSweepMode(mode) && isPresent(m_reported.mode, mode))
         m_mirror.iSweepMode = values::roundToInt16(mode);
-    takeSweepRange(frame.number(1), frame.number(2));
+    takeSweepRange(frame, 1, 2);
     m_mirror.iPointsInTest = values::roundToInt16(frame.number(3));
     m_mirror.iTestParam7 = parameter;
     Q_EMIT m_events.sweepModeReported(mode);
     Q_EMIT m_events.changed(MirrorPart::SweepRangeConfirmed);
     Q_EMIT m_events.changed(MirrorPart::Points);
-    takeIdleFrequency(frame.number(4));
+    takeIdleFrequency(frame, 4);
     m_device.answerComplete();
     return true;
 }

@@ -50,8 +50,9 @@ private:
     bool frequencyCompensation(const Frame& frame); // t
 
     bool isPresent(ReportedSetting& setting, double value);
-    void takeSweepRange(double start, double end);
-    void takeIdleFrequency(double hertz);
+    // A damaged field leaves the setting as it was.
+    void takeSweepRange(const Frame& frame, int startField, int endField);
+    void takeIdleFrequency(const Frame& frame, int field);
 
     struct Reported
     {

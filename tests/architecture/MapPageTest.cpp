@@ -118,7 +118,7 @@ TEST_F(MapPageSample, AFolderStandsBelowThoseThatItUses)
 
 TEST_F(MapPageSample, TestsThatNoProgramIsMadeOfAreReported)
 {
-    file("tests/high/HighTest.cpp", "// why\nTEST_F(High, Stands)\n");
+    file("tests/high/TallTest.cpp", "// why\nTEST_F(Tall, Stands)\n");
     file("tests/high/bench/Bench.cpp", "int noTest;\n");
     EXPECT_THAT(texts(unbuiltTests(read(m_root.filePath("tests/CMakeLists.txt").toUtf8().constData()), m_root.path())),
                 ElementsAre("tests/high"));

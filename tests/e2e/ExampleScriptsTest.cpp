@@ -290,7 +290,6 @@ TEST_F(InspectionTest, TransducersOutsideTheMaskAreToldAndTheInspectionGoesOn)
 {
     m_part = u"resistor1k"_s;
     runByBoth(inspection(9, "fail"));
-    EXPECT_EQ(pressed(),
-              (std::map<QString, int>{
-                  {u"User Prompt=OK"_s, 10}, {u"Mask Test Failure=OK"_s, 10}, {u"**Information=OK"_s, 1}}));
+    EXPECT_EQ(pressed(), (std::map<QString, int>{
+                             {u"User Prompt=OK"_s, 10}, {u"Mask Test Failure=OK"_s, 10}, {u"**Information=OK"_s, 1}}));
 }

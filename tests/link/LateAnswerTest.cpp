@@ -215,6 +215,22 @@ TEST_F(LateAnswer, SettingsOfNobodyAreNotStoredUnderANameThatComesTooLate)
     EXPECT_EQ(saved(QStringLiteral("S1"), "iNumPoints"), QStringLiteral("256"));
 }
 
+TEST_F(LateAnswer, ADamagedReportLeavesTheSettingAsItIs)
+{
+    setting("S1", "iAttenuationCode", 2);
+    send(answer() + answer());
+    ASSERT_EQ(mirror.iAttenuationCode, 2);
+    const auto damaged = [](QByteArray frame, int column) { return frame.replace(column - 1, 1, "z"); };
+    // In front of the number and inside it: either reads as another one.
+    send(damaged(numbers('A', '1', 0, 30, 10, 1, 3), 49));
+    EXPECT_EQ(mirror.iAttenuationCode, 2);
+    send(damaged(numbers('s', '0', 0, 3000, 8000), 30) + damaged(numbers('K', '2', 60, 3000, 8000), 17));
+    EXPECT_EQ(mirror.dblIdleFrequency, 50);
+    EXPECT_EQ(mirror.dblEndFrequency, 8000);
+    send(numbers('A', '1', 0, 30, 10, 1, 3));
+    EXPECT_EQ(mirror.iAttenuationCode, 1);
+}
+
 TEST_F(LateAnswer, TheNextConnectionBeginsAnew)
 {
     send(answer() + answer());

@@ -32,7 +32,8 @@ public:
     PenDocument* activeDocument() const;
     frmDocument* windowOf(const PenDocument& document) const;
 
-    /// Whether the graphs of all documents, those to come included, have a box beside the pointer; kept as a preference.
+    /// Whether the graphs of all documents, those to come included, have a box beside the pointer; kept as a
+    /// preference.
     void setPointerReadout(bool on);
     bool hasPointerReadout() const;
 

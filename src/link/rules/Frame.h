@@ -45,6 +45,10 @@ public:
         return result;
     }
 
+    /// Whether N1 to N4 is a number as a whole, blanks around it allowed: what the tolerant reading makes of a damaged
+    /// field is no number that the instrument sent.
+    bool isNumber(int n) const noexcept;
+
     /// Columns 5 to 65 without leading and trailing blanks.
     void ParseText(QString& result) const;
     QString text() const

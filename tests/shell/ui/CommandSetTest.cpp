@@ -99,12 +99,13 @@ TEST_F(CommandSetTest, menusKeepTheirOrder)
     EXPECT_EQ(
         namesOf(main->commands().menu(Command::Menu::Help)).join(u' '),
         QStringLiteral("- mnuManual mnuInterimManual mnuOnLineHelp - mnuHelpUpdate mnuHelpFirmware - mnuHelpAbout"));
-    EXPECT_EQ(buttonsOf("tbToolBar").join(u' '),
-              QStringLiteral("mnuFileNew mnuFileOpen mnuFileSave mnuFileExport mnuFilePrint - mnuEditCut mnuEditCopy "
-                             "mnuEditPaste - mnuViewOptions mnuViewAddText mnuViewMarkPoints mnuViewZoomExtents mnuViewFit "
-                             "mnuEditUndo mnuEditRedo - "
-                             "mnuTestStart mnuTestStopTest mnuTestRepeat mnuTestSettings mnuTestDevice - "
-                             "mnuNextDocument mnuPreviousDocument - mnuManual"));
+    EXPECT_EQ(
+        buttonsOf("tbToolBar").join(u' '),
+        QStringLiteral("mnuFileNew mnuFileOpen mnuFileSave mnuFileExport mnuFilePrint - mnuEditCut mnuEditCopy "
+                       "mnuEditPaste - mnuViewOptions mnuViewAddText mnuViewMarkPoints mnuViewZoomExtents mnuViewFit "
+                       "mnuEditUndo mnuEditRedo - "
+                       "mnuTestStart mnuTestStopTest mnuTestRepeat mnuTestSettings mnuTestDevice - "
+                       "mnuNextDocument mnuPreviousDocument - mnuManual"));
 }
 
 TEST_F(CommandSetTest, aCommandThatComesLaterTakesItsPlaceInItsMenu)

@@ -34,7 +34,7 @@ protected:
         QApplication::sendEvent(&view, &move);
     }
 
-    void doubleClick(const QPoint& position)
+    void clickTwice(const QPoint& position)
     {
         QTest::mouseDClick(&view, Qt::LeftButton, Qt::NoModifier, position);
         settle();
@@ -187,22 +187,22 @@ TEST_F(GraphGesturesTest, NewPointsLeaveAMoveAsItIs)
 
 TEST_F(GraphGesturesTest, ADoubleClickOnAnAxisFitsIt)
 {
-    doubleClick({view.plotArea().center().x(), view.plotArea().bottom() + 12});
+    clickTwice({view.plotArea().center().x(), view.plotArea().bottom() + 12});
     ASSERT_TRUE(model.Zoomed());
     EXPECT_NEAR(model.zoomLimits().ZoomMinX, 4, 1e-4);
     EXPECT_NEAR(model.zoomLimits().ZoomMaxX, 4.99, 1e-4);
     EXPECT_NEAR(model.zoomLimits().ZoomMaxY, 3, 1e-6);
-    doubleClick({view.plotArea().right() + 20, view.plotArea().center().y()});
+    clickTwice({view.plotArea().right() + 20, view.plotArea().center().y()});
     EXPECT_NEAR(model.zoomLimits().ZoomMinRY, -50 - 0.04 * 99, 1e-3);
     EXPECT_NEAR(model.zoomLimits().ZoomMaxRY, 49 + 0.04 * 99, 1e-3);
-    doubleClick({view.plotArea().left() - 20, view.plotArea().center().y()});
+    clickTwice({view.plotArea().left() - 20, view.plotArea().center().y()});
     EXPECT_NEAR(model.zoomLimits().ZoomMinY, 2 - 0.04 * std::log10(1.99), 1e-4);
 }
 
 TEST_F(GraphGesturesTest, ADoubleClickInThePlotReturnsToTheFullExtent)
 {
     turn(centre(), 2);
-    doubleClick(view.plotArea().center());
+    clickTwice(view.plotArea().center());
     EXPECT_FALSE(model.Zoomed());
 }
 
