@@ -6,12 +6,12 @@
 #include <optional>
 
 /// A setting that the host commands and the instrument reports. What was in force before a command may be reported
-/// once more behind it, by an answer that was on its way, and the report of the new value may get lost; so for a second
-/// a report of the replaced value is not believed. Any other is what the instrument has made of the command.
+/// once more behind it, by an answer that was on its way, and the report of the new value may get lost; so for three
+/// seconds a report of the replaced value is not believed. Any other is what the instrument has made of the command.
 class ReportedSetting
 {
 public:
-    static constexpr int kLate = 1000; ///< ms
+    static constexpr int kLate = 3000; ///< ms
 
     /// The host has told the instrument this value.
     void command(double value)
